@@ -1,0 +1,19 @@
+# Every compiler flag of the project travels on this one target.
+add_library(quillon_options INTERFACE)
+target_include_directories(quillon_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(quillon_options INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Wcast-align -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough)
+target_compile_definitions(quillon_options INTERFACE
+  QUILLON_VERSION="${PROJECT_VERSION}" QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
+
+# GCC's null-dereference analysis reports paths inside the standard library once sanitizers are on.
+if(QUILLON_SANITIZE)
+  target_compile_options(quillon_options INTERFACE
+    -fsanitize=${QUILLON_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -Wno-null-dereference)
+  target_link_options(quillon_options INTERFACE -fsanitize=${QUILLON_SANITIZE})
+endif()
+if(QUILLON_COVERAGE)
+  target_compile_options(quillon_options INTERFACE --coverage)
+  target_link_options(quillon_options INTERFACE --coverage)
+endif()

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+
+#include "pdf/io/FileIdentity.h"
+
+namespace quillon::pdf {
+
+/// A regular file that is read at given offsets.
+///
+/// The file is never mapped, so an input that is cut short, replaced or unplugged while it is read gives short reads and
+/// no signal. Of all InputFiles of the program only a few are open at a time (see OpenFiles): the descriptor of one that
+/// was not read for a while is closed, and opened again, with its identity checked, when it is next read.
+/// Every operation may be called from any thread.
+class InputFile {
+public:
+    /// Opens `path` (file system encoding). Null when it does not exist, may not be read, or is no regular file; a FIFO or
+    /// a device is recognised without waiting for it.
+    [[nodiscard]] static std::shared_ptr<InputFile> open(const std::string& path);
+
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    ~InputFile();
+
+    [[nodiscard]] const std::string& path() const noexcept { return path_; }
+    [[nodiscard]] const FileIdentity& identity() const noexcept { return identity_; }
+    [[nodiscard]] std::uint64_t size() const noexcept { return identity_.size; }
+
+    /// Reads up to `into.size()` bytes from `offset`. Returns the bytes read: fewer at the end of the file, when it has
+    /// changed since it was opened, and on an input error.
+    [[nodiscard]] std::size_t readAt(std::uint64_t offset, std::span<char> into);
+
+private:
+    friend class OpenFiles;
+    InputFile(std::string path, int descriptor, const FileIdentity& identity);
+
+    std::string path_;
+    FileIdentity identity_;
+    int descriptor_;  // -1 while closed; guarded by OpenFiles
+};
+
+}  // namespace quillon::pdf

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+#include <QVariantMap>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/pdf/PDFPage.h"
+
+namespace quillon {
+
+class PDFOutline;
+
+/// An ordered list of pages with an outline and document attributes: a file that was opened, or a document under
+/// construction. Pages are shared handles, so inserting, removing and exchanging them are list edits that read nothing.
+/// Not thread-safe: one document is used by one thread at a time. Different documents may be used side by side.
+class PDFDocument {
+public:
+    using PageFactory = std::shared_ptr<PDFPage> (*)();
+
+    /// An empty document.
+    PDFDocument();
+    PDFDocument(const PDFDocument&) = delete;
+    PDFDocument& operator=(const PDFDocument&) = delete;
+    virtual ~PDFDocument();
+
+    /// Opens a file. Null when it cannot be read as a PDF. A protected file opens locked.
+    [[nodiscard]] static std::shared_ptr<PDFDocument> initWithURL(const QUrl& url);
+
+    /// Makes the pages of this document; a subclass returns the maker of its own page class.
+    [[nodiscard]] virtual PageFactory pageClass() const;
+
+    [[nodiscard]] bool isEncrypted() const;
+    [[nodiscard]] bool isLocked() const;
+    /// True when the document is unlocked afterwards. An absent password is a null string.
+    bool unlockWithPassword(const QString& password);
+
+    [[nodiscard]] int pageCount() const;
+    /// Null outside 0 … pageCount() - 1. The same page object at every call.
+    [[nodiscard]] std::shared_ptr<PDFPage> pageAtIndex(int index);
+    /// The first index at which the page stands, -1 if nowhere.
+    [[nodiscard]] int indexForPage(const std::shared_ptr<PDFPage>& page);
+    /// Inserts a page, possibly one of another document, in front of the page at `atIndex`; an index past the end means the
+    /// end, a negative one the front. No page (null): nothing happens.
+    void insertPage(const std::shared_ptr<PDFPage>& page, int atIndex);
+    /// Nothing happens outside 0 … pageCount() - 1.
+    void removePageAtIndex(int index);
+    /// Nothing happens unless both indexes are inside.
+    void exchangePageAtIndex(int index, int withPageAtIndex);
+
+    [[nodiscard]] std::shared_ptr<PDFOutline> outlineRoot() const;
+    /// Null removes the outline.
+    void setOutlineRoot(std::shared_ptr<PDFOutline> root);
+
+    /// The document information under the keys of DocumentAttributes.h; texts, for the keywords a list of one text. A
+    /// missing entry has no key.
+    [[nodiscard]] QVariantMap documentAttributes() const;
+
+    /// Draws and writes every page, whole file or none: on failure what stood at `url` stays as it was. `withOptions` is
+    /// keyed by the keys of WriteOptions.h. False when there is no page or the target cannot be written.
+    bool writeToURL(const QUrl& url, const QVariantMap& withOptions);
+
+    /// What was damaged, left out or replaced, in the file that was opened and in the last write: a line each that
+    /// names file, object and offset.
+    [[nodiscard]] std::vector<std::string> warnings() const;
+
+protected:
+    /// Reads the file for a factory of a subclass. False when it cannot be read as a PDF.
+    [[nodiscard]] bool open(const QUrl& url);
+};
+
+}  // namespace quillon

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <vector>
+
+namespace quillon {
+
+class PDFDestination;
+
+/// A node of a document's outline (ISO 32000-2, 12.3.3). A node owns its children.
+class PDFOutline {
+public:
+    PDFOutline() = default;
+
+    [[nodiscard]] const QString& label() const noexcept { return label_; }
+    void setLabel(const QString& label) { label_ = label; }
+
+    /// Null when the node leads nowhere.
+    [[nodiscard]] const std::shared_ptr<PDFDestination>& destination() const noexcept { return destination_; }
+    void setDestination(std::shared_ptr<PDFDestination> destination) { destination_ = std::move(destination); }
+
+    [[nodiscard]] int numberOfChildren() const noexcept { return static_cast<int>(children_.size()); }
+    /// Null outside 0 … numberOfChildren() - 1.
+    [[nodiscard]] std::shared_ptr<PDFOutline> childAtIndex(int index) const;
+    /// An index past the end means the end, a negative one the front.
+    void insertChild(std::shared_ptr<PDFOutline> child, int atIndex);
+
+private:
+    QString label_;
+    std::shared_ptr<PDFDestination> destination_;
+    std::vector<std::shared_ptr<PDFOutline>> children_;
+};
+
+}  // namespace quillon
