@@ -3,11 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 
 #include "pdf/io/FileIdentity.h"
+#include "pdf/io/OpenFiles.h"
 
 namespace quillon::pdf {
 
@@ -23,6 +24,9 @@ public:
     /// a device is recognised without waiting for it.
     [[nodiscard]] static std::shared_ptr<InputFile> open(const std::string& path);
 
+    /// The identity of the file at `path` now; nothing when there is no regular file.
+    [[nodiscard]] static std::optional<FileIdentity> identityOf(const std::string& path);
+
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
@@ -37,11 +41,15 @@ public:
 
 private:
     friend class OpenFiles;
-    InputFile(std::string path, int descriptor, const FileIdentity& identity);
+    InputFile(std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity);
+
+    [[nodiscard]] static std::shared_ptr<Descriptor> openDescriptor(const std::string& path);
+    [[nodiscard]] static std::optional<FileIdentity> identify(const Descriptor& descriptor);
 
     std::string path_;
     FileIdentity identity_;
-    int descriptor_;  // -1 while closed; guarded by OpenFiles
+    std::shared_ptr<Descriptor> descriptor_;  // null while closed; guarded by OpenFiles
+    std::uint64_t lastUse_ = 0;               // guarded by OpenFiles
 };
 
 }  // namespace quillon::pdf

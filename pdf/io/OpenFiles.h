@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace quillon::pdf {
+
+class InputFile;
+
+/// A file descriptor that is closed with its last holder.
+class Descriptor {
+public:
+    explicit Descriptor(int number) noexcept : number_(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor();
+
+    [[nodiscard]] int number() const noexcept { return number_; }
+
+private:
+    int number_;
+};
+
+/// Keeps the number of descriptors that all InputFiles together hold below `limit`, however many inputs a merge has:
+/// the one unread for longest is closed when another is opened. Thread-safe.
+class OpenFiles {
+public:
+    static constexpr std::size_t limit = 32;
+
+    [[nodiscard]] static OpenFiles& instance();
+
+    /// Takes in a file whose descriptor has just been opened.
+    void add(InputFile& file);
+    /// The file's descriptor, opened again if need be; null when the file is not the one that it was.
+    [[nodiscard]] std::shared_ptr<Descriptor> acquire(InputFile& file);
+    /// Forgets a file that is being destroyed.
+    void remove(InputFile& file);
+
+private:
+    void makeRoom();
+
+    std::mutex mutex_;
+    std::vector<InputFile*> open_;
+    std::uint64_t clock_ = 0;
+};
+
+}  // namespace quillon::pdf
