@@ -3,14 +3,13 @@ add_library(quillon_options INTERFACE)
 target_include_directories(quillon_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(quillon_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Wold-style-cast -Wcast-align -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough)
+  -Wold-style-cast -Wcast-align -Woverloaded-virtual -Wimplicit-fallthrough)
 target_compile_definitions(quillon_options INTERFACE
   QUILLON_VERSION="${PROJECT_VERSION}" QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
 
-# GCC's null-dereference analysis reports paths inside the standard library once sanitizers are on.
 if(QUILLON_SANITIZE)
   target_compile_options(quillon_options INTERFACE
-    -fsanitize=${QUILLON_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -Wno-null-dereference)
+    -fsanitize=${QUILLON_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(quillon_options INTERFACE -fsanitize=${QUILLON_SANITIZE})
 endif()
 if(QUILLON_COVERAGE)

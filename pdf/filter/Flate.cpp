@@ -1,0 +1,80 @@
+#include "pdf/filter/Flate.h"
+
+#include <libdeflate.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <new>
+
+namespace quillon::pdf {
+
+namespace {
+
+struct ReleaseDecompressor {
+    void operator()(libdeflate_decompressor* decompressor) const noexcept { libdeflate_free_decompressor(decompressor); }
+};
+
+/// The fast road: right data whose inflated size is guessed or found by doubling.
+std::optional<std::string> inflateWhole(std::string_view data, std::size_t limit) {
+    thread_local const std::unique_ptr<libdeflate_decompressor, ReleaseDecompressor> decompressor(
+        libdeflate_alloc_decompressor());
+    if (!decompressor) return std::nullopt;
+    std::string out;
+    constexpr std::size_t usualRatio = 6;
+    for (std::size_t room = std::min(limit, data.size() * usualRatio + 256);; room = std::min(limit, room * 3)) {
+        out.resize(room);
+        std::size_t got = 0;
+        const auto result =
+            libdeflate_zlib_decompress(decompressor.get(), data.data(), data.size(), out.data(), out.size(), &got);
+        if (result == LIBDEFLATE_SUCCESS) {
+            out.resize(got);
+            return out;
+        }
+        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room == limit) return std::nullopt;
+    }
+}
+
+/// The road for damaged data: piece by piece, keeping what came out before the damage.
+std::optional<std::string> inflateDamaged(std::string_view data, std::size_t limit) {
+    z_stream stream{};
+    if (inflateInit(&stream) != Z_OK) return std::nullopt;
+    const std::unique_ptr<z_stream, int (*)(z_stream*)> end(&stream, inflateEnd);
+    // zlib's interface is not const-correct; it does not write to its input.
+    stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(data.data()));
+    stream.avail_in = static_cast<uInt>(std::min<std::size_t>(data.size(), UINT32_MAX));
+    std::string out;
+    constexpr std::size_t piece = 64 * 1024;
+    for (int result = Z_OK; result == Z_OK;) {
+        const std::size_t before = out.size();
+        if (before > limit) return std::nullopt;
+        out.resize(before + piece);
+        stream.next_out = reinterpret_cast<Bytef*>(out.data() + before);
+        stream.avail_out = piece;
+        result = ::inflate(&stream, Z_SYNC_FLUSH);
+        out.resize(before + piece - stream.avail_out);
+    }
+    if (out.size() > limit) return std::nullopt;
+    return out;
+}
+
+}  // namespace
+
+std::optional<std::string> inflate(std::string_view data, std::size_t limit) {
+    if (auto out = inflateWhole(data, limit)) return out;
+    return inflateDamaged(data, limit);
+}
+
+Deflater::Deflater(int level) : compressor_(libdeflate_alloc_compressor(level)) {
+    if (!compressor_) throw std::bad_alloc();
+}
+
+void Deflater::deflate(std::string_view data, std::string& out) {
+    out.resize(libdeflate_zlib_compress_bound(compressor_.get(), data.size()));
+    out.resize(libdeflate_zlib_compress(compressor_.get(), data.data(), data.size(), out.data(), out.size()));
+}
+
+void Deflater::Release::operator()(libdeflate_compressor* compressor) const noexcept {
+    libdeflate_free_compressor(compressor);
+}
+
+}  // namespace quillon::pdf

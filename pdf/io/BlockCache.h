@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pdf/io/InputFile.h"
+
+namespace quillon::pdf {
+
+/// Text with whatever keeps it alive.
+struct OwnedText {
+    std::shared_ptr<const std::string> owner;
+    std::string_view text;
+};
+
+/// Reads a file in blocks and keeps the ones used last, since neighbours of an object are mostly asked for next.
+/// Not thread-safe.
+class BlockCache {
+public:
+    static constexpr std::size_t blockSize = 128 * 1024;
+    static constexpr std::size_t mostBlocks = 24;
+
+    explicit BlockCache(std::shared_ptr<InputFile> file) : file_(std::move(file)) {}
+
+    /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more. Stays valid as long as
+    /// the result is held.
+    [[nodiscard]] OwnedText view(std::uint64_t offset, std::size_t wanted);
+
+    /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.
+    std::size_t append(std::uint64_t offset, std::size_t length, std::string& out);
+
+    [[nodiscard]] InputFile& file() const noexcept { return *file_; }
+    [[nodiscard]] const std::shared_ptr<InputFile>& sharedFile() const noexcept { return file_; }
+
+private:
+    struct Block {
+        std::uint64_t index = 0;
+        std::uint64_t lastUse = 0;
+        std::shared_ptr<const std::string> bytes;
+    };
+
+    const std::shared_ptr<const std::string>& block(std::uint64_t index);
+
+    std::shared_ptr<InputFile> file_;
+    std::vector<Block> blocks_;
+    std::uint64_t clock_ = 0;
+};
+
+}  // namespace quillon::pdf

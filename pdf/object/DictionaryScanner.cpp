@@ -1,0 +1,64 @@
+#include "pdf/object/DictionaryScanner.h"
+
+#include <algorithm>
+
+#include "pdf/object/Characters.h"
+#include "pdf/object/Lexer.h"
+#include "pdf/object/ValueSkipper.h"
+
+namespace quillon::pdf {
+
+DictionaryScanner::DictionaryScanner(std::string_view text) noexcept : text_(text) {
+    position_ = skipBlank(text_, 0);
+    valid_ = text_.substr(position_, 2) == "<<";
+    done_ = !valid_;
+    position_ += 2;
+}
+
+bool DictionaryScanner::next(Entry& entry) noexcept {
+    if (done_) return false;
+    position_ = skipBlank(text_, position_);
+    done_ = true;
+    if (text_.substr(std::min(position_, text_.size()), 2) == ">>") {
+        position_ += 2;
+        return false;
+    }
+    valid_ = false;
+    if (position_ >= text_.size() || text_[position_] != '/') return false;
+    std::size_t keyEnd = position_ + 1;
+    while (keyEnd < text_.size() && isRegular(text_[keyEnd])) ++keyEnd;
+    const auto valueEnd = skipValue(text_, keyEnd);
+    if (!valueEnd) return false;
+    const std::size_t valueBegin = skipBlank(text_, keyEnd);
+    entry.key = text_.substr(position_ + 1, keyEnd - position_ - 1);
+    entry.value = text_.substr(valueBegin, *valueEnd - valueBegin);
+    position_ = *valueEnd;
+    valid_ = true;
+    done_ = false;
+    return true;
+}
+
+std::size_t skipDictionary(std::string_view text) noexcept {
+    DictionaryScanner scanner(text);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+    }
+    return scanner.valid() ? scanner.position() : 0;
+}
+
+bool keyIs(std::string_view key, std::string_view name) {
+    if (key.find('#') == std::string_view::npos) return key == name;
+    std::string withSlash = "/";
+    withSlash += key;
+    return Lexer(withSlash).next().value == name;
+}
+
+std::string_view findValue(std::string_view text, std::string_view name) {
+    std::string_view found;
+    DictionaryScanner scanner(text);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        if (keyIs(entry.key, name)) found = entry.value;
+    }
+    return found;
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quillon::pdf {
+
+enum class TokenKind {
+    End,
+    Integer,
+    Real,
+    String,     ///< literal or hexadecimal, `value` decoded
+    Name,       ///< `value` decoded, without the slash
+    ArrayOpen,
+    ArrayClose,
+    DictionaryOpen,
+    DictionaryClose,
+    Keyword,  ///< any other run of regular characters, or a stray delimiter
+};
+
+struct Token {
+    TokenKind kind = TokenKind::End;
+    std::size_t begin = 0;      ///< where the token starts in the text
+    std::int64_t integer = 0;   ///< Integer; saturated
+    double real = 0;            ///< Integer and Real
+    std::string value;          ///< String, Name, Keyword
+};
+
+/// Splits PDF text into the tokens of ISO 32000-2, 7.2 and 7.3. Total: any bytes give some tokens, and End for ever after
+/// the last. A string or name that the text breaks off is taken as far as it goes.
+class Lexer {
+public:
+    explicit Lexer(std::string_view text, std::size_t position = 0) noexcept : text_(text), position_(position) {}
+
+    [[nodiscard]] Token next();
+    /// Behind the last token.
+    [[nodiscard]] std::size_t position() const noexcept { return position_; }
+    void seek(std::size_t position) noexcept { position_ = position; }
+    void skipWhiteSpaceAndComments() noexcept;
+
+private:
+    void readLiteralString(std::string& value);
+    void readEscape(std::string& value);
+    void readHexString(std::string& value);
+    void readName(std::string& value);
+    void readRegular(Token& token);
+
+    std::string_view text_;
+    std::size_t position_;
+};
+
+/// Reads an unsigned decimal number at `position`, moving it behind the digits. Nothing when there is no digit or the
+/// value does not fit.
+[[nodiscard]] std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& position) noexcept;
+
+/// Moves `position` over white space.
+void skipWhiteSpace(std::string_view text, std::size_t& position) noexcept;
+
+}  // namespace quillon::pdf

@@ -1,0 +1,109 @@
+#include "pdf/object/Parser.h"
+
+#include <limits>
+#include <utility>
+
+namespace quillon::pdf {
+
+Object Parser::parse() {
+    return parseValue(lexer_.next(), 0);
+}
+
+Object Parser::parseValue(Token token, int depth) {
+    switch (token.kind) {
+        case TokenKind::Integer:
+            return parseNumber(token);
+        case TokenKind::Real:
+            return token.real;
+        case TokenKind::String:
+            return std::move(token.value);
+        case TokenKind::Name:
+            return Name{std::move(token.value)};
+        case TokenKind::ArrayOpen:
+        case TokenKind::DictionaryOpen:
+            if (depth == maximumDepth) {
+                skipNested();
+                return {};
+            }
+            return token.kind == TokenKind::ArrayOpen ? parseArray(depth + 1) : parseDictionary(depth + 1);
+        case TokenKind::Keyword:
+            if (token.value == "true" || token.value == "false") return token.value == "true";
+            clean_ = clean_ && token.value == "null";
+            return {};
+        case TokenKind::End:
+        case TokenKind::ArrayClose:
+        case TokenKind::DictionaryClose:
+            clean_ = false;
+            return {};
+    }
+    return {};
+}
+
+Object Parser::parseNumber(const Token& token) {
+    constexpr std::int64_t most = std::numeric_limits<std::uint32_t>::max();
+    if (token.integer < 0 || token.integer > most) return token.integer;
+    const std::size_t after = lexer_.position();
+    const Token generation = lexer_.next();
+    if (generation.kind == TokenKind::Integer && generation.integer >= 0 && generation.integer <= most) {
+        if (const Token mark = lexer_.next(); mark.kind == TokenKind::Keyword && mark.value == "R") {
+            return Reference{static_cast<std::uint32_t>(token.integer), static_cast<std::uint32_t>(generation.integer)};
+        }
+    }
+    lexer_.seek(after);
+    return token.integer;
+}
+
+bool Parser::endsObject(const Token& token) {
+    const bool ends = token.kind == TokenKind::End || (token.kind == TokenKind::Keyword &&
+                                                       (token.value == "endobj" || token.value == "stream" ||
+                                                        token.value == "obj" || token.value == "endstream"));
+    if (!ends) return false;
+    clean_ = false;
+    lexer_.seek(token.begin);
+    return true;
+}
+
+Object Parser::parseArray(int depth) {
+    Array array;
+    for (Token token = lexer_.next(); token.kind != TokenKind::ArrayClose; token = lexer_.next()) {
+        if (endsObject(token)) break;
+        if (token.kind == TokenKind::DictionaryClose) {
+            clean_ = false;
+            lexer_.seek(token.begin);
+            break;
+        }
+        array.push_back(parseValue(std::move(token), depth));
+    }
+    return array;
+}
+
+Object Parser::parseDictionary(int depth) {
+    Dictionary dictionary;
+    for (Token token = lexer_.next(); token.kind != TokenKind::DictionaryClose; token = lexer_.next()) {
+        if (endsObject(token)) break;
+        if (token.kind != TokenKind::Name) {
+            clean_ = false;
+            continue;
+        }
+        std::string key = std::move(token.value);
+        token = lexer_.next();
+        if (token.kind == TokenKind::DictionaryClose || endsObject(token)) {
+            clean_ = false;
+            break;
+        }
+        dictionary.append(std::move(key), parseValue(std::move(token), depth));
+    }
+    return dictionary;
+}
+
+void Parser::skipNested() {
+    clean_ = false;
+    for (std::size_t open = 1; open > 0;) {
+        const Token token = lexer_.next();
+        if (endsObject(token)) return;
+        if (token.kind == TokenKind::ArrayOpen || token.kind == TokenKind::DictionaryOpen) ++open;
+        if (token.kind == TokenKind::ArrayClose || token.kind == TokenKind::DictionaryClose) --open;
+    }
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,219 @@
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "pdf/object/BracketStack.h"
+#include "pdf/object/Characters.h"
+#include "pdf/object/Object.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
+
+namespace quillon::pdf {
+
+// Objects that only travel from a source to the output are not understood: the runs between the few bytes that matter are
+// copied as they stand, and only references change. That is several times faster than parsing and writing them again.
+// Text that is not well-formed, or that holds a comment, takes the slow road through the parser instead, so what is
+// written is always well-formed.
+
+/// How a value's references are given their new numbers: a callable `std::uint32_t(Reference)`, 0 for null.
+template <class Mapper>
+class ReferenceRewriter {
+public:
+    explicit ReferenceRewriter(Mapper mapper) : mapper_(std::move(mapper)) {}
+
+    enum class Status {
+        Done,
+        Malformed  ///< or cut off by the end of the text
+    };
+    struct Result {
+        Status status;
+        std::size_t end;  ///< behind the value
+    };
+
+    /// Appends the value that starts at `position` of `text`, rewritten. Unless Done, `out` is left as it was.
+    Result fast(std::string_view text, std::size_t position, std::string& out);
+
+    /// The same through the parser; always succeeds.
+    std::size_t slow(std::string_view text, std::size_t position, std::string& out);
+
+    /// Appends the value `text`, by the fast road if that can be gone.
+    void value(std::string_view text, std::string& out) {
+        if (fast(text, 0, out).status != Status::Done) slow(text, 0, out);
+    }
+
+private:
+    struct Run {
+        std::string_view text;
+        std::string& out;
+        std::size_t begin;
+    };
+
+    std::optional<std::size_t> scalar(std::string_view text, std::size_t position, std::string& out);
+    void reference(Run& run, std::size_t mark);
+    void append(std::uint32_t number, std::string& out);
+    Object mapped(const Object& object);
+
+    Mapper mapper_;
+};
+
+namespace detail {
+
+inline constexpr auto rewriterStops = [] {
+    std::array<bool, 256> stops{};
+    for (const char c : std::string_view("(<>[]%Rj")) stops[static_cast<unsigned char>(c)] = true;
+    return stops;
+}();
+
+/// Whether the `j` at `at` ends the keyword `obj` or `endobj`: then a bracket is missing.
+[[nodiscard]] inline bool endsObjectKeyword(std::string_view text, std::size_t at) noexcept {
+    return at >= 2 && text[at - 1] == 'b' && text[at - 2] == 'o' && (at + 1 == text.size() || !isRegular(text[at + 1])) &&
+           (at == 2 || !isRegular(text[at - 3]) || text[at - 3] == 'd');
+}
+
+}  // namespace detail
+
+template <class Mapper>
+auto ReferenceRewriter<Mapper>::fast(std::string_view text, std::size_t position, std::string& out) -> Result {
+    const std::size_t before = out.size();
+    const auto fail = [&] {
+        out.resize(before);
+        return Result{Status::Malformed, position};
+    };
+    std::size_t at = skipBlank(text, position);
+    if (at >= text.size()) return fail();
+    if (text[at] != '[' && text.substr(at, 2) != "<<") {
+        const auto end = scalar(text, at, out);
+        return end ? Result{Status::Done, *end} : fail();
+    }
+    BracketStack open;
+    Run run{text, out, at};
+    do {
+        while (at < text.size() && !detail::rewriterStops[static_cast<unsigned char>(text[at])]) ++at;
+        if (at >= text.size()) return fail();
+        const char c = text[at];
+        const bool doubled = at + 1 < text.size() && text[at + 1] == c;
+        bool ok = true;
+        if (c == '(') {
+            const auto end = skipLiteralString(text, at);
+            ok = end.has_value();
+            at = end.value_or(at);
+        } else if (c == '[') {
+            ok = open.push(c);
+            ++at;
+        } else if (c == '<' && doubled) {
+            ok = open.push(c);
+            at += 2;
+        } else if (c == '<') {
+            const std::size_t close = text.find('>', at);
+            ok = close != std::string_view::npos;
+            at = close + 1;
+        } else if (c == ']') {
+            ok = open.pop('[');
+            ++at;
+        } else if (c == '>') {
+            ok = doubled && open.pop('<');
+            at += 2;
+        } else if (c == 'R') {
+            reference(run, at);
+            ++at;
+        } else {
+            ok = c == 'j' && !detail::endsObjectKeyword(text, at);
+            ++at;
+        }
+        if (!ok) return fail();
+    } while (!open.empty());
+    out.append(text, run.begin, at - run.begin);
+    return {Status::Done, at};
+}
+
+/// `mark` is the place of an `R`. If it ends a reference, writes the run before it and the new reference.
+template <class Mapper>
+void ReferenceRewriter<Mapper>::reference(Run& run, std::size_t mark) {
+    const std::string_view text = run.text;
+    if (mark + 1 < text.size() && isRegular(text[mark + 1])) return;
+    // Goes back over white space, digits, white space, digits.
+    std::size_t at = mark;
+    const auto back = [&](auto belongs) {
+        const std::size_t from = at;
+        while (at > run.begin && belongs(text[at - 1])) --at;
+        return at != from;
+    };
+    if (!back(isWhiteSpace)) return;
+    const std::size_t generationEnd = at;
+    if (!back(isDigit)) return;
+    const std::size_t generationBegin = at;
+    if (!back(isWhiteSpace)) return;
+    const std::size_t numberEnd = at;
+    if (!back(isDigit) || (at > run.begin && isRegular(text[at - 1]))) return;
+    Reference reference;
+    std::from_chars(text.data() + at, text.data() + numberEnd, reference.number);
+    std::from_chars(text.data() + generationBegin, text.data() + generationEnd, reference.generation);
+    run.out.append(text, run.begin, at - run.begin);
+    run.begin = mark + 1;
+    append(mapper_(reference), run.out);
+}
+
+template <class Mapper>
+void ReferenceRewriter<Mapper>::append(std::uint32_t number, std::string& out) {
+    if (!out.empty() && isRegular(out.back())) out += ' ';
+    if (number == 0) {
+        out += "null";
+        return;
+    }
+    std::array<char, 10> digits;
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    out.append(digits.data(), result.ptr);
+    out += " 0 R";
+}
+
+template <class Mapper>
+std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view text, std::size_t position, std::string& out) {
+    const auto end = skipValue(text, position);
+    if (!end) return std::nullopt;
+    const std::string_view whole = text.substr(position, *end - position);
+    const Object object = Parser(whole).parse();
+    if (const Reference* target = object.reference()) {
+        append(mapper_(*target), out);
+    } else if (object.isNull()) {
+        append(0, out);  // also for a stray keyword
+    } else {
+        if (!out.empty() && isRegular(out.back())) out += ' ';
+        out += whole;
+    }
+    return end;
+}
+
+template <class Mapper>
+std::size_t ReferenceRewriter<Mapper>::slow(std::string_view text, std::size_t position, std::string& out) {
+    Parser parser(text, position);
+    mapped(parser.parse()).write(out);
+    return parser.position();
+}
+
+template <class Mapper>
+Object ReferenceRewriter<Mapper>::mapped(const Object& object) {
+    if (const Reference* target = object.reference()) {
+        const std::uint32_t number = mapper_(*target);
+        return number == 0 ? Object() : Object(Reference{number, 0});
+    }
+    if (const Array* array = object.array()) {
+        Array result;
+        result.reserve(array->size());
+        for (const Object& element : *array) result.push_back(mapped(element));
+        return result;
+    }
+    if (const Dictionary* dictionary = object.dictionary()) {
+        Dictionary result;
+        for (const auto& [key, value] : dictionary->entries()) result.append(key, mapped(value));
+        return result;
+    }
+    return object;
+}
+
+}  // namespace quillon::pdf

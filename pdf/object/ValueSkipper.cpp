@@ -1,0 +1,94 @@
+#include "pdf/object/ValueSkipper.h"
+
+#include "pdf/object/BracketStack.h"
+#include "pdf/object/Characters.h"
+#include "pdf/object/Lexer.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+std::size_t skipRegular(std::string_view text, std::size_t position) noexcept {
+    while (position < text.size() && isRegular(text[position])) ++position;
+    return position;
+}
+
+/// Behind ` g R`, when that follows a number that ends at `position`.
+std::size_t skipRestOfReference(std::string_view text, std::size_t position) noexcept {
+    std::size_t at = position;
+    skipWhiteSpace(text, at);
+    if (at == position || !readUnsigned(text, at)) return position;
+    const std::size_t afterGeneration = at;
+    skipWhiteSpace(text, at);
+    if (at == afterGeneration || at >= text.size() || text[at] != 'R') return position;
+    ++at;
+    return at == text.size() || !isRegular(text[at]) ? at : position;
+}
+
+/// Behind a value that has nothing inside; a bracket is not one.
+std::optional<std::size_t> skipScalar(std::string_view text, std::size_t at) noexcept {
+    switch (text[at]) {
+        case '(':
+            return skipLiteralString(text, at);
+        case '<': {
+            const std::size_t close = text.find('>', at);
+            if (close == std::string_view::npos) return std::nullopt;
+            return close + 1;
+        }
+        case '/':
+            return skipRegular(text, at + 1);
+        default: {
+            const std::size_t end = skipRegular(text, at);
+            if (end == at) return std::nullopt;
+            return isDigit(text[at]) ? skipRestOfReference(text, end) : end;
+        }
+    }
+}
+
+}  // namespace
+
+std::size_t skipBlank(std::string_view text, std::size_t position) noexcept {
+    Lexer lexer(text, position);
+    lexer.skipWhiteSpaceAndComments();
+    return lexer.position();
+}
+
+std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t position) noexcept {
+    std::size_t depth = 0;
+    for (std::size_t at = position; at < text.size(); ++at) {
+        const char c = text[at];
+        if (c == '\\') {
+            ++at;
+        } else if (c == '(') {
+            ++depth;
+        } else if (c == ')' && --depth == 0) {
+            return at + 1;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::size_t> skipValue(std::string_view text, std::size_t position) noexcept {
+    BracketStack open;
+    std::size_t at = position;
+    do {
+        at = skipBlank(text, at);
+        if (at >= text.size()) return std::nullopt;
+        const bool doubled = at + 1 < text.size() && text[at + 1] == text[at];
+        if (text[at] == '[' || (text[at] == '<' && doubled)) {
+            if (!open.push(text[at])) return std::nullopt;
+            at += text[at] == '[' ? 1U : 2U;
+        } else if (text[at] == ']' || (text[at] == '>' && doubled)) {
+            const bool square = text[at] == ']';
+            if (!open.pop(square ? '[' : '<')) return std::nullopt;
+            at += square ? 1U : 2U;
+        } else {
+            const auto end = skipScalar(text, at);
+            if (!end) return std::nullopt;
+            at = *end;
+        }
+    } while (!open.empty());
+    return at;
+}
+
+}  // namespace quillon::pdf

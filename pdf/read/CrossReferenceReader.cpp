@@ -1,0 +1,192 @@
+#include "pdf/read/CrossReferenceReader.h"
+
+#include <algorithm>
+#include <array>
+
+#include "pdf/filter/Filters.h"
+#include "pdf/object/Characters.h"
+#include "pdf/object/Lexer.h"
+#include "pdf/object/Parser.h"
+#include "pdf/read/Limits.h"
+#include "pdf/read/StreamText.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+/// The big-endian number in `field`.
+std::uint64_t bigEndian(std::string_view field) {
+    std::uint64_t value = 0;
+    for (const char c : field) value = value << 8U | static_cast<unsigned char>(c);
+    return value;
+}
+
+std::optional<std::uint64_t> offsetIn(const Dictionary& dictionary, std::string_view key) {
+    const auto value = dictionary[key].integer();
+    if (!value || *value < 0) return std::nullopt;
+    return static_cast<std::uint64_t>(*value);
+}
+
+}  // namespace
+
+std::optional<CrossReferenceTable> CrossReferenceReader::read() {
+    table_.entries = ObjectMap<CrossReferenceEntry>(file_.file().size());
+    const auto start = findStart();
+    if (!start) return std::nullopt;
+    Dictionary section;
+    if (!readSection(*start, section)) {
+        if (headerOffset_ == 0) return std::nullopt;
+        bias_ = headerOffset_;
+        visited_.clear();
+        if (!readSection(*start, section)) return std::nullopt;
+    }
+    table_.trailer = section;
+    while (true) {
+        // A hybrid file hides the newer objects of a section in a stream that older readers do not know.
+        if (const auto hybrid = offsetIn(section, "XRefStm")) {
+            Dictionary ignored;
+            if (!readSection(*hybrid, ignored)) return std::nullopt;
+        }
+        const auto previous = offsetIn(section, "Prev");
+        if (!previous || visited_.contains(*previous + bias_)) break;
+        Dictionary older;
+        if (!readSection(*previous, older)) return std::nullopt;
+        complete(older);
+        section = std::move(older);
+    }
+    return std::move(table_);
+}
+
+std::optional<std::uint64_t> CrossReferenceReader::findStart() {
+    constexpr std::uint64_t tail = 2048;
+    const std::uint64_t size = file_.file().size();
+    std::string end;
+    file_.append(size - std::min(size, tail), tail, end);
+    const std::size_t keyword = end.rfind("startxref");
+    if (keyword == std::string::npos) return std::nullopt;
+    std::size_t at = keyword + std::string_view("startxref").size();
+    skipWhiteSpace(end, at);
+    return readUnsigned(end, at);
+}
+
+bool CrossReferenceReader::readSection(std::uint64_t offset, Dictionary& trailer) {
+    offset += bias_;
+    if (!visited_.insert(offset).second) return false;
+    const std::string_view start = file_.view(offset, 64).text;
+    std::size_t at = 0;
+    skipWhiteSpace(start, at);
+    if (start.substr(std::min(at, start.size())).starts_with("xref")) return readTable(offset + at + 4, trailer);
+    return readStream(offset, trailer);
+}
+
+bool CrossReferenceReader::readTable(std::uint64_t offset, Dictionary& trailer) {
+    while (true) {
+        const OwnedText view = file_.view(offset, 1024);
+        const std::string_view text = view.text;
+        std::size_t at = 0;
+        skipWhiteSpace(text, at);
+        if (text.substr(std::min(at, text.size())).starts_with("trailer")) {
+            offset += at + std::string_view("trailer").size();
+            break;
+        }
+        const auto first = readUnsigned(text, at);
+        skipWhiteSpace(text, at);
+        const auto count = readUnsigned(text, at);
+        if (!first || !count) return false;
+        skipWhiteSpace(text, at);
+        offset += at;
+        if (!readSubsection(offset, *first, *count)) return false;
+    }
+    const OwnedText view = file_.view(offset, limits::trailer);
+    Parser parser(view.text);
+    const Object parsed = parser.parse();
+    if (!parsed.dictionary()) return false;
+    trailer = *parsed.dictionary();
+    return true;
+}
+
+/// Entries are read by their fields, not by the twenty bytes that each should have: many files end them otherwise.
+bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t first, std::uint64_t count) {
+    if (first > maximumObjectNumber || count > maximumObjectNumber) return false;
+    if (count > (file_.file().size() - std::min(offset, file_.file().size())) / 8) return false;
+    table_.entries.expect(first + count);
+    for (std::uint64_t done = 0; done < count;) {
+        constexpr std::size_t longestEntry = 64;
+        const OwnedText view = file_.view(offset, 4096);
+        const std::string_view text = view.text;
+        const bool last = offset + text.size() >= file_.file().size();
+        std::size_t at = 0;
+        for (; done < count && (last || at + longestEntry <= text.size()); ++done) {
+            skipWhiteSpace(text, at);
+            const std::size_t begin = at;
+            const auto place = readUnsigned(text, at);
+            skipWhiteSpace(text, at);
+            const auto generation = readUnsigned(text, at);
+            skipWhiteSpace(text, at);
+            const char kind = at < text.size() ? text[at] : '\0';
+            if (!place || !generation || (kind != 'n' && kind != 'f')) {
+                // Fewer entries than announced is a common slip; the trailer follows.
+                offset += begin;
+                return text.substr(std::min(begin, text.size())).starts_with("trailer");
+            }
+            ++at;
+            CrossReferenceEntry entry;
+            entry.kind = kind == 'n' && *place != 0 ? CrossReferenceEntry::Kind::InFile : CrossReferenceEntry::Kind::Free;
+            entry.place = *place + bias_;
+            entry.detail = static_cast<std::uint32_t>(std::min<std::uint64_t>(*generation, 65535));
+            table_.addOlder(static_cast<std::uint32_t>(first + done), entry);
+        }
+        offset += at;
+    }
+    return true;
+}
+
+bool CrossReferenceReader::readStream(std::uint64_t offset, Dictionary& trailer) {
+    const auto stream = readStreamAt(file_, offset);
+    if (!stream || !stream->dictionary["Type"].isName("XRef")) return false;
+    const auto data = decodeStream(stream->dictionary, stream->data, limits::decodedStream);
+    if (!data) return false;
+    trailer = stream->dictionary;
+    return addStreamEntries(stream->dictionary, *data);
+}
+
+bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::string_view data) {
+    const Array* widths = dictionary["W"].array();
+    if (!widths || widths->size() < 3) return false;
+    std::array<std::size_t, 3> width{};
+    for (std::size_t i = 0; i < width.size(); ++i) {
+        const auto value = (*widths)[i].integer();
+        if (!value || *value < 0 || *value > 8) return false;
+        width[i] = static_cast<std::size_t>(*value);
+    }
+    const std::size_t row = width[0] + width[1] + width[2];
+    if (row == 0) return false;
+    const Array whole{Object(std::int64_t{0}), dictionary["Size"]};
+    const Array& index = dictionary["Index"].array() ? *dictionary["Index"].array() : whole;
+    for (std::size_t i = 0; i + 1 < index.size(); i += 2) {
+        const auto first = index[i].integer();
+        const auto count = index[i + 1].integer();
+        if (!first || !count || *first < 0 || *count < 0) return false;
+        for (std::int64_t n = 0; n < *count && data.size() >= row; ++n, data.remove_prefix(row)) {
+            const std::uint64_t number = static_cast<std::uint64_t>(*first) + static_cast<std::uint64_t>(n);
+            if (number > maximumObjectNumber) return false;
+            const std::uint64_t type = width[0] == 0 ? 1 : bigEndian(data.substr(0, width[0]));
+            CrossReferenceEntry entry;
+            entry.place = bigEndian(data.substr(width[0], width[1]));
+            entry.detail = static_cast<std::uint32_t>(bigEndian(data.substr(width[0] + width[1], width[2])));
+            if (type == 1) entry.place += bias_;
+            using enum CrossReferenceEntry::Kind;
+            entry.kind = type == 1 ? InFile : type == 2 ? InObjectStream : Free;
+            table_.addOlder(static_cast<std::uint32_t>(number), entry);
+        }
+    }
+    return true;
+}
+
+void CrossReferenceReader::complete(const Dictionary& older) {
+    for (const auto& [key, value] : older.entries()) {
+        if (!table_.trailer.contains(key)) table_.trailer.append(key, value);
+    }
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "pdf/io/BlockCache.h"
+#include "pdf/read/CrossReferenceTable.h"
+#include "pdf/read/StreamText.h"
+
+namespace quillon::pdf {
+
+/// Finds the objects of a file whose cross-reference data is damaged, by reading through it from the first byte. Object
+/// numbers are kept; of several objects with one number the last in the file holds. Streams are stepped over by their
+/// length where that is right, so that what looks like an object inside one is not taken for it.
+class FileScanner {
+public:
+    explicit FileScanner(BlockCache& file) : file_(file) {}
+
+    [[nodiscard]] CrossReferenceTable scan();
+
+private:
+    struct Found {
+        std::uint32_t number;
+        std::uint64_t offset;
+    };
+
+    std::uint64_t handleObject(std::uint64_t offset, const ObjectHeader& header);
+    std::uint64_t endOfStream(std::uint64_t data, std::string_view dictionary);
+    void handleTrailer(std::uint64_t offset);
+    void addTrailer(const Dictionary& trailer);
+    void addObjectStream(const Found& found);
+
+    BlockCache& file_;
+    CrossReferenceTable table_;
+    std::vector<Found> objectStreams_;
+    std::optional<Reference> catalog_;
+};
+
+}  // namespace quillon::pdf

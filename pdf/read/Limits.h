@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+/// Bounds that no sound file comes near, so that a hostile one cannot exhaust memory.
+namespace quillon::pdf::limits {
+
+/// Bytes of a trailer dictionary.
+inline constexpr std::size_t trailer = 1U << 20U;
+/// Bytes that a cross-reference or object stream may decode to.
+inline constexpr std::size_t decodedStream = 256U << 20U;
+/// Bytes of the text of one object that is no stream.
+inline constexpr std::size_t objectText = 256U << 20U;
+
+}  // namespace quillon::pdf::limits

@@ -1,0 +1,202 @@
+#include "pdf/read/ObjectReader.h"
+
+#include <algorithm>
+
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
+#include "pdf/read/CrossReferenceReader.h"
+#include "pdf/read/FileScanner.h"
+#include "pdf/read/Limits.h"
+#include "pdf/read/StreamText.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+constexpr std::size_t streamCacheBytes = 24U << 20U;
+
+std::optional<std::uint64_t> findHeader(BlockCache& file) {
+    constexpr std::size_t searched = 1024;
+    const OwnedText view = file.view(0, searched);
+    const std::size_t at = view.text.substr(0, searched + 4).find("%PDF-");
+    if (at == std::string_view::npos) return std::nullopt;
+    return at;
+}
+
+}  // namespace
+
+ObjectReader::ObjectReader(std::shared_ptr<InputFile> file, Warnings& warnings)
+    : file_(std::move(file)), warnings_(warnings), headerOffset_(findHeader(file_)) {
+    CrossReferenceReader reader(file_, headerOffset_.value_or(0));
+    if (auto table = reader.read()) {
+        table_ = std::move(*table);
+    } else {
+        recover("the cross-reference data is damaged; the file was scanned for objects");
+    }
+}
+
+bool ObjectReader::recover(std::string_view reason, std::uint32_t object, std::int64_t offset) {
+    if (table_.recovered) return false;
+    warnings_.add(reason, object, offset);
+    CrossReferenceTable found = FileScanner(file_).scan();
+    for (const auto& [key, value] : table_.trailer.entries()) {
+        if (!found.trailer.contains(key)) found.trailer.append(key, value);
+    }
+    table_ = std::move(found);
+    streams_.clear();
+    streamBytes_ = 0;
+    offsets_.clear();
+    return true;
+}
+
+std::optional<ObjectText> ObjectReader::find(Reference reference, std::size_t wanted) {
+    const CrossReferenceEntry entry = table_.entries.get(reference.number);
+    switch (entry.kind) {
+        case CrossReferenceEntry::Kind::InFile:
+            if (!table_.recovered && entry.detail != reference.generation) return std::nullopt;
+            return findInFile(reference, entry, wanted);
+        case CrossReferenceEntry::Kind::InObjectStream:
+            return findInStream(reference.number, entry);
+        case CrossReferenceEntry::Kind::Free:
+        case CrossReferenceEntry::Kind::Unknown:
+            break;
+    }
+    return std::nullopt;
+}
+
+std::optional<ObjectText> ObjectReader::findInFile(Reference reference, const CrossReferenceEntry& entry,
+                                                   std::size_t wanted) {
+    ObjectText object;
+    object.source = file_.view(entry.place, wanted);
+    const auto header = readObjectHeader(object.source.text);
+    if (!header || header->reference.number != reference.number) {
+        const bool recovered = recover("the cross-reference entry leads elsewhere; the file was scanned for objects",
+                                       reference.number, static_cast<std::int64_t>(entry.place));
+        return recovered ? find(reference, wanted) : std::nullopt;
+    }
+    object.complete = entry.place + object.source.text.size() >= file_.file().size();
+    object.source.text.remove_prefix(header->length);
+    object.offset = entry.place + header->length;
+    object.inFile = true;
+    return object;
+}
+
+std::optional<ObjectText> ObjectReader::findInStream(std::uint32_t number, const CrossReferenceEntry& entry) {
+    if (entry.place > maximumObjectNumber) return std::nullopt;
+    const auto stream = objectStream(static_cast<std::uint32_t>(entry.place));
+    const auto index = stream ? stream->find(number, entry.detail) : std::nullopt;
+    if (!index) return std::nullopt;
+    ObjectText object;
+    object.source = {std::shared_ptr<const std::string>(stream, &stream->bytes()), stream->textAt(*index)};
+    object.complete = true;
+    return object;
+}
+
+std::optional<ObjectText> ObjectReader::findWhole(Reference reference) {
+    constexpr std::size_t growth = 16;
+    for (std::size_t wanted = usualObject;; wanted *= growth) {
+        auto object = find(reference, wanted);
+        if (!object || object->complete || wanted >= limits::objectText) return object;
+        const auto end = skipValue(object->text(), 0);
+        constexpr std::size_t lookAhead = 32;
+        if (end && *end + lookAhead <= object->text().size()) return object;
+    }
+}
+
+Object ObjectReader::parse(Reference reference) {
+    const auto object = findWhole(reference);
+    return object ? Parser(object->text()).parse() : Object();
+}
+
+Object ObjectReader::resolve(const Object& object) {
+    constexpr int mostSteps = 32;
+    if (!object.reference()) return object;
+    Object current = object;
+    for (int step = 0; step < mostSteps && current.reference(); ++step) current = parse(*current.reference());
+    return current.reference() ? Object() : current;
+}
+
+Object ObjectReader::resolve(std::string_view valueText) {
+    return valueText.empty() ? Object() : resolve(Parser(valueText).parse());
+}
+
+std::shared_ptr<const ObjectStream> ObjectReader::objectStream(std::uint32_t number) {
+    if (const auto found = streams_.find(number); found != streams_.end()) {
+        found->second.lastUse = ++clock_;
+        return found->second.objects;
+    }
+    streams_[number] = {nullptr, ++clock_};  // a stream that describes itself by its own objects ends here
+    auto objects = readObjectStream(number);
+    const std::size_t bytes = objects ? objects->bytes().size() : 0;
+    makeRoom(bytes);
+    streamBytes_ += bytes;
+    decodedBytes_ += bytes;
+    streams_[number] = {objects, ++clock_};
+    return objects;
+}
+
+std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t number) {
+    const CrossReferenceEntry entry = table_.entries.get(number);
+    if (entry.kind != CrossReferenceEntry::Kind::InFile) return nullptr;
+    // What describes an object stream must not be in one itself; following it there could go round in circles.
+    const auto plain = [this](Reference reference) {
+        const bool inFile = table_.entries.get(reference.number).kind == CrossReferenceEntry::Kind::InFile;
+        return inFile ? parse(reference) : Object();
+    };
+    auto stream = readStreamAt(file_, entry.place, plain);
+    if (stream && stream->reference.number == number) {
+        for (const char* key : {"N", "First", "Filter", "DecodeParms"}) {
+            if (const Reference* target = stream->dictionary[key].reference()) stream->dictionary.append(key, plain(*target));
+        }
+        if (auto objects = ObjectStream::decode(*stream)) return objects;
+    }
+    warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
+    return nullptr;
+}
+
+void ObjectReader::makeRoom(std::size_t bytes) {
+    while (!streams_.empty() && streamBytes_ + bytes > streamCacheBytes) {
+        const auto oldest =
+            std::ranges::min_element(streams_, {}, [](const auto& entry) { return entry.second.lastUse; });
+        streamBytes_ -= oldest->second.objects ? oldest->second.objects->bytes().size() : 0;
+        streams_.erase(oldest);
+    }
+}
+
+StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view dictionary, std::uint64_t data) {
+    const std::uint64_t size = file_.file().size();
+    const auto stated = resolve(findValue(dictionary, "Length")).integer();
+    if (stated && *stated >= 0 && static_cast<std::uint64_t>(*stated) <= size - std::min(data, size)) {
+        const auto length = static_cast<std::uint64_t>(*stated);
+        if (endsStreamAt(file_, data + length)) return {data, length};
+    }
+    const std::uint64_t length = searchStreamLength(file_, data, nextObject(data));
+    warnings_.add("the length of the stream is wrong; " + std::to_string(length) + " bytes were found", number,
+                  static_cast<std::int64_t>(data));
+    return {data, length};
+}
+
+std::uint64_t ObjectReader::nextObject(std::uint64_t offset) {
+    if (offsets_.empty()) {
+        table_.entries.forEach([this](std::uint32_t, const CrossReferenceEntry& entry) {
+            if (entry.kind == CrossReferenceEntry::Kind::InFile) offsets_.push_back(entry.place);
+        });
+        std::ranges::sort(offsets_);
+    }
+    const auto next = std::ranges::upper_bound(offsets_, offset);
+    return next == offsets_.end() ? file_.file().size() : *next;
+}
+
+bool ObjectReader::charge(std::uint64_t bytes) noexcept {
+    constexpr std::uint64_t margin = 16U << 20U;
+    charged_ += bytes;
+    return charged_ <= 4 * (file_.file().size() + decodedBytes_) + margin;
+}
+
+std::size_t ObjectReader::memory() const noexcept {
+    return table_.entries.memory() + streamBytes_ + offsets_.capacity() * sizeof(std::uint64_t) +
+           BlockCache::mostBlocks * BlockCache::blockSize;
+}
+
+}  // namespace quillon::pdf

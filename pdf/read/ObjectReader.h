@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "pdf/io/BlockCache.h"
+#include "pdf/object/Object.h"
+#include "pdf/read/CrossReferenceTable.h"
+#include "pdf/read/ObjectStream.h"
+#include "pdf/read/Warnings.h"
+
+namespace quillon::pdf {
+
+/// The text of an object and, for streams, where their data is.
+struct ObjectText {
+    OwnedText source;         ///< from the beginning of the value, at least to the asked length; usually beyond the value
+    bool inFile = false;      ///< directly in the file, where alone a stream can be
+    bool complete = false;    ///< `source` reaches to where no object can go on
+    std::uint64_t offset = 0; ///< in the file, of the first byte of `source`; only if `inFile`
+
+    [[nodiscard]] std::string_view text() const noexcept { return source.text; }
+};
+
+struct StreamExtent {
+    std::uint64_t offset = 0;
+    std::uint64_t length = 0;
+};
+
+/// Finds the objects of one file. An entry of the cross-reference data that leads elsewhere makes it scan the file, once, and
+/// go on with what was found. Not thread-safe.
+class ObjectReader {
+public:
+    /// Reads the cross-reference data, by scanning if need be. `warnings` must outlive the reader.
+    ObjectReader(std::shared_ptr<InputFile> file, Warnings& warnings);
+
+    [[nodiscard]] const Dictionary& trailer() const noexcept { return table_.trailer; }
+    [[nodiscard]] const CrossReferenceTable& table() const noexcept { return table_; }
+    [[nodiscard]] BlockCache& file() noexcept { return file_; }
+    [[nodiscard]] Warnings& warnings() noexcept { return warnings_; }
+    /// Where `%PDF-` stands; nothing when the file has no header.
+    [[nodiscard]] std::optional<std::uint64_t> headerOffset() const noexcept { return headerOffset_; }
+
+    /// Nothing for an object that is free or does not exist, which reads as null.
+    [[nodiscard]] std::optional<ObjectText> find(Reference reference, std::size_t wanted = usualObject);
+    /// The text of a whole value, followed by what tells a stream from a plain object; nothing when it does not exist.
+    /// Malformed values are given as far as the file goes, up to a limit.
+    [[nodiscard]] std::optional<ObjectText> findWhole(Reference reference);
+
+    [[nodiscard]] Object parse(Reference reference);
+    /// Follows references until something else is found.
+    [[nodiscard]] Object resolve(const Object& object);
+    [[nodiscard]] Object resolve(std::string_view valueText);
+
+    /// Where the data of a stream is that begins at the file offset `data`, its dictionary being `dictionary`.
+    [[nodiscard]] StreamExtent streamExtent(std::uint32_t number, std::string_view dictionary, std::uint64_t data);
+
+    /// Replaces the cross-reference data by what a scan of the file finds. False when that was done before.
+    bool recover(std::string_view reason, std::uint32_t object = 0, std::int64_t offset = -1);
+
+    /// Counts bytes that were taken over from the file. False once that is more than a file of its size can hold, as with
+    /// objects that overlap each other to blow up the output.
+    [[nodiscard]] bool charge(std::uint64_t bytes) noexcept;
+
+    /// Bytes held.
+    [[nodiscard]] std::size_t memory() const noexcept;
+
+    static constexpr std::size_t usualObject = 1024;
+
+private:
+    struct CachedStream {
+        std::shared_ptr<const ObjectStream> objects;
+        std::uint64_t lastUse = 0;
+    };
+
+    std::optional<ObjectText> findInFile(Reference reference, const CrossReferenceEntry& entry, std::size_t wanted);
+    std::optional<ObjectText> findInStream(std::uint32_t number, const CrossReferenceEntry& entry);
+    std::shared_ptr<const ObjectStream> objectStream(std::uint32_t number);
+    std::shared_ptr<const ObjectStream> readObjectStream(std::uint32_t number);
+    void makeRoom(std::size_t bytes);
+    std::uint64_t nextObject(std::uint64_t offset);
+
+    BlockCache file_;
+    Warnings& warnings_;
+    std::optional<std::uint64_t> headerOffset_;
+    CrossReferenceTable table_;
+    std::unordered_map<std::uint32_t, CachedStream> streams_;
+    std::size_t streamBytes_ = 0;
+    std::uint64_t clock_ = 0;
+    std::uint64_t decodedBytes_ = 0;
+    std::uint64_t charged_ = 0;
+    std::vector<std::uint64_t> offsets_;  // of the objects, in order; made when a stream's length must be searched
+};
+
+}  // namespace quillon::pdf

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pdf/read/StreamText.h"
+
+namespace quillon::pdf {
+
+/// A decoded object stream (ISO 32000-2, 7.5.7). Streams linked by `Extends` need no care of their own: the cross-reference
+/// data names the very stream that holds an object.
+class ObjectStream {
+public:
+    /// Null when it cannot be decoded at all.
+    [[nodiscard]] static std::shared_ptr<const ObjectStream> decode(const StreamText& stream);
+
+    [[nodiscard]] std::size_t count() const noexcept { return index_.size(); }
+    /// The object number at `index`, which is less than `count()`.
+    [[nodiscard]] std::uint32_t numberAt(std::size_t index) const noexcept { return index_[index].number; }
+    /// From the beginning of the value at `index` to the end of the stream.
+    [[nodiscard]] std::string_view textAt(std::size_t index) const noexcept;
+    /// The place of object `number`, which `hint` usually is; nothing when the stream does not hold it.
+    [[nodiscard]] std::optional<std::size_t> find(std::uint32_t number, std::size_t hint) const noexcept;
+    [[nodiscard]] const std::string& bytes() const noexcept { return bytes_; }
+
+private:
+    struct Place {
+        std::uint32_t number;
+        std::uint32_t offset;
+    };
+
+    std::string bytes_;
+    std::vector<Place> index_;
+};
+
+}  // namespace quillon::pdf

@@ -1,0 +1,146 @@
+#include "pdf/read/PageTree.h"
+
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+/// The text of a dictionary, made well-formed if it is not.
+std::string_view soundDictionary(std::string_view text, std::string& repaired) {
+    if (const std::size_t end = skipDictionary(text); end != 0) return text.substr(0, end);
+    repaired.clear();
+    Parser(text).parse().write(repaired);
+    return repaired;
+}
+
+/// Trees of at least this many pages are read without visiting every page, if their counts add up.
+constexpr std::size_t largeTree = 256;
+
+}  // namespace
+
+// To know that a kid is a page and not a node, it must be looked at, and in a large file that inflates nearly every object
+// stream before the first page is shown. A node whose Count equals the number of its kids can only hold pages, unless the
+// counts lie: so a large tree is believed as long as all its counts agree with each other, and any other is walked.
+
+PageTree::PageTree(ObjectReader& reader, const Object& root) {
+    walk(reader, root, true);
+    if (countsAddUp_ && pages_.size() >= largeTree) return;
+    pages_.clear();
+    nodes_.clear();
+    directPages_.clear();
+    seenNodes_.clear();
+    walk(reader, root, false);
+}
+
+PageTree::PageTree(const std::vector<Reference>& pages) {
+    nodes_.emplace_back();
+    for (const Reference page : pages) pages_.push_back({page.number, page.generation, 0, 0});
+}
+
+void PageTree::walk(ObjectReader& reader, const Object& root, bool trustCounts) {
+    std::vector<Level> levels;
+    if (const Reference* reference = root.reference()) {
+        const auto object = reader.findWhole(*reference);
+        if (object) enter(reader, object->text(), reference->number, -1, trustCounts, levels);
+    } else if (root.dictionary()) {
+        std::string text;
+        root.write(text);
+        enter(reader, text, 0, -1, trustCounts, levels);
+    }
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.next == level.kids.size()) {
+            countsAddUp_ = countsAddUp_ && static_cast<std::int64_t>(pages_.size() - level.firstPage) == level.stated;
+            levels.pop_back();
+            continue;
+        }
+        const Object kid = level.kids[level.next++];
+        visit(reader, kid, trustCounts, levels);
+    }
+}
+
+void PageTree::enter(ObjectReader& reader, std::string_view text, std::uint32_t number, std::int64_t parent,
+                     bool trustCounts, std::vector<Level>& levels) {
+    if (number != 0 && !seenNodes_.insert(number).second) {
+        reader.warnings().add("the page tree leads back to a node; its second place is left out", number);
+        countsAddUp_ = false;
+        return;
+    }
+    Node node{number, parent, {}};
+    Level level;
+    level.node = static_cast<std::uint32_t>(nodes_.size());
+    level.firstPage = pages_.size();
+    std::string repaired;
+    std::string_view kids;
+    std::string_view count;
+    DictionaryScanner scanner(soundDictionary(text, repaired));
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        for (std::size_t i = 0; i < inheritedAttributeNames.size(); ++i) {
+            if (keyIs(entry.key, inheritedAttributeNames[i])) node.attributes[i] = entry.value;
+        }
+        if (keyIs(entry.key, "Kids")) kids = entry.value;
+        if (keyIs(entry.key, "Count")) count = entry.value;
+    }
+    const Object kidList = reader.resolve(kids);
+    if (kidList.array()) level.kids = *kidList.array();
+    level.stated = reader.resolve(count).integer().value_or(-1);
+    level.trusted = trustCounts && level.stated == static_cast<std::int64_t>(level.kids.size());
+    nodes_.push_back(std::move(node));
+    levels.push_back(std::move(level));
+}
+
+void PageTree::visit(ObjectReader& reader, const Object& kid, bool trustCounts, std::vector<Level>& levels) {
+    const std::uint32_t node = levels.back().node;
+    const Reference* reference = kid.reference();
+    if (levels.back().trusted && reference && reader.table().entries.get(reference->number).place != 0) {
+        pages_.push_back({reference->number, reference->generation, node, 0});
+        return;
+    }
+    std::string direct;
+    std::optional<ObjectText> object;
+    if (reference) {
+        object = reader.findWhole(*reference);
+    } else if (kid.dictionary()) {
+        kid.write(direct);
+    }
+    std::string repaired;
+    const std::string_view found = object ? object->text() : std::string_view(direct);
+    const bool isDictionary = skipBlank(found, 0) < found.size() && found.substr(skipBlank(found, 0)).starts_with("<<");
+    if (!isDictionary) {
+        reader.warnings().add("an entry of the page tree is no page; it is left out", reference ? reference->number : 0);
+        countsAddUp_ = false;
+        return;
+    }
+    const std::string_view text = soundDictionary(found, repaired);
+    if (!findValue(text, "Kids").empty() && findValue(text, "Type") != "/Page") {
+        enter(reader, text, reference ? reference->number : 0, node, trustCounts, levels);
+        return;
+    }
+    Page page{0, 0, node, 0};
+    if (reference) {
+        page.number = reference->number;
+        page.generation = reference->generation;
+    } else {
+        page.direct = static_cast<std::uint32_t>(directPages_.size());
+        directPages_.emplace_back(text);
+    }
+    pages_.push_back(page);
+}
+
+std::int64_t PageTree::inheritedFrom(const Page& page, InheritedAttribute attribute) const noexcept {
+    for (std::int64_t node = page.node; node >= 0; node = nodes_[static_cast<std::size_t>(node)].parent) {
+        if (!nodes_[static_cast<std::size_t>(node)].attributes[static_cast<std::size_t>(attribute)].empty()) return node;
+    }
+    return -1;
+}
+
+std::string_view PageTree::inherited(const Page& page, InheritedAttribute attribute) const noexcept {
+    const std::int64_t node = inheritedFrom(page, attribute);
+    if (node < 0) return {};
+    return nodes_[static_cast<std::size_t>(node)].attributes[static_cast<std::size_t>(attribute)];
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,45 @@
+#include "pdf/read/Source.h"
+
+#include "pdf/read/SourceRegistry.h"
+
+namespace quillon::pdf {
+
+std::shared_ptr<Source> Source::open(const std::string& path) {
+    const auto identity = InputFile::identityOf(path);
+    if (!identity) return nullptr;
+    if (auto known = SourceRegistry::instance().find(*identity)) return known;
+    auto file = InputFile::open(path);
+    if (!file) return nullptr;
+    const std::shared_ptr<Source> source(new Source(std::move(file)));
+    if (!source->load()) return nullptr;
+    return SourceRegistry::instance().add(source);
+}
+
+Source::~Source() {
+    SourceRegistry::instance().remove(*this);
+}
+
+bool Source::load() {
+    const std::lock_guard lock(mutex_);
+    document_ = SourceDocument::load(file_, warnings_);
+    if (!document_) return false;
+    pageCount_ = static_cast<std::uint32_t>(document_->pages().pages().size());
+    encrypted_ = document_->isEncrypted();
+    return true;
+}
+
+std::vector<std::string> Source::warnings() const {
+    const std::lock_guard lock(mutex_);
+    return warnings_.lines();
+}
+
+SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex_) {
+    if (!source_.document_) source_.document_ = SourceDocument::load(source_.file_, source_.warnings_);
+    SourceRegistry::instance().used(source_);
+}
+
+void SourceAccess::release() {
+    source_.document_.reset();
+}
+
+}  // namespace quillon::pdf

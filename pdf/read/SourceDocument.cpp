@@ -1,0 +1,139 @@
+#include "pdf/read/SourceDocument.h"
+
+#include <algorithm>
+
+#include "pdf/object/Characters.h"
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Parser.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+/// `1.7` as 17; 0 when the text is no version.
+Version readVersionText(std::string_view text) {
+    if (text.size() < 3 || !isDigit(text[0]) || text[1] != '.' || !isDigit(text[2])) return 0;
+    const Version version = (text[0] - '0') * 10 + (text[2] - '0');
+    return version <= 20 ? version : 0;
+}
+
+std::optional<Rectangle> readRectangle(ObjectReader& reader, const Object& object) {
+    const Array* array = object.array();
+    if (!array || array->size() < 4) return std::nullopt;
+    std::array<double, 4> value{};
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const auto number = reader.resolve((*array)[i]).number();
+        if (!number) return std::nullopt;
+        value[i] = *number;
+    }
+    const Rectangle box{std::min(value[0], value[2]), std::min(value[1], value[3]), std::max(value[0], value[2]),
+                        std::max(value[1], value[3])};
+    if (!(box.width() > 0) || !(box.height() > 0)) return std::nullopt;
+    return box;
+}
+
+}  // namespace
+
+std::unique_ptr<SourceDocument> SourceDocument::load(const std::shared_ptr<InputFile>& file, Warnings& warnings) {
+    std::unique_ptr<SourceDocument> document(new SourceDocument(file, warnings));
+    if (document->readStructure()) return document;
+    const bool again = document->reader_.recover("the catalog or the page tree cannot be read; the file was scanned for objects");
+    if (again && document->readStructure()) return document;
+    return document->collectPages() ? std::move(document) : nullptr;
+}
+
+/// False when the road from the trailer to the page tree is broken.
+bool SourceDocument::readStructure() {
+    encrypted_ = !reader_.resolve(reader_.trailer()["Encrypt"]).isNull();
+    if (encrypted_) {
+        readVersion(nullptr);
+        pages_ = std::make_unique<PageTree>(std::vector<Reference>{});
+        return true;
+    }
+    return readTree();
+}
+
+bool SourceDocument::readTree() {
+    const Object root = reader_.trailer()["Root"];
+    const Object catalog = reader_.resolve(root);
+    if (!root.reference() || !catalog.dictionary()) return false;
+    const Object& pages = (*catalog.dictionary())["Pages"];
+    const Object top = reader_.resolve(pages);
+    if (!top.dictionary() || !reader_.resolve((*top.dictionary())["Kids"]).array()) return false;
+    auto tree = std::make_unique<PageTree>(reader_, pages);
+    const bool claimsPages = reader_.resolve((*top.dictionary())["Count"]).integer().value_or(0) > 0;
+    if (tree->pages().empty() && claimsPages && !reader_.table().recovered) return false;
+    pages_ = std::move(tree);
+    catalog_ = *root.reference();
+    readVersion(catalog.dictionary());
+    return true;
+}
+
+/// The last resort: every object that says it is a page, in the order of object numbers.
+bool SourceDocument::collectPages() {
+    std::vector<Reference> found;
+    reader_.table().entries.forEach([&](std::uint32_t number, const CrossReferenceEntry& entry) {
+        if (entry.kind == CrossReferenceEntry::Kind::Unknown || entry.kind == CrossReferenceEntry::Kind::Free) return;
+        const std::uint32_t generation = entry.kind == CrossReferenceEntry::Kind::InFile ? entry.detail : 0;
+        const auto object = reader_.find({number, generation});
+        if (object && findValue(object->text(), "Type") == "/Page") found.push_back({number, generation});
+    });
+    if (found.empty()) return false;
+    std::ranges::sort(found);
+    reader_.warnings().add("the page tree cannot be read; the pages were collected in the order of their object numbers");
+    pages_ = std::make_unique<PageTree>(found);
+    readVersion(nullptr);
+    return true;
+}
+
+void SourceDocument::readVersion(const Dictionary* catalog) {
+    if (const auto offset = reader_.headerOffset()) {
+        constexpr std::string_view mark = "%PDF-";
+        version_ = std::max(version_, readVersionText(reader_.file().view(*offset + mark.size(), 3).text));
+    }
+    if (!catalog) return;
+    if (const Object own = reader_.resolve((*catalog)["Version"]); own.name()) {
+        version_ = std::max(version_, readVersionText(own.name()->value));
+    }
+}
+
+std::string SourceDocument::pageText(const PageTree::Page& page) {
+    constexpr int mostLevels = 32;
+    if (page.number == 0) return pages_->directPage(page);
+    Reference reference{page.number, page.generation};
+    for (int level = 0; level < mostLevels; ++level) {
+        const auto object = reader_.findWhole(reference);
+        if (!object) return {};
+        std::string text(object->text().substr(0, skipDictionary(object->text())));
+        if (text.empty()) {
+            const Object parsed = Parser(object->text()).parse();
+            if (!parsed.dictionary()) return {};
+            parsed.write(text);
+        }
+        const std::string_view kids = findValue(text, "Kids");
+        if (kids.empty() || findValue(text, "Type") == "/Page") return text;
+        const Object list = reader_.resolve(kids);
+        if (!list.array() || list.array()->empty() || !list.array()->front().reference()) return {};
+        reference = *list.array()->front().reference();
+    }
+    return {};
+}
+
+Object SourceDocument::attribute(const PageTree::Page& page, InheritedAttribute attribute) {
+    const std::string text = pageText(page);
+    const std::string_view own = findValue(text, inheritedAttributeNames[static_cast<std::size_t>(attribute)]);
+    const Object value = reader_.resolve(own);
+    return value.isNull() ? reader_.resolve(pages_->inherited(page, attribute)) : value;
+}
+
+std::optional<Rectangle> SourceDocument::box(const PageTree::Page& page, InheritedAttribute attribute) {
+    return readRectangle(reader_, this->attribute(page, attribute));
+}
+
+int SourceDocument::rotation(const PageTree::Page& page) {
+    const std::int64_t degrees = attribute(page, InheritedAttribute::Rotate).integer().value_or(0);
+    if (degrees % 90 != 0) return 0;
+    return static_cast<int>((degrees % 360 + 360) % 360);
+}
+
+}  // namespace quillon::pdf

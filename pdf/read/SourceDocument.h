@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "pdf/Geometry.h"
+#include "pdf/read/ObjectReader.h"
+#include "pdf/read/PageTree.h"
+
+namespace quillon::pdf {
+
+/// A PDF version, `major` * 10 + `minor`.
+using Version = int;
+
+/// The structure of one file as read into memory: cross-reference data, catalog, page tree. Can be dropped and read again at
+/// any time (see Source). Not thread-safe.
+class SourceDocument {
+public:
+    /// Null when no document can be found in the file. `warnings` must outlive the result.
+    [[nodiscard]] static std::unique_ptr<SourceDocument> load(const std::shared_ptr<InputFile>& file, Warnings& warnings);
+
+    [[nodiscard]] ObjectReader& reader() noexcept { return reader_; }
+    /// Empty while the document is locked.
+    [[nodiscard]] const PageTree& pages() const noexcept { return *pages_; }
+    [[nodiscard]] bool isEncrypted() const noexcept { return encrypted_; }
+    /// The highest version that the header or the catalog names.
+    [[nodiscard]] Version version() const noexcept { return version_; }
+    /// The reference of the catalog; nothing when it was never found and the pages were collected without it.
+    [[nodiscard]] std::optional<Reference> catalog() const noexcept { return catalog_; }
+
+    /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a page
+    /// gives its first page.
+    [[nodiscard]] std::string pageText(const PageTree::Page& page);
+    /// MediaBox or CropBox, inherited if need be. Nothing when missing, or no rectangle, or without area.
+    [[nodiscard]] std::optional<Rectangle> box(const PageTree::Page& page, InheritedAttribute attribute);
+    /// 0, 90, 180 or 270 degrees clockwise.
+    [[nodiscard]] int rotation(const PageTree::Page& page);
+
+private:
+    SourceDocument(const std::shared_ptr<InputFile>& file, Warnings& warnings) : reader_(file, warnings) {}
+
+    bool readStructure();
+    bool readTree();
+    bool collectPages();
+    void readVersion(const Dictionary* catalog);
+    Object attribute(const PageTree::Page& page, InheritedAttribute attribute);
+
+    ObjectReader reader_;
+    std::unique_ptr<PageTree> pages_;
+    std::optional<Reference> catalog_;
+    Version version_ = 10;
+    bool encrypted_ = false;
+};
+
+}  // namespace quillon::pdf

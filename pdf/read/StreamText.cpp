@@ -1,0 +1,115 @@
+#include "pdf/read/StreamText.h"
+
+#include <algorithm>
+
+#include "pdf/object/Characters.h"
+#include "pdf/object/Lexer.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
+#include "pdf/read/Limits.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+/// Where an `endobj` stands that something belonging to the file's structure follows: binary data may hold the word alone.
+std::size_t findObjectEnd(std::string_view text) {
+    constexpr std::string_view keyword = "endobj";
+    for (std::size_t at = text.find(keyword); at != std::string_view::npos; at = text.find(keyword, at + 1)) {
+        std::size_t after = at + keyword.size();
+        skipWhiteSpace(text, after);
+        const std::string_view rest = text.substr(after);
+        if (rest.empty() || readObjectHeader(rest) || rest.starts_with("xref") || rest.starts_with("trailer") ||
+            rest.starts_with("startxref")) {
+            return at;
+        }
+    }
+    return std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<ObjectHeader> readObjectHeader(std::string_view text) noexcept {
+    std::size_t at = 0;
+    skipWhiteSpace(text, at);
+    const auto number = readUnsigned(text, at);
+    const std::size_t afterNumber = at;
+    skipWhiteSpace(text, at);
+    if (!number || *number > UINT32_MAX || at == afterNumber) return std::nullopt;
+    const auto generation = readUnsigned(text, at);
+    skipWhiteSpace(text, at);
+    if (!generation || *generation > UINT32_MAX || text.substr(at, 3) != "obj") return std::nullopt;
+    return ObjectHeader{{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)}, at + 3};
+}
+
+std::optional<std::size_t> streamDataBegin(std::string_view text, std::size_t position) noexcept {
+    std::size_t at = skipBlank(text, position);
+    constexpr std::string_view keyword = "stream";
+    if (text.substr(std::min(at, text.size()), keyword.size()) != keyword) return std::nullopt;
+    at += keyword.size();
+    // CR LF or LF should follow; a lone CR is met in real files, and so are blanks before the end of line.
+    std::size_t blank = at;
+    while (blank < text.size() && text[blank] == ' ') ++blank;
+    if (blank < text.size() && (text[blank] == '\r' || text[blank] == '\n')) at = blank;
+    if (at < text.size() && text[at] == '\r') ++at;
+    if (at < text.size() && text[at] == '\n') ++at;
+    return at;
+}
+
+bool endsStreamAt(BlockCache& file, std::uint64_t offset) {
+    const OwnedText view = file.view(offset, 32);
+    std::size_t at = 0;
+    skipWhiteSpace(view.text, at);
+    return view.text.substr(std::min(at, view.text.size())).starts_with("endstream");
+}
+
+std::uint64_t searchStreamLength(BlockCache& file, std::uint64_t offset, std::uint64_t limit) {
+    constexpr std::size_t step = 64 * 1024;
+    constexpr std::size_t overlap = 64;
+    std::uint64_t end = std::min(limit, file.file().size());
+    for (std::uint64_t at = offset; at < end; at += step) {
+        std::string text;
+        file.append(at, std::min<std::uint64_t>(step + overlap, end - at), text);
+        const std::size_t keyword = std::min(text.find("endstream"), findObjectEnd(text));
+        if (keyword != std::string::npos) {
+            end = at + keyword;
+            break;
+        }
+    }
+    std::string tail;
+    const std::uint64_t tailBegin = std::max(offset, end - std::min<std::uint64_t>(end, 2));
+    file.append(tailBegin, end - tailBegin, tail);
+    if (tail.ends_with('\n')) {
+        tail.pop_back();
+        if (tail.ends_with('\r')) tail.pop_back();
+    } else if (tail.ends_with('\r')) {
+        tail.pop_back();
+    }
+    return tailBegin + tail.size() - offset;
+}
+
+std::optional<StreamText> readStreamAt(BlockCache& file, std::uint64_t offset,
+                                       const std::function<Object(Reference)>& resolve) {
+    const OwnedText view = file.view(offset, 16 * 1024);
+    const auto header = readObjectHeader(view.text);
+    if (!header) return std::nullopt;
+    Parser parser(view.text, header->length);
+    const Object parsed = parser.parse();
+    const auto begin = streamDataBegin(view.text, parser.position());
+    if (!parsed.dictionary() || !begin) return std::nullopt;
+    StreamText stream{header->reference, *parsed.dictionary(), {}};
+    const std::uint64_t data = offset + *begin;
+    const Object& length = stream.dictionary["Length"];
+    const bool indirect = resolve && length.reference();
+    const std::int64_t stated = (indirect ? resolve(*length.reference()) : length).integer().value_or(-1);
+    const auto size = static_cast<std::int64_t>(file.file().size());
+    std::uint64_t bytes = static_cast<std::uint64_t>(std::clamp<std::int64_t>(stated, 0, size));
+    if (stated < 0 || stated > size || !endsStreamAt(file, data + bytes)) {
+        bytes = searchStreamLength(file, data, file.file().size());
+    }
+    if (bytes > limits::decodedStream) return std::nullopt;
+    file.append(data, bytes, stream.data);
+    return stream;
+}
+
+}  // namespace quillon::pdf

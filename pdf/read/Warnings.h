@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::pdf {
+
+/// What was found damaged in one file and how it was dealt with: a line each, in the order of finding.
+class Warnings {
+public:
+    /// More lines than this say nothing new; they are counted, not kept.
+    static constexpr std::size_t most = 50;
+
+    explicit Warnings(std::string file) : file_(std::move(file)) {}
+
+    /// `object` 0 and `offset` negative: the line names none.
+    void add(std::string_view text, std::uint32_t object = 0, std::int64_t offset = -1);
+
+    [[nodiscard]] const std::vector<std::string>& lines() const noexcept { return lines_; }
+
+private:
+    std::string file_;
+    std::vector<std::string> lines_;
+};
+
+}  // namespace quillon::pdf

@@ -1,0 +1,237 @@
+#include "pdf/write/DocumentWriter.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/write/OutputFile.h"
+#include "pdf/write/PageTreeWriter.h"
+#include "pdf/write/SourceCopier.h"
+#include "pdf/write/SourcePlan.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+// Cross-reference and object streams came with PDF 1.5.
+constexpr Version lowestVersion = 15;
+
+void appendBox(std::string& out, const Rectangle& box) {
+    out += "/MediaBox[";
+    for (const double value : {box.left, box.bottom, box.right, box.top}) {
+        if (out.back() != '[') out += ' ';
+        writeReal(out, value);
+    }
+    out += ']';
+}
+
+/// One run of writeDocument, from the first byte of the file to the last.
+class DocumentWriter {
+public:
+    DocumentWriter(const DocumentPlan& plan, OutputFile& file)
+        : plan_(plan), file_(file), sources_(SourcePlan::of(plan)) {}
+
+    bool write(WriteResult& result);
+
+private:
+    using OpeningOverlays = std::unordered_map<std::uint32_t, SourceCopier::Overlay>;
+
+    void writeHeader();
+    void copySource(const SourcePlan& source);
+    void copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    void copyBase(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    void writeInformation(SourceDocument* base, SourceCopier* copier);
+    void writeMadePages();
+    void writeMadePage(std::size_t index, std::string entries);
+    void drop(std::size_t page, std::string_view file, std::string_view reason);
+
+    const DocumentPlan& plan_;
+    OutputFile& file_;
+    std::vector<SourcePlan> sources_;
+    std::vector<std::string> warnings_;
+    ObjectOutput* output_ = nullptr;
+    PageTreeWriter* tree_ = nullptr;
+    std::uint32_t catalog_ = 0;
+    std::uint32_t information_ = 0;
+    bool catalogWritten_ = false;
+    std::string firstId_;
+};
+
+bool DocumentWriter::write(WriteResult& result) {
+    writeHeader();
+    ObjectOutput output(file_);
+    output_ = &output;
+    catalog_ = output.reserve();
+    PageTreeWriter tree(output, plan_.pages.size());
+    tree_ = &tree;
+    for (const SourcePlan& source : sources_) copySource(source);
+    writeMadePages();
+    if (information_ == 0) writeInformation(nullptr, nullptr);
+    result.pages = tree.write();
+    if (!catalogWritten_) {
+        std::string& body = output.body();
+        const std::size_t begin = body.size();
+        body += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R>>";
+        output.close(catalog_, begin);
+    }
+    const std::string trailer = "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
+    const bool finished = output.finish(trailer, firstId_);
+    for (const std::string& file : output.shortened()) {
+        warnings_.push_back(file + ": became shorter while it was copied; what is missing was made up with zeros");
+    }
+    result.bytes = file_.size();
+    std::ranges::move(warnings_, std::back_inserter(result.warnings));
+    return finished && result.pages > 0;
+}
+
+void DocumentWriter::writeHeader() {
+    Version version = lowestVersion;
+    for (const SourcePlan& source : sources_) {
+        if (const SourceDocument* document = SourceAccess(*source.source()).document()) {
+            version = std::max(version, document->version());
+        }
+    }
+    // The four bytes beyond ASCII tell transfer programs that the file is binary.
+    file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
+}
+
+void DocumentWriter::copySource(const SourcePlan& source) {
+    SourceAccess access(*source.source());
+    SourceDocument* document = access.document();
+    if (!document || document->isEncrypted()) {
+        for (const SourcePlan::Copy& copy : source.copies()) {
+            drop(copy.outputPage, source.source()->path(), "has changed or gone since it was opened; its pages are left out");
+        }
+        return;
+    }
+    SourceCopier copier(*document, *output_);
+    copyPages(source, *document, copier);
+    if (source.source() == plan_.base) copyBase(source, *document, copier);
+    copier.drain();
+    access.release();
+}
+
+void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
+    const auto& pages = document.pages().pages();
+    std::unordered_set<std::uint32_t> announced;  // a page may stand in its own tree twice, under two indexes
+    std::vector<bool> first;
+    OpeningOverlays overlays;
+    for (const SourcePlan::Copy& copy : source.copies()) {
+        const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
+        first.push_back(copy.first && (number == 0 || announced.insert(number).second));
+        const std::uint32_t place = tree_->pageNumber(copy.outputPage);
+        if (first.back() && number != 0) copier.announce(number, place);
+        if (!first.back() && number != 0) overlays[copy.opening].try_emplace(number, place);
+    }
+    for (std::size_t i = 0; i < source.copies().size(); ++i) {
+        const SourcePlan::Copy& copy = source.copies()[i];
+        SourceCopier::PageJob job;
+        job.page = copy.sourcePage < pages.size() ? &pages[copy.sourcePage] : nullptr;
+        job.number = tree_->pageNumber(copy.outputPage);
+        job.parent = tree_->parentOf(copy.outputPage);
+        job.withContent = plan_.pages[copy.outputPage].withContent;
+        job.keepStructure = source.source() == plan_.base && first[i];
+        job.overlay = first[i] ? nullptr : &overlays[copy.opening];
+        if (!job.page || !copier.copyPage(job)) {
+            drop(copy.outputPage, source.source()->path(), "a page cannot be read; it is left out");
+        }
+        copier.drain();
+    }
+}
+
+void DocumentWriter::copyBase(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
+    copier.announceCatalog(catalog_);
+    // A version in the catalog would contradict the header, and permissions granted by a signature end with the signature.
+    std::vector<std::string_view> dropped{"Version", "Perms"};
+    if (!plan_.keepOutline) dropped.emplace_back("Outlines");
+    // An index of structure for pages that are not all there, in their order, is kept as it is: missing pages read as null.
+    copier.copyCatalog(catalog_, tree_->root(), dropped);
+    catalogWritten_ = true;
+    writeInformation(&document, &copier);
+    const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
+    if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();
+    static_cast<void>(source);
+}
+
+void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier) {
+    information_ = output_->reserve();
+    std::string text = "<<";
+    const auto replaced = [&](std::string_view key) {
+        return key == "Producer" || std::ranges::any_of(plan_.information, [&](const auto& entry) { return entry.first == key; });
+    };
+    if (base) {
+        const Object old = base->reader().resolve(base->reader().trailer()["Info"]);
+        if (const Dictionary* dictionary = old.dictionary()) {
+            for (const auto& [key, value] : dictionary->entries()) {
+                if (replaced(key)) continue;
+                std::string written;
+                value.write(written);
+                writeName(text, key);
+                copier->copyValue(written, text);
+            }
+        }
+    }
+    for (const auto& [key, value] : plan_.information) {
+        if (value.empty()) continue;
+        writeName(text, key);
+        writeString(text, value);
+    }
+    text += "/Producer(Quillon " QUILLON_VERSION ")>>";
+    std::string& body = output_->body();
+    const std::size_t begin = body.size();
+    body += text;
+    output_->close(information_, begin);
+}
+
+void DocumentWriter::writeMadePages() {
+    for (std::size_t i = 0; i < plan_.pages.size(); ++i) {
+        if (const auto* blank = std::get_if<BlankPage>(&plan_.pages[i].origin)) {
+            std::string entries = "/Resources<<>>";
+            appendBox(entries, blank->mediaBox);
+            if (blank->rotation != 0) entries += "/Rotate " + std::to_string(blank->rotation);
+            writeMadePage(i, std::move(entries));
+        } else if (const auto* maker = std::get_if<std::shared_ptr<const PageProducer>>(&plan_.pages[i].origin)) {
+            std::optional<std::string> entries = (*maker)->produce(*output_);
+            if (!entries) {
+                drop(i, "a picture", "cannot be read any more; its page is left out");
+                continue;
+            }
+            appendBox(*entries, (*maker)->mediaBox());
+            writeMadePage(i, std::move(*entries));
+        }
+    }
+}
+
+void DocumentWriter::writeMadePage(std::size_t index, std::string entries) {
+    std::string& body = output_->body();
+    const std::size_t begin = body.size();
+    body += "<</Type/Page/Parent " + std::to_string(tree_->parentOf(index)) + " 0 R" + entries + ">>";
+    output_->close(tree_->pageNumber(index), begin);
+}
+
+void DocumentWriter::drop(std::size_t page, std::string_view file, std::string_view reason) {
+    tree_->drop(page);
+    std::string line(file);
+    line += ": ";
+    line += reason;
+    if (std::ranges::find(warnings_, line) == warnings_.end()) warnings_.push_back(std::move(line));
+}
+
+}  // namespace
+
+WriteResult writeDocument(const DocumentPlan& plan, const std::string& target) {
+    WriteResult result;
+    if (plan.pages.empty()) {
+        result.warnings.push_back(target + ": not written, since the document has no page");
+        return result;
+    }
+    const auto file = OutputFile::create(target);
+    if (file && DocumentWriter(plan, *file).write(result)) result.written = file->commit(plan.sync);
+    if (!result.written) result.warnings.push_back(target + ": could not be written; what stood there is untouched");
+    return result;
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "pdf/Geometry.h"
+#include "pdf/read/SourcePage.h"
+#include "pdf/write/PageProducer.h"
+
+namespace quillon::pdf {
+
+/// A page without content.
+struct BlankPage {
+    Rectangle mediaBox{0, 0, 612, 792};
+    int rotation = 0;  ///< 0, 90, 180 or 270 degrees clockwise
+};
+
+/// One page of the document to be written.
+struct OutputPage {
+    std::variant<BlankPage, SourcePage, std::shared_ptr<const PageProducer>> origin;
+    bool withContent = true;  ///< false: the content of a source's page stays behind
+};
+
+/// A document to be written.
+struct DocumentPlan {
+    std::vector<OutputPage> pages;
+    /// The source whose catalog and document information the document keeps; null: none.
+    std::shared_ptr<Source> base;
+    /// Keep the base's outline.
+    bool keepOutline = true;
+    /// Entries of the document information (ISO 32000-2, 14.3.3) that replace the base's: key, and value as a PDF text
+    /// string; an empty value removes the entry.
+    std::vector<std::pair<std::string, std::string>> information;
+    /// Wait until the file has reached the disk.
+    bool sync = true;
+};
+
+struct WriteResult {
+    bool written = false;
+    std::uint64_t pages = 0;
+    std::uint64_t bytes = 0;
+    std::vector<std::string> warnings;  ///< what was left out or made up while writing; a line each
+};
+
+/// Writes `plan` to the file `target` (file system encoding), whole or not at all; the target may be one of the inputs. Not
+/// written are a document without any page, and one whose target cannot be written.
+///
+/// The sources are copied one after the other, each with all its pages, since the order of pages is only in the page tree;
+/// a second thread deflates and writes. The same plan gives the same bytes.
+[[nodiscard]] WriteResult writeDocument(const DocumentPlan& plan, const std::string& target);
+
+}  // namespace quillon::pdf

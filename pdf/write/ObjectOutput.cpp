@@ -1,0 +1,184 @@
+#include "pdf/write/ObjectOutput.h"
+
+#include <algorithm>
+
+#include "pdf/filter/Flate.h"
+#include "pdf/filter/Predictor.h"
+#include "pdf/object/Object.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+constexpr std::string_view streamEnd = "\nendstream\nendobj\n";
+
+void appendBigEndian(std::string& out, std::uint64_t value, unsigned bytes) {
+    while (bytes-- > 0) out += static_cast<char>(value >> (8 * bytes));
+}
+
+unsigned bytesFor(std::uint64_t value) {
+    unsigned bytes = 1;
+    while (bytes < 8 && value >> (8 * bytes) != 0) ++bytes;
+    return bytes;
+}
+
+std::string idText(std::string_view firstId, XXH128_hash_t digest) {
+    std::string own;
+    appendBigEndian(own, digest.high64, 8);
+    appendBigEndian(own, digest.low64, 8);
+    std::string text = "/ID[";
+    writeString(text, firstId.empty() ? std::string_view(own) : firstId);
+    writeString(text, own);
+    return text + ']';
+}
+
+}  // namespace
+
+ObjectOutput::ObjectOutput(OutputFile& file) : file_(file), pipeline_(file) {}
+
+std::uint32_t ObjectOutput::reserve() {
+    places_.push_back(0);
+    return static_cast<std::uint32_t>(places_.size() - 1);
+}
+
+void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
+    packed_.push_back({number, begin});
+    body_ += '\n';
+    if (packed_.size() == bodyObjects || body_.size() >= bodyBytes) flushBody();
+}
+
+void ObjectOutput::flushBody() {
+    if (packed_.empty()) return;
+    const std::uint32_t stream = reserve();
+    std::string index;
+    for (std::size_t i = 0; i < packed_.size(); ++i) {
+        index += std::to_string(packed_[i].number) + ' ' + std::to_string(packed_[i].offset) + ' ';
+        places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;
+    }
+    std::string whole = pipeline_.buffer();
+    whole += index;
+    whole += body_;
+    pipeline_.writeDeflated(
+        stream, "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(index.size()), std::move(whole));
+    body_.clear();
+    packed_.clear();
+}
+
+void ObjectOutput::flushChunk() {
+    if (chunk_.empty()) return;
+    pipeline_.write(std::move(chunk_), std::move(chunkObjects_));
+    chunk_ = pipeline_.buffer();
+    chunkObjects_.clear();
+}
+
+void ObjectOutput::beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length) {
+    chunkObjects_.push_back({number, chunk_.size()});
+    chunk_ += std::to_string(number);
+    chunk_ += " 0 obj\n<<";
+    chunk_ += entries;
+    chunk_ += "/Length ";
+    chunk_ += std::to_string(length);
+    chunk_ += ">>stream\n";
+}
+
+std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
+                                          StreamExtent extent) {
+    const FileRange range{extent.offset, extent.length};
+    if (extent.length > largeStream) return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
+    // The data is read to where it will stand, and taken back if it turns out to be there already.
+    const std::size_t before = chunk_.size();
+    const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
+    beginStream(own, entries, extent.length);
+    const std::size_t begin = chunk_.size();
+    file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
+    chunk_.resize(begin + static_cast<std::size_t>(extent.length));
+    const auto key = streams_.key(entries, std::string_view(chunk_).substr(begin));
+    if (const auto known = number == 0 ? streams_.find(key, &file.file(), std::span(&range, 1)) : std::nullopt) {
+        chunk_.resize(before);
+        chunkObjects_.pop_back();
+        return *known;
+    }
+    if (number == 0) static_cast<void>(reserve());
+    streams_.add(key, own, file.sharedFile(), std::span(&range, 1));
+    chunk_ += streamEnd;
+    if (chunk_.size() >= chunkBytes) flushChunk();
+    return own;
+}
+
+std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
+                                      std::span<const FileRange> ranges) {
+    const auto key = streams_.key(entries, *file, ranges);
+    if (const auto known = number == 0 ? streams_.find(key, file.get(), ranges) : std::nullopt) return *known;
+    if (number == 0) number = reserve();
+    streams_.add(key, number, file, ranges);
+    beginStream(number, entries, key.length);
+    flushChunk();
+    pipeline_.copy(file, {ranges.begin(), ranges.end()});
+    chunk_ += streamEnd;
+    return number;
+}
+
+std::uint32_t ObjectOutput::addObject(std::string_view value) {
+    const std::uint32_t number = reserve();
+    const std::size_t begin = body_.size();
+    body_ += value;
+    close(number, begin);
+    return number;
+}
+
+std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const char> data) {
+    const std::string_view bytes(data.data(), data.size());
+    const auto key = streams_.key(entries, bytes);
+    if (const auto known = streams_.find(key, nullptr, {})) return *known;
+    const std::uint32_t number = reserve();
+    streams_.add(key, number, nullptr, {});
+    beginStream(number, entries, data.size());
+    chunk_ += bytes;
+    chunk_ += streamEnd;
+    if (chunk_.size() >= chunkBytes) flushChunk();
+    return number;
+}
+
+std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
+                                      std::span<const FileRange> ranges) {
+    return copyLarge(0, entries, file, ranges);
+}
+
+bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
+    flushBody();
+    flushChunk();
+    if (!pipeline_.finish()) return false;
+    for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
+    const std::uint32_t own = reserve();
+    const std::uint64_t offset = file_.size();
+    places_[own] = offset;
+    const unsigned width = bytesFor(std::max<std::uint64_t>(offset, places_.size()));
+    const std::string rows = crossReferences(width);
+    const std::size_t rowBytes = 3 + width;
+    std::string deflated;
+    Deflater(6).deflate(predictUp(rows, rowBytes), deflated);
+    std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
+                       std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
+                       "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>/Length " +
+                       std::to_string(deflated.size()) + ">>stream\n" + deflated;
+    text += streamEnd;
+    text += "startxref\n" + std::to_string(offset) + "\n%%EOF\n";
+    return file_.write(text);
+}
+
+/// The rows of the cross-reference stream: type, place in `width` bytes, index or generation in two.
+std::string ObjectOutput::crossReferences(unsigned width) const {
+    std::string rows;
+    rows.reserve(places_.size() * (3 + width));
+    for (std::size_t number = 0; number < places_.size(); ++number) {
+        const std::uint64_t place = places_[number];
+        const bool packed = (place & inStream) != 0;
+        constexpr std::uint64_t indexMask = 0xffff;
+        rows += static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
+        appendBigEndian(rows, packed ? (place & ~inStream) >> 16U : place, width);
+        appendBigEndian(rows, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+    }
+    return rows;
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,108 @@
+#include "pdf/write/OutputFile.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <fcntl.h>
+#include <random>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace quillon::pdf {
+
+namespace {
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// The file behind symbolic links; the path itself when there is none yet.
+std::string followLinks(const std::string& path) {
+    std::array<char, PATH_MAX> resolved{};
+    return ::realpath(path.c_str(), resolved.data()) ? std::string(resolved.data()) : path;
+}
+
+std::string temporaryName(const std::string& folder) {
+    std::random_device random;
+    return folder + "/.quillon-" + std::to_string(::getpid()) + '-' + std::to_string(random());
+}
+
+}  // namespace
+
+std::unique_ptr<OutputFile> OutputFile::create(const std::string& target) {
+    const std::string place = followLinks(target);
+    struct stat status {};
+    const bool exists = ::lstat(place.c_str(), &status) == 0;
+    if (exists && (!S_ISREG(status.st_mode) || ::access(place.c_str(), W_OK) != 0)) return nullptr;
+    const std::string folder = folderOf(place);
+    constexpr mode_t mode = 0666;
+    std::string temporary;
+    // A file without a name disappears by itself, even when the program is killed.
+    int descriptor = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
+    if (descriptor < 0) {
+        temporary = temporaryName(folder);
+        descriptor = ::open(temporary.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
+    }
+    if (descriptor < 0) return nullptr;
+    return std::unique_ptr<OutputFile>(new OutputFile(place, descriptor, std::move(temporary)));
+}
+
+OutputFile::OutputFile(std::string target, int descriptor, std::string temporary)
+    : target_(std::move(target)), temporary_(std::move(temporary)), descriptor_(descriptor) {}
+
+OutputFile::~OutputFile() {
+    ::close(descriptor_);
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+bool OutputFile::write(std::string_view data) {
+    while (!failed_ && !data.empty()) {
+        const ssize_t done = ::write(descriptor_, data.data(), data.size());
+        if (done < 0 && errno == EINTR) continue;
+        if (done <= 0) {
+            failed_ = true;
+        } else {
+            data.remove_prefix(static_cast<std::size_t>(done));
+            size_ += static_cast<std::uint64_t>(done);
+        }
+    }
+    return !failed_;
+}
+
+bool OutputFile::commit(bool sync) {
+    if (failed_) return false;
+    takeModeOfTarget();
+    if (sync && ::fsync(descriptor_) != 0) return false;
+    if (temporary_.empty() && !giveName()) return false;
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) return false;
+    temporary_.clear();
+    if (sync) {
+        // The new name must outlive a power cut as well; a file system that cannot sync a folder is no reason to fail.
+        const int folder = ::open(folderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (folder >= 0) {
+            ::fsync(folder);
+            ::close(folder);
+        }
+    }
+    return true;
+}
+
+bool OutputFile::giveName() {
+    const std::string self = "/proc/self/fd/" + std::to_string(descriptor_);
+    std::string name = temporaryName(folderOf(target_));
+    if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+    temporary_ = std::move(name);
+    return true;
+}
+
+void OutputFile::takeModeOfTarget() {
+    struct stat status {};
+    constexpr mode_t permissions = 0777;
+    if (::stat(target_.c_str(), &status) == 0) ::fchmod(descriptor_, status.st_mode & permissions);
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,309 @@
+#include "pdf/write/SourceCopier.h"
+
+#include <algorithm>
+
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/read/StreamText.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+/// Whether `text` begins with a page's dictionary. Asked of objects that are no page of the tree: a page that an update has
+/// removed, for one.
+bool isPageObject(std::string_view text) {
+    constexpr std::size_t searched = 4096;
+    if (text.substr(0, searched).find("/Page") == std::string_view::npos) return false;
+    return findValue(text, "Type") == "/Page";
+}
+
+bool oneOf(std::string_view key, const std::vector<std::string_view>& names) {
+    return std::ranges::any_of(names, [key](std::string_view name) { return keyIs(key, name); });
+}
+
+}  // namespace
+
+SourceCopier::SourceCopier(SourceDocument& document, ObjectOutput& output)
+    : document_(document), reader_(document.reader()), output_(output), rewriter_(Mapper{this}),
+      numbers_(reader_.file().file().size()) {
+    numbers_.expect(reader_.table().entries.denseSize());
+    for (const PageTree::Node& node : document_.pages().nodes()) {
+        if (node.number != 0) numbers_.at(node.number) = null;
+    }
+    for (const PageTree::Page& page : document_.pages().pages()) {
+        if (page.number != 0) numbers_.at(page.number) = null;
+    }
+    if (document_.catalog()) numbers_.at(document_.catalog()->number) = null;
+}
+
+void SourceCopier::announceCatalog(std::uint32_t number) {
+    if (document_.catalog()) numbers_.at(document_.catalog()->number) = number;
+}
+
+std::uint32_t SourceCopier::map(Reference reference) {
+    if (overlay_) {
+        if (const auto own = overlay_->find(reference.number); own != overlay_->end()) return own->second;
+    }
+    const std::uint32_t known = numbers_.get(reference.number);
+    if (known != 0) return known == null ? 0 : known;
+    return discover(reference);
+}
+
+std::uint32_t SourceCopier::discover(Reference reference) {
+    const CrossReferenceTable& table = reader_.table();
+    const CrossReferenceEntry entry = table.entries.get(reference.number);
+    using enum CrossReferenceEntry::Kind;
+    if (entry.kind == Unknown || entry.kind == Free) return 0;
+    if (entry.kind == InFile) {
+        if (!table.recovered && entry.detail != reference.generation) return 0;
+        if (const auto stream = copyStreamNow(reference)) return *stream;
+    }
+    const std::uint32_t number = output_.reserve();
+    numbers_.at(reference.number) = number;
+    pending_.push_back({reference, number, entry.kind == InFile && openStreams_.size() == deepestStream});
+    return number;
+}
+
+/// Copies the object if it is a stream. Nothing for any other object, and for a stream too deep inside others.
+std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference) {
+    for (auto& [open, number] : openStreams_) {
+        if (open != reference.number) continue;
+        if (number == 0) number = output_.reserve();
+        return number;
+    }
+    const auto object = reader_.findWhole(reference);
+    if (!object) return 0;
+    if (!object->inFile) return std::nullopt;
+    const auto end = skipValue(object->text(), 0);
+    if (!end || !streamDataBegin(object->text(), *end)) {
+        if (!end || !isPageObject(object->text().substr(0, *end))) return std::nullopt;
+        numbers_.at(reference.number) = null;
+        return 0;
+    }
+    if (openStreams_.size() == deepestStream) return std::nullopt;
+    const std::uint32_t number = writeStream(reference, 0, *object, *end);
+    numbers_.at(reference.number) = number;
+    return number;
+}
+
+std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t number, const ObjectText& object,
+                                        std::size_t dictionaryEnd) {
+    const std::string_view dictionary = object.text().substr(0, dictionaryEnd);
+    const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
+    openStreams_.emplace_back(reference.number, number);
+    std::string entries;
+    writeEntries(dictionary, {"Length"}, entries);
+    number = openStreams_.back().second;
+    openStreams_.pop_back();
+    overlay_ = overlay;
+    const std::size_t data = streamDataBegin(object.text(), dictionaryEnd).value_or(dictionaryEnd);
+    StreamExtent extent = reader_.streamExtent(reference.number, dictionary, object.offset + data);
+    if (!reader_.charge(extent.length)) {
+        reader_.warnings().add("the streams of the file overlap each other; this one is left empty", reference.number,
+                               static_cast<std::int64_t>(object.offset));
+        extent.length = 0;
+    }
+    return output_.addFileStream(number, entries, reader_.file(), extent);
+}
+
+void SourceCopier::writeEntries(std::string_view dictionary, const std::vector<std::string_view>& dropped, std::string& out) {
+    std::string repaired;
+    if (skipDictionary(dictionary) == 0) {
+        Parser(dictionary).parse().write(repaired);
+        dictionary = repaired;
+    }
+    DictionaryScanner scanner(dictionary);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        if (oneOf(entry.key, dropped)) continue;
+        out += '/';
+        out += entry.key;
+        rewriter_.value(entry.value, out);
+    }
+}
+
+void SourceCopier::drain() {
+    while (!pending_.empty()) {
+        const Pending next = pending_.back();
+        pending_.pop_back();
+        copyObject(next);
+    }
+}
+
+void SourceCopier::copyObject(const Pending& pending) {
+    if (pending.maybeStream) {
+        const auto whole = reader_.findWhole(pending.reference);
+        const auto end = whole ? skipValue(whole->text(), 0) : std::nullopt;
+        if (end && whole->inFile && streamDataBegin(whole->text(), *end)) {
+            writeStream(pending.reference, pending.number, *whole, *end);
+            return;
+        }
+    }
+    auto object = reader_.find(pending.reference);
+    if (!object) return;
+    if (!object->inFile && isPageObject(object->text())) return;
+    if (tryPlain(pending.number, object->text())) return;
+    if (!object->complete) object = reader_.findWhole(pending.reference);
+    if (object) writePlain(pending.number, object->text());
+}
+
+bool SourceCopier::tryPlain(std::uint32_t number, std::string_view text) {
+    std::string& body = output_.body();
+    const std::size_t begin = body.size();
+    if (rewriter_.fast(text, 0, body).status != ReferenceRewriter<Mapper>::Status::Done) return false;
+    closePlain(number, begin);
+    return true;
+}
+
+void SourceCopier::writePlain(std::uint32_t number, std::string_view text) {
+    if (tryPlain(number, text)) return;
+    const std::size_t begin = output_.body().size();
+    rewriter_.slow(text, 0, output_.body());
+    closePlain(number, begin);
+}
+
+void SourceCopier::closePlain(std::uint32_t number, std::size_t begin) {
+    std::string& body = output_.body();
+    if (reader_.charge(body.size() - begin)) {
+        output_.close(number, begin);
+    } else {
+        body.resize(begin);
+        reader_.warnings().add("the objects of the file overlap each other; some are left out");
+    }
+}
+
+void SourceCopier::copyValue(std::string_view text, std::string& out) {
+    rewriter_.value(text, out);
+}
+
+bool SourceCopier::copyPage(const PageJob& job) {
+    const std::string text = document_.pageText(*job.page);
+    if (text.empty()) return false;
+    std::vector<Pending> copies;
+    Overlay own;
+    if (job.overlay) {
+        own = duplicateAnnotations(job, text, copies);
+        overlay_ = &own;
+    }
+    std::vector<std::string_view> dropped{"Type", "Parent"};
+    if (!job.withContent) dropped.emplace_back("Contents");
+    if (!job.keepStructure) dropped.emplace_back("StructParents");
+    // The page is put together apart, since resources written for it go into the body as well.
+    std::string page = "<</Type/Page/Parent " + std::to_string(job.parent) + " 0 R";
+    writeEntries(text, dropped, page);
+    writeInherited(job, text, page);
+    page += ">>";
+    std::string& body = output_.body();
+    const std::size_t begin = body.size();
+    body += page;
+    output_.close(job.number, begin);
+    for (const Pending& copy : copies) copyObject(copy);
+    overlay_ = nullptr;
+    return true;
+}
+
+void SourceCopier::writeInherited(const PageJob& job, std::string_view text, std::string& out) {
+    for (std::size_t i = 0; i < inheritedAttributeNames.size(); ++i) {
+        const auto attribute = static_cast<InheritedAttribute>(i);
+        if (!findValue(text, inheritedAttributeNames[i]).empty()) continue;
+        const std::string_view value = document_.pages().inherited(*job.page, attribute);
+        if (!value.empty() && attribute == InheritedAttribute::Resources && !value.ends_with('R')) {
+            const std::int64_t node = document_.pages().inheritedFrom(*job.page, attribute);
+            out += "/Resources " + std::to_string(inheritedResources(node)) + " 0 R";
+        } else if (!value.empty()) {
+            out += '/';
+            out += inheritedAttributeNames[i];
+            rewriter_.value(value, out);
+        } else if (attribute == InheritedAttribute::MediaBox) {
+            out += "/MediaBox[0 0 612 792]";
+        } else if (attribute == InheritedAttribute::Resources) {
+            out += "/Resources<<>>";
+        }
+    }
+}
+
+/// Resources that stand directly in a node are shared by the pages below it, as they were.
+std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
+    std::uint32_t& number = resources_[node];
+    if (number != 0) return number;
+    number = output_.reserve();
+    constexpr auto resources = static_cast<std::size_t>(InheritedAttribute::Resources);
+    writePlain(number, document_.pages().nodes()[static_cast<std::size_t>(node)].attributes[resources]);
+    return number;
+}
+
+void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, const std::vector<std::string_view>& dropped) {
+    std::string catalog = "<</Type/Catalog/Pages " + std::to_string(pages) + " 0 R";
+    const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
+    if (object) {
+        std::vector<std::string_view> left = dropped;
+        left.insert(left.end(), {"Type", "Pages"});
+        const std::size_t end = skipDictionary(object->text());
+        writeEntries(end != 0 ? object->text().substr(0, end) : object->text(), left, catalog);
+    }
+    catalog += ">>";
+    std::string& body = output_.body();
+    const std::size_t begin = body.size();
+    body += catalog;
+    output_.close(number, begin);
+}
+
+// A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or a
+// comment, must not show on the other, and each annotation names its page. Whatever else the page needs is shared.
+
+SourceCopier::Overlay SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view text,
+                                                         std::vector<Pending>& copies) {
+    Overlay overlay = *job.overlay;
+    if (job.page->number != 0) overlay[job.page->number] = job.number;
+    const std::string_view value = findValue(text, "Annots");
+    const Object annotations = reader_.resolve(value);
+    if (!annotations.array()) return overlay;
+    const auto duplicate = [&](Reference reference) {
+        if (!overlay.try_emplace(reference.number, 0).second) return false;
+        overlay[reference.number] = output_.reserve();
+        copies.push_back({reference, overlay[reference.number], false});
+        return true;
+    };
+    if (const Object direct = Parser(value).parse(); direct.reference()) duplicate(*direct.reference());
+    for (const Object& annotation : *annotations.array()) {
+        if (annotation.reference() && isPlain(*annotation.reference())) duplicate(*annotation.reference());
+    }
+    for (const Object& annotation : *annotations.array()) {
+        const Object dictionary = reader_.resolve(annotation);
+        if (!dictionary.dictionary()) continue;
+        for (const char* key : {"A", "AA", "Dest", "PA", "Popup"}) {
+            collectPrivate((*dictionary.dictionary())[key], overlay, copies, 0);
+        }
+    }
+    return overlay;
+}
+
+/// Gives the plain objects below `value` numbers of their own: the actions and destinations of an annotation.
+void SourceCopier::collectPrivate(const Object& value, Overlay& overlay, std::vector<Pending>& copies, int depth) {
+    constexpr int deepest = 16;
+    constexpr std::size_t most = 100'000;
+    if (depth > deepest || copies.size() > most) return;
+    if (const Reference* reference = value.reference()) {
+        if (numbers_.get(reference->number) == null || !isPlain(*reference)) return;
+        if (!overlay.try_emplace(reference->number, 0).second) return;
+        overlay[reference->number] = output_.reserve();
+        copies.push_back({*reference, overlay[reference->number], false});
+        collectPrivate(reader_.parse(*reference), overlay, copies, depth + 1);
+    } else if (const Array* array = value.array()) {
+        for (const Object& element : *array) collectPrivate(element, overlay, copies, depth + 1);
+    } else if (const Dictionary* dictionary = value.dictionary()) {
+        for (const auto& [key, entry] : dictionary->entries()) {
+            if (key != "Parent" && key != "P") collectPrivate(entry, overlay, copies, depth + 1);
+        }
+    }
+}
+
+/// Whether the object exists, is no stream and no page.
+bool SourceCopier::isPlain(Reference reference) {
+    const auto object = reader_.findWhole(reference);
+    if (!object || isPageObject(object->text())) return false;
+    if (!object->inFile) return true;
+    const auto end = skipValue(object->text(), 0);
+    return !end || !streamDataBegin(object->text(), *end);
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "pdf/object/ObjectMap.h"
+#include "pdf/object/ReferenceRewriter.h"
+#include "pdf/read/SourceDocument.h"
+#include "pdf/write/ObjectOutput.h"
+
+namespace quillon::pdf {
+
+/// Copies pages of one source and everything reachable from them.
+///
+/// Every object of the source is written once, under a number given when a reference to it is first met; plain objects wait
+/// in a list until then, streams are written at once, so that the number of an equal stream can stand in the reference. Only
+/// a page that was announced is ever copied: references to any other page, and to the nodes of the page tree, become null,
+/// so that a link to a page that was not taken cannot drag it along.
+class SourceCopier {
+public:
+    /// Objects of a page that is written a second time, and the pages of the same opening: their own numbers, that
+    /// references from this copy lead to instead.
+    using Overlay = std::unordered_map<std::uint32_t, std::uint32_t>;
+
+    SourceCopier(SourceDocument& document, ObjectOutput& output);
+
+    /// Announces that the page with this object number is written as `number`; its references lead there.
+    void announce(std::uint32_t page, std::uint32_t number) { numbers_.at(page) = number; }
+    /// Announces that the catalog is written as `number`.
+    void announceCatalog(std::uint32_t number);
+
+    struct PageJob {
+        const PageTree::Page* page = nullptr;
+        std::uint32_t number = 0;       ///< of the copy
+        std::uint32_t parent = 0;       ///< of its node
+        bool withContent = true;        ///< carry the page's own content over
+        bool keepStructure = false;     ///< its entries of the structure tree stay valid in the output
+        const Overlay* overlay = nullptr;  ///< for a copy other than the first; null for that
+    };
+    /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
+    /// cannot be read.
+    [[nodiscard]] bool copyPage(const PageJob& job);
+    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped`.
+    void copyCatalog(std::uint32_t number, std::uint32_t pages, const std::vector<std::string_view>& dropped);
+    /// Appends the value `text` of the source to `out`, references rewritten.
+    void copyValue(std::string_view text, std::string& out);
+    /// Copies every plain object that was met and not copied yet.
+    void drain();
+
+private:
+    static constexpr std::uint32_t null = UINT32_MAX;
+    static constexpr std::size_t deepestStream = 8;
+
+    struct Pending {
+        Reference reference;
+        std::uint32_t number;
+        bool maybeStream;
+    };
+    struct Mapper {
+        SourceCopier* copier;
+        std::uint32_t operator()(Reference reference) const { return copier->map(reference); }
+    };
+
+    std::uint32_t map(Reference reference);
+    std::uint32_t discover(Reference reference);
+    std::optional<std::uint32_t> copyStreamNow(Reference reference);
+    std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object, std::size_t dictionaryEnd);
+    void copyObject(const Pending& pending);
+    void writePlain(std::uint32_t number, std::string_view text);
+    bool tryPlain(std::uint32_t number, std::string_view text);
+    void closePlain(std::uint32_t number, std::size_t begin);
+    void writeEntries(std::string_view dictionary, const std::vector<std::string_view>& dropped, std::string& out);
+    void writeInherited(const PageJob& job, std::string_view text, std::string& out);
+    Overlay duplicateAnnotations(const PageJob& job, std::string_view text, std::vector<Pending>& copies);
+    void collectPrivate(const Object& value, Overlay& overlay, std::vector<Pending>& copies, int depth);
+    bool isPlain(Reference reference);
+    std::uint32_t inheritedResources(std::int64_t node);
+
+    SourceDocument& document_;
+    ObjectReader& reader_;
+    ObjectOutput& output_;
+    ReferenceRewriter<Mapper> rewriter_;
+    ObjectMap<std::uint32_t> numbers_;  // 0: not met yet
+    const Overlay* overlay_ = nullptr;  // of the page being copied
+    std::vector<Pending> pending_;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> openStreams_;  // source number and number in the output, 0 if none yet
+    std::unordered_map<std::int64_t, std::uint32_t> resources_;         // of page tree nodes
+};
+
+}  // namespace quillon::pdf

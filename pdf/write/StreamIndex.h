@@ -1,0 +1,48 @@
+#pragma once
+
+#include <xxhash.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "pdf/write/ObjectSink.h"
+
+namespace quillon::pdf {
+
+/// Knows the streams written so far, so that an equal one of another input is written once: fonts, logos, profiles.
+///
+/// Streams are told apart by a 128-bit hash of dictionary and data with a seed that no input can know, and where the data
+/// comes from a file, the bytes are compared as well.
+class StreamIndex {
+public:
+    struct Key {
+        XXH128_hash_t hash{};
+        std::uint64_t length = 0;
+    };
+    StreamIndex();
+
+    [[nodiscard]] Key key(std::string_view dictionary, std::string_view data) const;
+    [[nodiscard]] Key key(std::string_view dictionary, InputFile& file, std::span<const FileRange> ranges) const;
+
+    /// The number of an equal stream; nothing if there is none.
+    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile* file, std::span<const FileRange> ranges) const;
+    void add(const Key& key, std::uint32_t number, const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges);
+
+private:
+    struct Known {
+        Key key;
+        std::uint32_t number;
+        std::shared_ptr<InputFile> file;  // null for data made in memory
+        std::vector<FileRange> ranges;
+    };
+
+    std::uint64_t seed_;
+    std::unordered_map<std::uint64_t, Known> known_;  // by the low half of the hash
+};
+
+}  // namespace quillon::pdf
