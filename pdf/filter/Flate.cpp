@@ -14,24 +14,32 @@ struct ReleaseDecompressor {
     void operator()(libdeflate_decompressor* decompressor) const noexcept { libdeflate_free_decompressor(decompressor); }
 };
 
-/// The fast road: right data whose inflated size is guessed or found by doubling.
+/// The fast road: right data, inflated at one go. The room is kept for the next call, unless it became very large.
 std::optional<std::string> inflateWhole(std::string_view data, std::size_t limit) {
     thread_local const std::unique_ptr<libdeflate_decompressor, ReleaseDecompressor> decompressor(
         libdeflate_alloc_decompressor());
-    if (!decompressor) return std::nullopt;
-    std::string out;
+    thread_local std::unique_ptr<char[]> room;
+    thread_local std::size_t roomBytes = 0;
     constexpr std::size_t usualRatio = 6;
-    for (std::size_t room = std::min(limit, data.size() * usualRatio + 256);; room = std::min(limit, room * 3)) {
-        out.resize(room);
+    constexpr std::size_t mostKept = 4U << 20U;
+    if (!decompressor) return std::nullopt;
+    std::optional<std::string> out;
+    for (std::size_t wanted = data.size() * usualRatio + 4096;; wanted = roomBytes * 3) {
+        if (roomBytes < std::min(wanted, limit)) {
+            roomBytes = std::min(wanted, limit);
+            room = std::make_unique_for_overwrite<char[]>(roomBytes);
+        }
         std::size_t got = 0;
         const auto result =
-            libdeflate_zlib_decompress(decompressor.get(), data.data(), data.size(), out.data(), out.size(), &got);
-        if (result == LIBDEFLATE_SUCCESS) {
-            out.resize(got);
-            return out;
-        }
-        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room == limit) return std::nullopt;
+            libdeflate_zlib_decompress(decompressor.get(), data.data(), data.size(), room.get(), roomBytes, &got);
+        if (result == LIBDEFLATE_SUCCESS && got <= limit) out.emplace(room.get(), got);
+        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || roomBytes >= limit) break;
     }
+    if (roomBytes > mostKept) {
+        room.reset();
+        roomBytes = 0;
+    }
+    return out;
 }
 
 /// The road for damaged data: piece by piece, keeping what came out before the damage.
@@ -69,8 +77,12 @@ Deflater::Deflater(int level) : compressor_(libdeflate_alloc_compressor(level)) 
 }
 
 void Deflater::deflate(std::string_view data, std::string& out) {
-    out.resize(libdeflate_zlib_compress_bound(compressor_.get(), data.size()));
-    out.resize(libdeflate_zlib_compress(compressor_.get(), data.data(), data.size(), out.data(), out.size()));
+    const std::size_t bound = libdeflate_zlib_compress_bound(compressor_.get(), data.size());
+    if (bound > roomBytes_) {
+        room_ = std::make_unique_for_overwrite<char[]>(bound);
+        roomBytes_ = bound;
+    }
+    out.assign(room_.get(), libdeflate_zlib_compress(compressor_.get(), data.data(), data.size(), room_.get(), bound));
 }
 
 void Deflater::Release::operator()(libdeflate_compressor* compressor) const noexcept {

@@ -28,6 +28,8 @@ private:
         void operator()(libdeflate_compressor* compressor) const noexcept;
     };
     std::unique_ptr<libdeflate_compressor, Release> compressor_;
+    std::unique_ptr<char[]> room_;
+    std::size_t roomBytes_ = 0;
 };
 
 }  // namespace quillon::pdf

@@ -10,14 +10,14 @@ OwnedText BlockCache::view(std::uint64_t offset, std::size_t wanted) {
     wanted = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset));
     const std::size_t within = offset % blockSize;
     if (within + wanted <= blockSize) {
-        const auto& bytes = block(offset / blockSize);
-        if (within >= bytes->size()) return {};
-        return {bytes, std::string_view(*bytes).substr(within)};
+        const Block& found = block(offset / blockSize);
+        if (within >= found.length) return {};
+        return {found.bytes, found.text().substr(within)};
     }
     auto bytes = std::make_shared<std::string>();
     append(offset, wanted, *bytes);
     const std::string_view text = *bytes;
-    return {std::move(bytes), text};
+    return {bytes, text};
 }
 
 std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::string& out) {
@@ -32,27 +32,39 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
     }
     while (out.size() - before < length) {
         const std::uint64_t at = offset + (out.size() - before);
-        const auto& bytes = block(at / blockSize);
+        const std::string_view text = block(at / blockSize).text();
         const std::size_t within = at % blockSize;
-        if (within >= bytes->size()) break;
-        out.append(*bytes, within, length - (out.size() - before));
+        if (within >= text.size()) break;
+        out += text.substr(within, length - (out.size() - before));
     }
     return out.size() - before;
 }
 
-const std::shared_ptr<const std::string>& BlockCache::block(std::uint64_t index) {
+const BlockCache::Block& BlockCache::block(std::uint64_t index) {
     const auto found = std::ranges::find(blocks_, index, &Block::index);
     if (found != blocks_.end()) {
         found->lastUse = ++clock_;
-        return found->bytes;
+        return *found;
     }
     const std::uint64_t offset = index * blockSize;
     const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockSize, file_->size() - offset));
-    auto bytes = std::make_shared<std::string>();
-    bytes->resize(length);
-    bytes->resize(file_->readAt(offset, std::span(*bytes)));
-    if (blocks_.size() == mostBlocks) blocks_.erase(std::ranges::min_element(blocks_, {}, &Block::lastUse));
-    return blocks_.emplace_back(Block{index, ++clock_, std::move(bytes)}).bytes;
+    Block block = recycledBlock();
+    block.index = index;
+    block.lastUse = ++clock_;
+    block.length = file_->readAt(offset, std::span(block.bytes.get(), length));
+    return blocks_.emplace_back(std::move(block));
+}
+
+/// A block to be filled: once the cache is full, the one used longest ago, with its memory unless somebody still reads there.
+BlockCache::Block BlockCache::recycledBlock() {
+    Block block;
+    if (blocks_.size() == mostBlocks) {
+        const auto oldest = std::ranges::min_element(blocks_, {}, &Block::lastUse);
+        if (oldest->bytes.use_count() == 1) block = std::move(*oldest);
+        blocks_.erase(oldest);
+    }
+    if (!block.bytes) block.bytes = std::make_shared_for_overwrite<char[]>(blockSize);
+    return block;
 }
 
 }  // namespace quillon::pdf

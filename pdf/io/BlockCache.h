@@ -13,7 +13,7 @@ namespace quillon::pdf {
 
 /// Text with whatever keeps it alive.
 struct OwnedText {
-    std::shared_ptr<const std::string> owner;
+    std::shared_ptr<const void> owner;
     std::string_view text;
 };
 
@@ -40,10 +40,14 @@ private:
     struct Block {
         std::uint64_t index = 0;
         std::uint64_t lastUse = 0;
-        std::shared_ptr<const std::string> bytes;
+        std::shared_ptr<char[]> bytes;
+        std::size_t length = 0;
+
+        [[nodiscard]] std::string_view text() const noexcept { return {bytes.get(), length}; }
     };
 
-    const std::shared_ptr<const std::string>& block(std::uint64_t index);
+    const Block& block(std::uint64_t index);
+    Block recycledBlock();
 
     std::shared_ptr<InputFile> file_;
     std::vector<Block> blocks_;

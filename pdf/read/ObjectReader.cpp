@@ -26,6 +26,11 @@ std::optional<std::uint64_t> findHeader(BlockCache& file) {
 
 }  // namespace
 
+std::optional<std::size_t> ObjectText::streamData() const noexcept {
+    if (!inFile || valueEnd == 0) return std::nullopt;
+    return streamDataBegin(text(), valueEnd);
+}
+
 ObjectReader::ObjectReader(std::shared_ptr<InputFile> file, Warnings& warnings)
     : file_(std::move(file)), warnings_(warnings), headerOffset_(findHeader(file_)) {
     CrossReferenceReader reader(file_, headerOffset_.value_or(0));
@@ -97,10 +102,11 @@ std::optional<ObjectText> ObjectReader::findWhole(Reference reference) {
     constexpr std::size_t growth = 16;
     for (std::size_t wanted = usualObject;; wanted *= growth) {
         auto object = find(reference, wanted);
-        if (!object || object->complete || wanted >= limits::objectText) return object;
-        const auto end = skipValue(object->text(), 0);
+        if (!object) return object;
+        object->valueEnd = skipValue(object->text(), 0).value_or(0);
         constexpr std::size_t lookAhead = 32;
-        if (end && *end + lookAhead <= object->text().size()) return object;
+        const bool whole = object->valueEnd != 0 && object->valueEnd + lookAhead <= object->text().size();
+        if (whole || object->complete || wanted >= limits::objectText) return object;
     }
 }
 

@@ -21,8 +21,13 @@ struct ObjectText {
     bool inFile = false;      ///< directly in the file, where alone a stream can be
     bool complete = false;    ///< `source` reaches to where no object can go on
     std::uint64_t offset = 0; ///< in the file, of the first byte of `source`; only if `inFile`
+    std::size_t valueEnd = 0; ///< behind the value; 0 where it is not known, or malformed
 
     [[nodiscard]] std::string_view text() const noexcept { return source.text; }
+    /// The value alone, if its end is known; otherwise all of `text`.
+    [[nodiscard]] std::string_view value() const noexcept { return valueEnd != 0 ? text().substr(0, valueEnd) : text(); }
+    /// Where the data of a stream begins in `text`; nothing for any other object. Asks for `valueEnd`.
+    [[nodiscard]] std::optional<std::size_t> streamData() const noexcept;
 };
 
 struct StreamExtent {
@@ -47,7 +52,7 @@ public:
     /// Nothing for an object that is free or does not exist, which reads as null.
     [[nodiscard]] std::optional<ObjectText> find(Reference reference, std::size_t wanted = usualObject);
     /// The text of a whole value, followed by what tells a stream from a plain object; nothing when it does not exist.
-    /// Malformed values are given as far as the file goes, up to a limit.
+    /// Malformed values are given as far as the file goes, up to a limit. Sets `valueEnd`.
     [[nodiscard]] std::optional<ObjectText> findWhole(Reference reference);
 
     [[nodiscard]] Object parse(Reference reference);

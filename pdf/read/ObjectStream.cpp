@@ -34,7 +34,9 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
 }
 
 std::string_view ObjectStream::textAt(std::size_t index) const noexcept {
-    return std::string_view(bytes_).substr(index_[index].offset);
+    const std::string_view rest = std::string_view(bytes_).substr(index_[index].offset);
+    const bool inOrder = index + 1 < index_.size() && index_[index + 1].offset > index_[index].offset;
+    return inOrder ? rest.substr(0, index_[index + 1].offset - index_[index].offset) : rest;
 }
 
 std::optional<std::size_t> ObjectStream::find(std::uint32_t number, std::size_t hint) const noexcept {

@@ -22,7 +22,7 @@ public:
     [[nodiscard]] std::size_t count() const noexcept { return index_.size(); }
     /// The object number at `index`, which is less than `count()`.
     [[nodiscard]] std::uint32_t numberAt(std::size_t index) const noexcept { return index_[index].number; }
-    /// From the beginning of the value at `index` to the end of the stream.
+    /// From the beginning of the value at `index` to that of the next, or to the end of the stream.
     [[nodiscard]] std::string_view textAt(std::size_t index) const noexcept;
     /// The place of object `number`, which `hint` usually is; nothing when the stream does not hold it.
     [[nodiscard]] std::optional<std::size_t> find(std::uint32_t number, std::size_t hint) const noexcept;

@@ -1,6 +1,7 @@
 #include "pdf/write/SourceCopier.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/read/StreamText.h"
@@ -12,9 +13,11 @@ namespace {
 /// Whether `text` begins with a page's dictionary. Asked of objects that are no page of the tree: a page that an update has
 /// removed, for one.
 bool isPageObject(std::string_view text) {
-    constexpr std::size_t searched = 4096;
-    if (text.substr(0, searched).find("/Page") == std::string_view::npos) return false;
-    return findValue(text, "Type") == "/Page";
+    // Nearly every object passes here, so a search that skips ahead comes first.
+    static constexpr std::string_view name = "/Page";
+    static const std::boyer_moore_horspool_searcher search(name.begin(), name.end());
+    if (std::search(text.begin(), text.end(), search) == text.end()) return false;
+    return findValue(text, "Type") == name;
 }
 
 bool oneOf(std::string_view key, const std::vector<std::string_view>& names) {
@@ -73,22 +76,19 @@ std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference) {
     }
     const auto object = reader_.findWhole(reference);
     if (!object) return 0;
-    if (!object->inFile) return std::nullopt;
-    const auto end = skipValue(object->text(), 0);
-    if (!end || !streamDataBegin(object->text(), *end)) {
-        if (!end || !isPageObject(object->text().substr(0, *end))) return std::nullopt;
+    if (!object->streamData()) {
+        if (!isPageObject(object->value())) return std::nullopt;
         numbers_.at(reference.number) = null;
         return 0;
     }
     if (openStreams_.size() == deepestStream) return std::nullopt;
-    const std::uint32_t number = writeStream(reference, 0, *object, *end);
+    const std::uint32_t number = writeStream(reference, 0, *object);
     numbers_.at(reference.number) = number;
     return number;
 }
 
-std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t number, const ObjectText& object,
-                                        std::size_t dictionaryEnd) {
-    const std::string_view dictionary = object.text().substr(0, dictionaryEnd);
+std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t number, const ObjectText& object) {
+    const std::string_view dictionary = object.value();
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
     std::string entries;
@@ -96,7 +96,7 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
     number = openStreams_.back().second;
     openStreams_.pop_back();
     overlay_ = overlay;
-    const std::size_t data = streamDataBegin(object.text(), dictionaryEnd).value_or(dictionaryEnd);
+    const std::size_t data = object.streamData().value_or(object.valueEnd);
     StreamExtent extent = reader_.streamExtent(reference.number, dictionary, object.offset + data);
     if (!reader_.charge(extent.length)) {
         reader_.warnings().add("the streams of the file overlap each other; this one is left empty", reference.number,
@@ -107,11 +107,7 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
 }
 
 void SourceCopier::writeEntries(std::string_view dictionary, const std::vector<std::string_view>& dropped, std::string& out) {
-    std::string repaired;
-    if (skipDictionary(dictionary) == 0) {
-        Parser(dictionary).parse().write(repaired);
-        dictionary = repaired;
-    }
+    const std::size_t before = out.size();
     DictionaryScanner scanner(dictionary);
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
         if (oneOf(entry.key, dropped)) continue;
@@ -119,6 +115,12 @@ void SourceCopier::writeEntries(std::string_view dictionary, const std::vector<s
         out += entry.key;
         rewriter_.value(entry.value, out);
     }
+    if (scanner.valid()) return;
+    out.resize(before);
+    std::string repaired;
+    const Object parsed = Parser(dictionary).parse();
+    (parsed.dictionary() ? parsed : Object(Dictionary())).write(repaired);
+    writeEntries(repaired, dropped, out);
 }
 
 void SourceCopier::drain() {
@@ -132,9 +134,8 @@ void SourceCopier::drain() {
 void SourceCopier::copyObject(const Pending& pending) {
     if (pending.maybeStream) {
         const auto whole = reader_.findWhole(pending.reference);
-        const auto end = whole ? skipValue(whole->text(), 0) : std::nullopt;
-        if (end && whole->inFile && streamDataBegin(whole->text(), *end)) {
-            writeStream(pending.reference, pending.number, *whole, *end);
+        if (whole && whole->streamData()) {
+            writeStream(pending.reference, pending.number, *whole);
             return;
         }
     }
@@ -237,8 +238,7 @@ void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, const 
     if (object) {
         std::vector<std::string_view> left = dropped;
         left.insert(left.end(), {"Type", "Pages"});
-        const std::size_t end = skipDictionary(object->text());
-        writeEntries(end != 0 ? object->text().substr(0, end) : object->text(), left, catalog);
+        writeEntries(object->text(), left, catalog);
     }
     catalog += ">>";
     std::string& body = output_.body();
@@ -300,10 +300,7 @@ void SourceCopier::collectPrivate(const Object& value, Overlay& overlay, std::ve
 /// Whether the object exists, is no stream and no page.
 bool SourceCopier::isPlain(Reference reference) {
     const auto object = reader_.findWhole(reference);
-    if (!object || isPageObject(object->text())) return false;
-    if (!object->inFile) return true;
-    const auto end = skipValue(object->text(), 0);
-    return !end || !streamDataBegin(object->text(), *end);
+    return object && !object->streamData() && !isPageObject(object->value());
 }
 
 }  // namespace quillon::pdf

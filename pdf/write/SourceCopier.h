@@ -68,7 +68,7 @@ private:
     std::uint32_t map(Reference reference);
     std::uint32_t discover(Reference reference);
     std::optional<std::uint32_t> copyStreamNow(Reference reference);
-    std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object, std::size_t dictionaryEnd);
+    std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object);
     void copyObject(const Pending& pending);
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);

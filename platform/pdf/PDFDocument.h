@@ -3,11 +3,14 @@
 #include <QString>
 #include <QUrl>
 #include <QVariantMap>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "pdf/write/DocumentWriter.h"
 #include "platform/pdf/PDFPage.h"
+#include "platform/pdf/PageList.h"
 
 namespace quillon {
 
@@ -69,6 +72,18 @@ public:
 protected:
     /// Reads the file for a factory of a subclass. False when it cannot be read as a PDF.
     [[nodiscard]] bool open(const QUrl& url);
+
+private:
+    [[nodiscard]] std::shared_ptr<PDFPage> makePage(std::size_t index) const;
+    [[nodiscard]] pdf::DocumentPlan paint();
+    [[nodiscard]] pdf::BlankPage blankPageAt(std::size_t index);
+
+    std::shared_ptr<pdf::Source> source_;  // null for a document that was made empty
+    std::uint32_t opening_ = 0;
+    PageList pages_;
+    std::shared_ptr<PDFOutline> outlineRoot_;
+    bool outlineReplaced_ = false;
+    std::vector<std::string> writeWarnings_;
 };
 
 }  // namespace quillon

@@ -39,7 +39,6 @@ public:
 
 private:
     friend class PDFDocument;
-    friend class DocumentPainter;
 
     std::optional<pdf::SourcePage> source_;  // a page of a file
     std::shared_ptr<const Image> image_;     // or of a picture; neither: blank

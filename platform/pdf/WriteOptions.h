@@ -16,4 +16,7 @@ inline const QString kCGPDFContextOwnerPassword = QStringLiteral("kCGPDFContextO
 inline const QString kCGPDFContextAllowsCopying = QStringLiteral("kCGPDFContextAllowsCopying");
 inline const QString kCGPDFContextAllowsPrinting = QStringLiteral("kCGPDFContextAllowsPrinting");
 
+// A boolean: do not wait until the file has reached the disk. For comparisons with programs that do not.
+inline const QString kWriteWithoutSync = QStringLiteral("writeWithoutSync");
+
 }  // namespace quillon

@@ -1,0 +1,194 @@
+#include "platform/pdf/PDFDocument.h"
+
+#include <QFile>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/pdf/DocumentAttributes.h"
+#include "platform/pdf/DrawingContext.h"
+#include "platform/pdf/PDFOutline.h"
+#include "platform/pdf/TextString.h"
+#include "platform/pdf/WriteOptions.h"
+
+namespace quillon {
+
+namespace {
+
+std::string pathOf(const QUrl& url) {
+    return url.isLocalFile() ? QFile::encodeName(url.toLocalFile()).toStdString() : std::string();
+}
+
+/// The entries of the document information that the write options replace.
+std::vector<std::pair<std::string, std::string>> informationFrom(const QVariantMap& options) {
+    const std::array<std::pair<QString, const char*>, 5> keys = {{{kCGPDFContextTitle, "Title"},
+                                                                  {kCGPDFContextAuthor, "Author"},
+                                                                  {kCGPDFContextSubject, "Subject"},
+                                                                  {kCGPDFContextKeywords, "Keywords"},
+                                                                  {kCGPDFContextCreator, "Creator"}}};
+    std::vector<std::pair<std::string, std::string>> information;
+    for (const auto& [option, key] : keys) {
+        if (options.contains(option)) information.emplace_back(key, toTextString(options.value(option).toString()));
+    }
+    return information;
+}
+
+}  // namespace
+
+PDFDocument::PDFDocument() = default;
+PDFDocument::~PDFDocument() = default;
+
+std::shared_ptr<PDFDocument> PDFDocument::initWithURL(const QUrl& url) {
+    auto document = std::make_shared<PDFDocument>();
+    return document->open(url) ? document : nullptr;
+}
+
+bool PDFDocument::open(const QUrl& url) {
+    const std::string path = pathOf(url);
+    if (path.empty()) return false;
+    source_ = pdf::Source::open(path);
+    if (!source_) return false;
+    opening_ = pdf::newOpening();
+    pages_ = PageList(source_->pageCount(), [this](std::size_t index) { return makePage(index); });
+    return true;
+}
+
+PDFDocument::PageFactory PDFDocument::pageClass() const {
+    return [] { return std::make_shared<PDFPage>(); };
+}
+
+std::shared_ptr<PDFPage> PDFDocument::makePage(std::size_t index) const {
+    auto page = pageClass()();
+    page->source_ = pdf::SourcePage{source_, static_cast<std::uint32_t>(index), opening_};
+    return page;
+}
+
+bool PDFDocument::isEncrypted() const {
+    return source_ && source_->isEncrypted();
+}
+
+bool PDFDocument::isLocked() const {
+    return isEncrypted();
+}
+
+bool PDFDocument::unlockWithPassword(const QString&) {
+    return !isLocked();
+}
+
+int PDFDocument::pageCount() const {
+    return static_cast<int>(pages_.size());
+}
+
+std::shared_ptr<PDFPage> PDFDocument::pageAtIndex(int index) {
+    if (index < 0 || index >= pageCount()) return nullptr;
+    return pages_.at(static_cast<std::size_t>(index));
+}
+
+int PDFDocument::indexForPage(const std::shared_ptr<PDFPage>& page) {
+    if (!page) return -1;
+    const std::size_t index = pages_.find(page.get());
+    return index == pages_.size() ? -1 : static_cast<int>(index);
+}
+
+void PDFDocument::insertPage(const std::shared_ptr<PDFPage>& page, int atIndex) {
+    if (!page) return;
+    pages_.insert(static_cast<std::size_t>(std::clamp(atIndex, 0, pageCount())), page);
+}
+
+void PDFDocument::removePageAtIndex(int index) {
+    if (index >= 0 && index < pageCount()) pages_.remove(static_cast<std::size_t>(index));
+}
+
+void PDFDocument::exchangePageAtIndex(int index, int withPageAtIndex) {
+    const auto inside = [this](int i) { return i >= 0 && i < pageCount(); };
+    if (!inside(index) || !inside(withPageAtIndex)) return;
+    pages_.exchange(static_cast<std::size_t>(index), static_cast<std::size_t>(withPageAtIndex));
+}
+
+std::shared_ptr<PDFOutline> PDFDocument::outlineRoot() const {
+    return outlineRoot_;
+}
+
+void PDFDocument::setOutlineRoot(std::shared_ptr<PDFOutline> root) {
+    outlineRoot_ = std::move(root);
+    outlineReplaced_ = true;
+}
+
+QVariantMap PDFDocument::documentAttributes() const {
+    QVariantMap attributes;
+    if (!source_ || isLocked()) return attributes;
+    const pdf::SourceAccess access(*source_);
+    if (!access.document()) return attributes;
+    pdf::ObjectReader& reader = access.document()->reader();
+    const pdf::Object information = reader.resolve(reader.trailer()["Info"]);
+    if (!information.dictionary()) return attributes;
+    for (const QString& key : {PDFDocumentTitleAttribute, PDFDocumentAuthorAttribute, PDFDocumentSubjectAttribute,
+                               PDFDocumentKeywordsAttribute, PDFDocumentCreatorAttribute}) {
+        const pdf::Object value = reader.resolve((*information.dictionary())[key.toStdString()]);
+        if (!value.string()) continue;
+        const QString text = fromTextString(*value.string());
+        attributes[key] = key == PDFDocumentKeywordsAttribute ? QVariant(QStringList{text}) : QVariant(text);
+    }
+    return attributes;
+}
+
+bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
+    writeWarnings_.clear();
+    const std::string path = pathOf(url);
+    if (withOptions.contains(kCGPDFContextUserPassword) || withOptions.contains(kCGPDFContextOwnerPassword)) {
+        writeWarnings_.push_back(path + ": not written, since it was to be protected and that is not possible yet");
+        return false;
+    }
+    if (path.empty()) return false;
+    pdf::DocumentPlan plan = paint();
+    plan.base = isLocked() ? nullptr : source_;
+    plan.keepOutline = !outlineReplaced_;
+    plan.information = informationFrom(withOptions);
+    plan.sync = !withOptions.value(kWriteWithoutSync).toBool();
+    pdf::WriteResult result = pdf::writeDocument(plan, path);
+    writeWarnings_ = std::move(result.warnings);
+    return result.written;
+}
+
+/// Lets every page draw itself, in order, and notes what is to be written for it.
+pdf::DocumentPlan PDFDocument::paint() {
+    pdf::DocumentPlan plan;
+    plan.pages.reserve(pages_.size());
+    for (std::size_t index = 0; index < pages_.size(); ++index) {
+        PDFPage& page = *pages_.at(index);
+        const DrawingContext context(page);
+        page.drawWithBox(PDFDisplayBox::MediaBox);
+        pdf::OutputPage output;
+        output.withContent = context.contentDrawn();
+        if (page.source_) {
+            output.origin = *page.source_;
+        } else if (page.image_) {
+            output.origin = std::shared_ptr<const pdf::PageProducer>(page.image_);
+        } else {
+            output.origin = blankPageAt(index);
+        }
+        plan.pages.push_back(std::move(output));
+    }
+    return plan;
+}
+
+/// A blank page looks like the page before it, and blank pages in a row like the one before them all.
+pdf::BlankPage PDFDocument::blankPageAt(std::size_t index) {
+    while (index > 0) {
+        const PDFPage& before = *pages_.at(--index);
+        if (!before.source_ && !before.image_) continue;
+        const QRectF box = before.boundsForBox(PDFDisplayBox::MediaBox);
+        return {{box.left(), box.top(), box.right(), box.bottom()}, before.rotation()};
+    }
+    return {};
+}
+
+std::vector<std::string> PDFDocument::warnings() const {
+    std::vector<std::string> all = source_ ? source_->warnings() : std::vector<std::string>();
+    for (const std::string& line : writeWarnings_) {
+        if (std::ranges::find(all, line) == all.end()) all.push_back(line);
+    }
+    return all;
+}
+
+}  // namespace quillon
