@@ -62,7 +62,7 @@ bool SourceDocument::readTree() {
     if (!top.dictionary() || !reader_.resolve((*top.dictionary())["Kids"]).array()) return false;
     auto tree = std::make_unique<PageTree>(reader_, pages);
     const bool claimsPages = reader_.resolve((*top.dictionary())["Count"]).integer().value_or(0) > 0;
-    if (tree->pages().empty() && claimsPages && !reader_.table().recovered) return false;
+    if (tree->pages().empty() && claimsPages) return false;
     pages_ = std::move(tree);
     catalog_ = *root.reference();
     readVersion(catalog.dictionary());

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QString>
+
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -23,7 +25,8 @@ public:
     [[nodiscard]] int numberOfChildren() const noexcept { return static_cast<int>(children_.size()); }
     /// Null outside 0 … numberOfChildren() - 1.
     [[nodiscard]] std::shared_ptr<PDFOutline> childAtIndex(int index) const;
-    /// An index past the end means the end, a negative one the front.
+    /// An index past the end means the end, a negative one the front. No child (null):
+    /// nothing happens.
     void insertChild(std::shared_ptr<PDFOutline> child, int atIndex);
 
 private:

@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-// Keys of the options of PDFDocument::writeToURL. Values are texts, of the two permissions booleans; an absent key leaves
-// the document's own value, and a permission allowed.
+// Keys of the options of PDFDocument::writeToURL. Values are texts, of the two permissions booleans; an absent key
+// leaves the document's own value, and a permission allowed.
 inline const QString kCGPDFContextTitle = QStringLiteral("kCGPDFContextTitle");
 inline const QString kCGPDFContextAuthor = QStringLiteral("kCGPDFContextAuthor");
 inline const QString kCGPDFContextSubject = QStringLiteral("kCGPDFContextSubject");
@@ -16,7 +16,8 @@ inline const QString kCGPDFContextOwnerPassword = QStringLiteral("kCGPDFContextO
 inline const QString kCGPDFContextAllowsCopying = QStringLiteral("kCGPDFContextAllowsCopying");
 inline const QString kCGPDFContextAllowsPrinting = QStringLiteral("kCGPDFContextAllowsPrinting");
 
-// A boolean: do not wait until the file has reached the disk. For comparisons with programs that do not.
+// A boolean. With true the finished file is not forced to the disk before it takes its place: quicker, but after a
+// power failure the target may be damaged.
 inline const QString kWriteWithoutSync = QStringLiteral("writeWithoutSync");
 
 }  // namespace quillon

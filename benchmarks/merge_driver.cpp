@@ -1,0 +1,52 @@
+// Runs a merge without windows on what its command line names. A tool for measuring, which is not installed.
+
+#include "benchmarks/DriverArguments.h"
+#include "benchmarks/DriverMerge.h"
+#include "benchmarks/DriverSettings.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cstdio>
+#include <variant>
+
+namespace {
+
+constexpr int exitWritten = 0;
+constexpr int exitNotWritten = 1;
+constexpr int exitUsage = 2;
+
+int usageError(const QString& message) {
+    std::fprintf(stderr, "merge_driver: %s\nTry merge_driver --help.\n", message.toLocal8Bit().constData());
+    return exitUsage;
+}
+
+/// Not QCoreApplication::arguments, which takes out options that Qt knows.
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList result;
+    for (int i = 1; i < argc; ++i) result.append(QFile::decodeName(argv[i]));
+    return result;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace quillon;
+    const auto parsed = DriverArguments::parse(argumentsOf(argc, argv));
+    if (const auto* error = std::get_if<QString>(&parsed)) return usageError(*error);
+    const auto& arguments = std::get<DriverArguments>(parsed);
+    if (arguments.wantsHelp) {
+        std::fputs(DriverArguments::usage().toLocal8Bit().constData(), stdout);
+        return 0;
+    }
+    DriverSettings settings;
+    for (const auto& [name, value] : arguments.settings) {
+        if (const auto error = settings.set(name, value)) return usageError(*error);
+    }
+
+    QCoreApplication application(argc, argv);
+    const DriverReport report = runDriverMerge(arguments, settings);
+    for (const auto& warning : report.warnings) std::fprintf(stderr, "%s\n", warning.c_str());
+    std::printf("%s\n", report.line().c_str());
+    return report.written ? exitWritten : exitNotWritten;
+}

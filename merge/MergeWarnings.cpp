@@ -1,0 +1,46 @@
+#include "merge/MergeWarnings.h"
+
+#include "merge/cacheData.h"
+#include "platform/pdf/PDFDocument.h"
+
+#include <QString>
+
+namespace quillon {
+namespace {
+
+std::string unreadable(const QUrl& url, const char* kind) {
+    const QString name = url.isLocalFile() ? url.toLocalFile() : url.toDisplayString();
+    return name.toStdString() + ": cannot be read as a " + kind;
+}
+
+}  // namespace
+
+void MergeWarnings::noteInput(const cacheData& entry, const PDFDocument* document) {
+    if (!asked_.insert(&entry).second) return;
+    if (document != nullptr) {
+        add(document->warnings());
+    } else {
+        // Not through add: a file that stands in the list twice is missing twice.
+        lines_.push_back(unreadable(entry.url(), "PDF"));
+    }
+}
+
+void MergeWarnings::noteFile(const QUrl& url, const PDFDocument* document) {
+    if (document != nullptr) {
+        add(document->warnings());
+    } else {
+        add({unreadable(url, "PDF")});
+    }
+}
+
+void MergeWarnings::noteUnreadablePicture(const cacheData& entry) {
+    if (asked_.insert(&entry).second) lines_.push_back(unreadable(entry.url(), "picture"));
+}
+
+void MergeWarnings::add(const std::vector<std::string>& lines) {
+    for (const auto& line : lines) {
+        if (known_.insert(line).second) lines_.push_back(line);
+    }
+}
+
+}  // namespace quillon
