@@ -1,0 +1,74 @@
+#include "platform/image/DecodedPicture.h"
+
+#include "platform/image/ByteView.h"
+#include "platform/image/IccProfile.h"
+#include "platform/image/ImageEncoder.h"
+#include "platform/image/JpegHeader.h"
+#include "platform/image/PictureDecoder.h"
+
+#include <QColorSpace>
+#include <QImage>
+
+#include <array>
+
+namespace quillon {
+
+namespace {
+
+struct Hints {
+    Resolution resolution;
+    Orientation orientation;
+};
+
+// Qt gives a picture the screen's resolution when its file says none, and decodes before it tells either: what is to be
+// known comes from the headers of the kinds that have it.
+Hints hintsOf(pdf::InputFile& file) {
+    std::array<char, 46> start{};
+    const std::size_t length = file.readAt(0, start);
+    const ByteView bytes(std::span<const char>(start).first(length), ByteView::Order::LittleEndian);
+    if (bytes.startsWith("\xFF\xD8")) {
+        const std::optional<JpegHeader> header = JpegHeader::read(file);
+        if (header) return {header->resolution.value_or(Resolution{}), header->orientation};
+    }
+    constexpr std::size_t infoHeaderLength = 40;
+    if (bytes.startsWith("BM") && bytes.u32(14) >= infoHeaderLength) {
+        const auto horizontal = static_cast<std::int32_t>(bytes.u32(38));
+        const auto vertical = static_cast<std::int32_t>(bytes.u32(42));
+        return {Resolution::perMetre(horizontal, vertical).value_or(Resolution{}), Orientation()};
+    }
+    return {};
+}
+
+QSize sizeOf(const std::shared_ptr<pdf::InputFile>& file, const QByteArray& format) {
+    PictureDecoder decoder(file, format);
+    if (!decoder.canDecode()) return {};
+    const QSize size = decoder.size();
+    return size.isValid() ? size : decoder.decode().size();
+}
+
+IccProfile profileOf(const QImage& image) {
+    const QByteArray bytes = image.colorSpace().iccProfile();
+    return IccProfile(std::vector<char>(bytes.begin(), bytes.end()));
+}
+
+}  // namespace
+
+std::unique_ptr<const Picture> DecodedPicture::open(const std::shared_ptr<pdf::InputFile>& file,
+                                                    const QByteArray& suffix) {
+    for (const QByteArray& format : {QByteArray(), suffix}) {
+        const QSize size = sizeOf(file, format);
+        if (size.isEmpty()) continue;
+        const Hints hints = hintsOf(*file);
+        const Properties properties{size, hints.resolution, hints.orientation};
+        return std::unique_ptr<const Picture>(new DecodedPicture(file, properties, format));
+    }
+    return nullptr;
+}
+
+std::optional<std::uint32_t> DecodedPicture::addTo(pdf::ObjectSink& sink) const {
+    const QImage image = PictureDecoder(file(), format_).decode();
+    if (image.isNull()) return std::nullopt;
+    return ImageEncoder(image, profileOf(image)).addTo(sink);
+}
+
+}  // namespace quillon
