@@ -21,8 +21,8 @@ struct OwnedText {
 /// Not thread-safe.
 class BlockCache {
 public:
-    static constexpr std::size_t blockSize = 128 * 1024;
-    static constexpr std::size_t mostBlocks = 24;
+    static constexpr std::size_t blockSize = 32 * 1024;
+    static constexpr std::size_t mostBlocks = 64;
 
     explicit BlockCache(std::shared_ptr<InputFile> file) : file_(std::move(file)) {}
 
@@ -32,6 +32,9 @@ public:
 
     /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.
     std::size_t append(std::uint64_t offset, std::size_t length, std::string& out);
+
+    /// Frees the blocks.
+    void clear() { blocks_ = {}; }
 
     [[nodiscard]] InputFile& file() const noexcept { return *file_; }
     [[nodiscard]] const std::shared_ptr<InputFile>& sharedFile() const noexcept { return file_; }

@@ -46,7 +46,8 @@ std::size_t skipDictionary(std::string_view text) noexcept {
 }
 
 bool keyIs(std::string_view key, std::string_view name) {
-    if (key.find('#') == std::string_view::npos) return key == name;
+    if (key == name) return true;
+    if (key.size() <= name.size() || key.find('#') == std::string_view::npos) return false;
     std::string withSlash = "/";
     withSlash += key;
     return Lexer(withSlash).next().value == name;

@@ -51,10 +51,6 @@ std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& po
     return value;
 }
 
-void skipWhiteSpace(std::string_view text, std::size_t& position) noexcept {
-    while (position < text.size() && isWhiteSpace(text[position])) ++position;
-}
-
 void Lexer::skipWhiteSpaceAndComments() noexcept {
     while (position_ < text_.size()) {
         if (text_[position_] == '%') {

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "pdf/object/Characters.h"
+
 namespace quillon::pdf {
 
 enum class TokenKind {
@@ -57,6 +59,8 @@ private:
 [[nodiscard]] std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& position) noexcept;
 
 /// Moves `position` over white space.
-void skipWhiteSpace(std::string_view text, std::size_t& position) noexcept;
+inline void skipWhiteSpace(std::string_view text, std::size_t& position) noexcept {
+    while (position < text.size() && isWhiteSpace(text[position])) ++position;
+}
 
 }  // namespace quillon::pdf

@@ -48,6 +48,8 @@ std::optional<std::size_t> skipScalar(std::string_view text, std::size_t at) noe
 }  // namespace
 
 std::size_t skipBlank(std::string_view text, std::size_t position) noexcept {
+    skipWhiteSpace(text, position);
+    if (position >= text.size() || text[position] != '%') return position;
     Lexer lexer(text, position);
     lexer.skipWhiteSpaceAndComments();
     return lexer.position();

@@ -72,7 +72,8 @@ std::optional<std::uint64_t> CrossReferenceReader::findStart() {
 bool CrossReferenceReader::readSection(std::uint64_t offset, Dictionary& trailer) {
     offset += bias_;
     if (!visited_.insert(offset).second) return false;
-    const std::string_view start = file_.view(offset, 64).text;
+    const OwnedText view = file_.view(offset, 64);
+    const std::string_view start = view.text;
     std::size_t at = 0;
     skipWhiteSpace(start, at);
     if (start.substr(std::min(at, start.size())).starts_with("xref")) return readTable(offset + at + 4, trailer);

@@ -200,9 +200,14 @@ bool ObjectReader::charge(std::uint64_t bytes) noexcept {
     return charged_ <= 4 * (file_.file().size() + decodedBytes_) + margin;
 }
 
+void ObjectReader::trim() {
+    file_.clear();
+    streams_.clear();
+    streamBytes_ = 0;
+}
+
 std::size_t ObjectReader::memory() const noexcept {
-    return table_.entries.memory() + streamBytes_ + offsets_.capacity() * sizeof(std::uint64_t) +
-           BlockCache::mostBlocks * BlockCache::blockSize;
+    return table_.entries.memory() + offsets_.capacity() * sizeof(std::uint64_t);
 }
 
 }  // namespace quillon::pdf

@@ -70,7 +70,9 @@ public:
     /// objects that overlap each other to blow up the output.
     [[nodiscard]] bool charge(std::uint64_t bytes) noexcept;
 
-    /// Bytes held.
+    /// Frees the blocks and object streams that were read.
+    void trim();
+    /// Bytes held besides those.
     [[nodiscard]] std::size_t memory() const noexcept;
 
     static constexpr std::size_t usualObject = 1024;

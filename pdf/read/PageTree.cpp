@@ -2,18 +2,29 @@
 
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
-#include "pdf/object/ValueSkipper.h"
 
 namespace quillon::pdf {
 
 namespace {
 
-/// The text of a dictionary, made well-formed if it is not.
+/// The text of a dictionary, made well-formed if it is not; empty if it is no dictionary.
 std::string_view soundDictionary(std::string_view text, std::string& repaired) {
     if (const std::size_t end = skipDictionary(text); end != 0) return text.substr(0, end);
-    repaired.clear();
-    Parser(text).parse().write(repaired);
+    const Object parsed = Parser(text).parse();
+    if (!parsed.dictionary()) return {};
+    parsed.write(repaired);
     return repaired;
+}
+
+bool isNode(std::string_view dictionary) {
+    bool hasKids = false;
+    bool saysPage = false;
+    DictionaryScanner scanner(dictionary);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        if (keyIs(entry.key, "Kids")) hasKids = true;
+        if (keyIs(entry.key, "Type")) saysPage = entry.value == "/Page";
+    }
+    return hasKids && !saysPage;
 }
 
 /// Trees of at least this many pages are read without visiting every page, if their counts add up.
@@ -107,15 +118,13 @@ void PageTree::visit(ObjectReader& reader, const Object& kid, bool trustCounts, 
         kid.write(direct);
     }
     std::string repaired;
-    const std::string_view found = object ? object->text() : std::string_view(direct);
-    const bool isDictionary = skipBlank(found, 0) < found.size() && found.substr(skipBlank(found, 0)).starts_with("<<");
-    if (!isDictionary) {
+    const std::string_view text = soundDictionary(object ? object->value() : std::string_view(direct), repaired);
+    if (text.empty()) {
         reader.warnings().add("an entry of the page tree is no page; it is left out", reference ? reference->number : 0);
         countsAddUp_ = false;
         return;
     }
-    const std::string_view text = soundDictionary(found, repaired);
-    if (!findValue(text, "Kids").empty() && findValue(text, "Type") != "/Page") {
+    if (isNode(text)) {
         enter(reader, text, reference ? reference->number : 0, node, trustCounts, levels);
         return;
     }

@@ -45,6 +45,11 @@ public:
     /// The node whose value that is; -1 if none.
     [[nodiscard]] std::int64_t inheritedFrom(const Page& page, InheritedAttribute attribute) const noexcept;
 
+    /// Bytes held, but for the texts of attributes.
+    [[nodiscard]] std::size_t memory() const noexcept {
+        return pages_.capacity() * sizeof(Page) + nodes_.capacity() * sizeof(Node);
+    }
+
 private:
     struct Level {
         std::uint32_t node = 0;

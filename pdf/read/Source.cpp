@@ -12,7 +12,9 @@ std::shared_ptr<Source> Source::open(const std::string& path) {
     if (!file) return nullptr;
     const std::shared_ptr<Source> source(new Source(std::move(file)));
     if (!source->load()) return nullptr;
-    return SourceRegistry::instance().add(source);
+    auto known = SourceRegistry::instance().add(source);
+    const SourceAccess access(*known);  // its end decides whether the structure is kept
+    return known;
 }
 
 Source::~Source() {
@@ -25,6 +27,8 @@ bool Source::load() {
     if (!document_) return false;
     pageCount_ = static_cast<std::uint32_t>(document_->pages().pages().size());
     encrypted_ = document_->isEncrypted();
+    version_ = document_->version();
+    document_->trim();
     return true;
 }
 
@@ -35,11 +39,17 @@ std::vector<std::string> Source::warnings() const {
 
 SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex_) {
     if (!source_.document_) source_.document_ = SourceDocument::load(source_.file_, source_.warnings_);
-    SourceRegistry::instance().used(source_);
+}
+
+SourceAccess::~SourceAccess() {
+    if (!source_.document_) return;
+    source_.document_->trim();
+    if (!SourceRegistry::instance().keep(source_, source_.document_->memory())) source_.document_.reset();
 }
 
 void SourceAccess::release() {
     source_.document_.reset();
+    SourceRegistry::instance().drop(source_);
 }
 
 }  // namespace quillon::pdf

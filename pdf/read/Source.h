@@ -29,6 +29,7 @@ public:
     /// 0 while the document is locked.
     [[nodiscard]] std::size_t pageCount() const noexcept { return pageCount_; }
     [[nodiscard]] bool isEncrypted() const noexcept { return encrypted_; }
+    [[nodiscard]] Version version() const noexcept { return version_; }
     [[nodiscard]] std::vector<std::string> warnings() const;
 
 private:
@@ -43,6 +44,7 @@ private:
     std::unique_ptr<SourceDocument> document_;  // null while dropped; guarded by mutex_
     Warnings warnings_;                         // guarded by mutex_
     std::uint32_t pageCount_ = 0;               // set once, before the source is shared
+    Version version_ = 10;                      // likewise
     bool encrypted_ = false;                    // likewise
 };
 
@@ -53,6 +55,8 @@ public:
     explicit SourceAccess(Source& source);
     SourceAccess(const SourceAccess&) = delete;
     SourceAccess& operator=(const SourceAccess&) = delete;
+    /// Keeps the structure for the next use where memory allows, without the text that was read.
+    ~SourceAccess();
 
     /// Null when the file has gone or changed since it was opened and can no longer be read.
     [[nodiscard]] SourceDocument* document() const noexcept { return source_.document_.get(); }

@@ -97,6 +97,11 @@ void SourceDocument::readVersion(const Dictionary* catalog) {
     }
 }
 
+std::size_t SourceDocument::memory() const noexcept {
+    constexpr std::size_t fixed = 1024;
+    return fixed + reader_.memory() + pages_->memory();
+}
+
 std::string SourceDocument::pageText(const PageTree::Page& page) {
     constexpr int mostLevels = 32;
     if (page.number == 0) return pages_->directPage(page);

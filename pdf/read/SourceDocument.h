@@ -29,6 +29,11 @@ public:
     /// The reference of the catalog; nothing when it was never found and the pages were collected without it.
     [[nodiscard]] std::optional<Reference> catalog() const noexcept { return catalog_; }
 
+    /// Frees what was read of objects; the structure stays.
+    void trim() { reader_.trim(); }
+    /// Bytes of the structure.
+    [[nodiscard]] std::size_t memory() const noexcept;
+
     /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a page
     /// gives its first page.
     [[nodiscard]] std::string pageText(const PageTree::Page& page);

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <unordered_map>
 
 #include "pdf/io/FileIdentity.h"
 
@@ -12,12 +12,12 @@ namespace quillon::pdf {
 
 class Source;
 
-/// Knows the sources that are alive, so that a file opened again is found, and which of them were used last, so that only
-/// those keep their structure in memory. Thread-safe.
+/// Knows the sources that are alive, so that a file opened again is found, and decides which of them may keep their
+/// structure in memory. Thread-safe.
 class SourceRegistry {
 public:
-    /// Sources whose structure stays in memory.
-    static constexpr std::size_t mostLoaded = 8;
+    /// Bytes of structure that all sources together keep between uses.
+    static constexpr std::size_t mostKept = 4U << 20U;
 
     [[nodiscard]] static SourceRegistry& instance();
 
@@ -26,15 +26,20 @@ public:
     /// Takes in a source just loaded; returns it, or the one that another thread was quicker to add.
     [[nodiscard]] std::shared_ptr<Source> add(const std::shared_ptr<Source>& source);
     void remove(Source& source);
-    /// Notes that the structure of `source`, which the caller has locked, is in memory and in use.
-    void used(Source& source);
+
+    /// Whether `source` may keep its structure of `bytes` bytes. The first to ask have the room: inputs are opened in a row
+    /// and then copied in a row, so making room by dropping the oldest would drop each just before it is needed.
+    [[nodiscard]] bool keep(const Source& source, std::size_t bytes);
+    /// `source` has dropped its structure.
+    void drop(const Source& source);
 
 private:
-    void dropOldest();
+    void forget(const Source& source);
 
     std::mutex mutex_;
     std::map<FileIdentity, std::weak_ptr<Source>> sources_;
-    std::list<Source*> loaded_;  // used last first
+    std::unordered_map<const Source*, std::size_t> kept_;
+    std::size_t keptBytes_ = 0;
 };
 
 }  // namespace quillon::pdf

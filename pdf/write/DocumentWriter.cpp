@@ -79,6 +79,7 @@ bool DocumentWriter::write(WriteResult& result) {
     }
     const std::string trailer = "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
     const bool finished = output.finish(trailer, firstId_);
+    for (const SourcePlan& source : sources_) std::ranges::move(source.source()->warnings(), std::back_inserter(warnings_));
     for (const std::string& file : output.shortened()) {
         warnings_.push_back(file + ": became shorter while it was copied; what is missing was made up with zeros");
     }
@@ -89,11 +90,7 @@ bool DocumentWriter::write(WriteResult& result) {
 
 void DocumentWriter::writeHeader() {
     Version version = lowestVersion;
-    for (const SourcePlan& source : sources_) {
-        if (const SourceDocument* document = SourceAccess(*source.source()).document()) {
-            version = std::max(version, document->version());
-        }
-    }
+    for (const SourcePlan& source : sources_) version = std::max(version, source.source()->version());
     // The four bytes beyond ASCII tell transfer programs that the file is binary.
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
 }
