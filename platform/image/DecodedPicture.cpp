@@ -55,7 +55,9 @@ IccProfile profileOf(const QImage& image) {
 
 std::unique_ptr<const Picture> DecodedPicture::open(const std::shared_ptr<pdf::InputFile>& file,
                                                     const QByteArray& suffix) {
-    for (const QByteArray& format : {QByteArray(), suffix}) {
+    // The suffix goes first: the first bytes of a TGA file are those of a cursor as well. A decoder that is asked for
+    // by name still looks whether the content is of its kind.
+    for (const QByteArray& format : {suffix, QByteArray()}) {
         const QSize size = sizeOf(file, format);
         if (size.isEmpty()) continue;
         const Hints hints = hintsOf(*file);
