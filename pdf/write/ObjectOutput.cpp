@@ -1,6 +1,7 @@
 #include "pdf/write/ObjectOutput.h"
 
 #include <algorithm>
+#include <array>
 
 #include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
@@ -13,7 +14,9 @@ namespace {
 constexpr std::string_view streamEnd = "\nendstream\nendobj\n";
 
 void appendBigEndian(std::string& out, std::uint64_t value, unsigned bytes) {
-    while (bytes-- > 0) out += static_cast<char>(value >> (8 * bytes));
+    std::array<char, 8> text{};
+    for (unsigned i = 0; i < bytes; ++i) text[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+    out.append(text.data(), bytes);
 }
 
 unsigned bytesFor(std::uint64_t value) {
@@ -156,7 +159,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     const std::string rows = crossReferences(width);
     const std::size_t rowBytes = 3 + width;
     std::string deflated;
-    Deflater(6).deflate(predictUp(rows, rowBytes), deflated);
+    Deflater(2).deflate(predictUp(rows, rowBytes), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
                        "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>/Length " +
