@@ -253,7 +253,7 @@ TEST_F(PngPictureTest, DamagedChunksAreNotPassedThrough) {
     bytes[bytes.indexOf("IDAT") + 4] = '\x79';  // no zlib stream begins so
     const auto image = load(QStringLiteral("a.png"), bytes);
     ASSERT_TRUE(image);
-    for (const auto& stream : imagesOf(*image)) EXPECT_FALSE(stream.isCopied);
+    EXPECT_TRUE(imagesOf(*image).empty());
 
     Png withoutPalette = paletted(4);
     withoutPalette.before.clear();
