@@ -2,11 +2,9 @@
 #include "tests/platform/image/PictureFixtures.h"
 #include "tests/platform/image/PictureTest.h"
 
-#include <QColorSpace>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
-#include <QLocale>
 
 #include <clocale>
 #include <sys/stat.h>
@@ -273,7 +271,6 @@ TEST_F(ImageTest, ManyScansAreLoadedAndCopiedAtFileSpeed) {
     const QByteArray jpeg = encoded(colorful(2480, 3508), "jpeg");
     QElapsedTimer timer;
     timer.start();
-    QByteArray copy;
     for (int count = 0; count < 60; ++count) {
         const auto image = load(QStringLiteral("scan.jpg"), jpeg);
         ASSERT_TRUE(image);

@@ -144,7 +144,7 @@ TEST_F(JpegPictureTest, ArithmeticCodingIsDecoded) {
 }
 
 TEST_F(JpegPictureTest, ProfileInSeveralSegmentsIsAssembledInOrder) {
-    const QByteArray profile = iccProfile("RGB ", 1000) + QByteArray();
+    const QByteArray profile = iccProfile("RGB ", 1000);
     QByteArray uneven = profile;
     for (int index = 128; index < uneven.size(); ++index) uneven[index] = static_cast<char>(index * 7);
     FlatJpeg jpeg;

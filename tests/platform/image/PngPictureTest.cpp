@@ -1,7 +1,6 @@
 #include "tests/platform/image/PictureFixtures.h"
 #include "tests/platform/image/PictureTest.h"
 
-#include <QColorSpace>
 #include <QImage>
 #include <QPainter>
 
