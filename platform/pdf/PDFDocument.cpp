@@ -165,7 +165,7 @@ pdf::DocumentPlan PDFDocument::paint() {
         } else if (page.image_) {
             output.origin = std::shared_ptr<const pdf::PageProducer>(page.image_);
         } else {
-            output.origin = blankPageAt(index);
+            output.origin = std::make_shared<const pdf::BlankPage>(blankPageAt(index));
         }
         plan.pages.push_back(std::move(output));
     }
