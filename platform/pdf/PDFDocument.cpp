@@ -147,6 +147,7 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     plan.sync = !withOptions.value(kWriteWithoutSync).toBool();
     pdf::WriteResult result = pdf::writeDocument(plan, path);
     writeWarnings_ = std::move(result.warnings);
+    if (result.written) writtenPageCount_ = static_cast<int>(result.pages);
     return result.written;
 }
 
