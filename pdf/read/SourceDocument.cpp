@@ -110,7 +110,7 @@ void SourceDocument::readVersion(const Dictionary* catalog) {
 }
 
 std::size_t SourceDocument::memory() const noexcept {
-    constexpr std::size_t fixed = 1024;
+    constexpr std::size_t fixed = 2048;  // this object and the trailer
     return fixed + reader_.memory() + pages_->memory();
 }
 

@@ -102,7 +102,7 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
         return *known;
     }
     if (number == 0) static_cast<void>(reserve());
-    streams_.add(key, own, file.sharedFile(), std::span(&range, 1));
+    streams_.add(key, own, &file.file(), std::span(&range, 1));
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return own;
@@ -113,7 +113,8 @@ std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view ent
     const auto key = streams_.key(entries, *file, ranges);
     if (const auto known = number == 0 ? streams_.find(key, file.get(), ranges) : std::nullopt) return *known;
     if (number == 0) number = reserve();
-    streams_.add(key, number, file, ranges);
+    streams_.add(key, number, file.get(), ranges);
+    if (std::ranges::find(held_, file) == held_.end()) held_.push_back(file);
     beginStream(number, entries, key.length);
     flushChunk();
     pipeline_.copy(file, {ranges.begin(), ranges.end()});
