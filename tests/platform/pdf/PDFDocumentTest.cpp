@@ -251,6 +251,16 @@ TEST_F(PDFDocumentTest, WriteOptionsReplaceInformation) {
     EXPECT_EQ(test::documentInfo(path, "Creator"), "C");
 }
 
+TEST_F(PDFDocumentTest, ADocumentThatIsToBeProtectedIsNotWrittenWithoutProtection) {
+    const auto document = open(PdfFixture("A", 1).bytes());
+    dir.write("out.pdf", "old");
+    for (const QString& option : {kCGPDFContextUserPassword, kCGPDFContextOwnerPassword}) {
+        EXPECT_FALSE(document->writeToURL(url("out.pdf"), {{option, QStringLiteral("pw")}}));
+        EXPECT_FALSE(document->warnings().empty());
+        EXPECT_EQ(std::filesystem::file_size(dir.file("out.pdf")), 3U);
+    }
+}
+
 TEST_F(PDFDocumentTest, TheOutlineOfTheFileIsKeptUntilItIsReplaced) {
     const auto document = open(PdfFixture("A", 2).bookmark("b", 1).bytes());
     EXPECT_EQ(test::outlineLines(write(*document)).size(), 1U);
