@@ -70,7 +70,7 @@ TEST_F(CrossReferences, AStreamWithoutTypesAndGenerationsIsRead) {
 
 TEST_F(CrossReferences, AStreamWithAPredictorAndWideFieldsIsRead) {
     Places places;
-    std::string rows = RawPdf::bigEndian(0, 14);
+    std::string rows = std::string(14, '\0');
     for (const std::size_t offset : places.offsets)
         rows += RawPdf::bigEndian(1, 2) + RawPdf::bigEndian(offset, 8) + RawPdf::bigEndian(0, 4);
     std::string data;

@@ -36,7 +36,9 @@ protected:
 };
 
 TEST_F(Copying, StreamsAreCopiedByteForByte) {
-    const std::string odd("BT /F1 24 Tf 20 20 Td (one) Tj ET \r\n%\0\xff endstream? \r", 56);
+    std::string odd = "BT /F1 24 Tf 20 20 Td (one) Tj ET \r\n%";
+    odd += '\0';
+    odd += "\xff endstream? \r";
     const std::string bytes = RawPdf()
                                   .catalogOf({3})
                                   .object(3, "<</Type/Page/Contents[4 0 R 5 0 R]" + RawPdf::font() + bare + ">>")
