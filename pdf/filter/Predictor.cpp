@@ -66,7 +66,8 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
     const std::size_t bitsPerPixel = parameter(parameters, "Colors", 1) * parameter(parameters, "BitsPerComponent", 8);
     const std::size_t pixelBytes = (bitsPerPixel + 7) / 8;
     const std::size_t rowBytes = (bitsPerPixel * parameter(parameters, "Columns", 1) + 7) / 8;
-    if (predictor >= 10) return undoPng(data, rowBytes, pixelBytes);
+    // A row cannot be longer than the data, whatever the parameters say: it would only be padding.
+    if (predictor >= 10) return undoPng(data, std::min(rowBytes, std::max<std::size_t>(data.size(), 1)), pixelBytes);
     if (predictor == 2 && parameter(parameters, "BitsPerComponent", 8) == 8) {
         return undoTiff(std::move(data), rowBytes, pixelBytes);
     }

@@ -126,6 +126,7 @@ void Lexer::readLiteralString(std::string& value) {
             value += c;
         }
     }
+    position_ = std::min(position_, text_.size());  // a backslash at the very end steps beyond it
 }
 
 void Lexer::readEscape(std::string& value) {

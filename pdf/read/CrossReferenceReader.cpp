@@ -38,15 +38,19 @@ std::optional<CrossReferenceTable> CrossReferenceReader::read() {
         if (headerOffset_ == 0) return std::nullopt;
         bias_ = headerOffset_;
         visited_.clear();
+        freed_.clear();
         if (!readSection(*start, section)) return std::nullopt;
     }
     table_.trailer = section;
     while (true) {
-        // A hybrid file hides the newer objects of a section in a stream that older readers do not know.
+        // A hybrid file hides the newer objects of a section in a stream that older readers do not know. Its table calls
+        // them free, so what is free counts only after that stream.
         if (const auto hybrid = offsetIn(section, "XRefStm")) {
             Dictionary ignored;
             if (!readSection(*hybrid, ignored)) return std::nullopt;
         }
+        for (const auto& [number, entry] : freed_) table_.addOlder(number, entry);
+        freed_.clear();
         const auto previous = offsetIn(section, "Prev");
         if (!previous || visited_.contains(*previous + bias_)) break;
         Dictionary older;
@@ -135,7 +139,12 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
             entry.kind = kind == 'n' && *place != 0 ? CrossReferenceEntry::Kind::InFile : CrossReferenceEntry::Kind::Free;
             entry.place = *place + bias_;
             entry.detail = static_cast<std::uint32_t>(std::min<std::uint64_t>(*generation, 65535));
-            table_.addOlder(static_cast<std::uint32_t>(first + done), entry);
+            const auto number = static_cast<std::uint32_t>(first + done);
+            if (kind == 'f') {
+                freed_.emplace_back(number, entry);
+            } else {
+                table_.addOlder(number, entry);
+            }
         }
         offset += at;
     }

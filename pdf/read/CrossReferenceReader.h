@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "pdf/io/BlockCache.h"
 #include "pdf/read/CrossReferenceTable.h"
@@ -36,6 +38,7 @@ private:
     std::uint64_t headerOffset_;
     std::uint64_t bias_ = 0;
     CrossReferenceTable table_;
+    std::vector<std::pair<std::uint32_t, CrossReferenceEntry>> freed_;  // by the table read last
     std::unordered_set<std::uint64_t> visited_;
 };
 

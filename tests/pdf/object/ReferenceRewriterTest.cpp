@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 namespace quillon::pdf {
@@ -54,6 +55,42 @@ TEST(ReferenceRewriter, StopsAtTheNextObjectWhenABracketIsMissing) {
 
 TEST(ReferenceRewriter, RewritesABareReference) {
     EXPECT_EQ(rewritten(" 5 0 R "), "105 0 R");
+}
+
+TEST(ReferenceRewriter, LeavesTheTextAloneWhenTheFastRoadCannotBeGone) {
+    std::string out = "before";
+    EXPECT_EQ(ReferenceRewriter<Shift>(Shift()).fast("[5 0 R", 0, out).status,
+              ReferenceRewriter<Shift>::Status::Malformed);
+    EXPECT_EQ(out, "before");
+}
+
+TEST(ReferenceRewriter, BothRoadsMeanTheSame) {
+    std::mt19937 random(17);
+    const std::string_view pieces[] = {"<</A ", ">>", "[",    "]",    "/R",     "5",  " 0 R",  " 9 0 R ", "(x 5 0 R)",
+                                       "<41>",  " ",  "-1.5", "true", " 7 0 R", "/K", "(\\)(", ")"};
+    for (int round = 0; round < 20000; ++round) {
+        std::string text = random() % 2 == 0 ? "[" : "<</K";
+        for (auto n = random() % 12; n > 0; --n) text += pieces[random() % std::size(pieces)];
+        Parser parser(text);
+        (void)parser.parse();
+        std::string fast;
+        if (!parser.clean() ||
+            ReferenceRewriter<Shift>(Shift()).fast(text, 0, fast).status != ReferenceRewriter<Shift>::Status::Done) {
+            continue;
+        }
+        std::string slow;
+        ReferenceRewriter<Shift>(Shift()).slow(text, 0, slow);
+        std::string fastAgain;
+        Parser(fast).parse().write(fastAgain);
+        EXPECT_EQ(fastAgain, slow) << text;
+    }
+}
+
+TEST(ReferenceRewriter, DeepNestingIsCutOffAndNotFollowed) {
+    const std::string out = rewritten(std::string(100'000, '['));
+    EXPECT_LT(out.size(), 1000U);
+    EXPECT_EQ(out.front(), '[');
+    EXPECT_EQ(out.back(), ']');
 }
 
 }  // namespace

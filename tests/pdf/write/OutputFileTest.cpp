@@ -1,0 +1,150 @@
+#include "pdf/write/OutputFile.h"
+#include "tests/support/Process.h"
+#include "tests/support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace quillon::pdf {
+namespace {
+
+std::string contentOf(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+int filesIn(const std::filesystem::path& folder) {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+bool writeText(const std::string& target, std::string_view text, bool sync = true) {
+    const auto file = OutputFile::create(target);
+    return file && file->write(text) && file->commit(sync);
+}
+
+TEST(OutputFile, MakesANewFile) {
+    const test::TempDir dir;
+    EXPECT_TRUE(writeText(dir.file("a"), "text"));
+    EXPECT_EQ(contentOf(dir.file("a")), "text");
+    EXPECT_EQ(filesIn(dir.path()), 1);
+}
+
+TEST(OutputFile, ReplacesAFile) {
+    const test::TempDir dir;
+    EXPECT_TRUE(writeText(dir.write("a", "old and longer"), "new", false));
+    EXPECT_EQ(contentOf(dir.file("a")), "new");
+    EXPECT_EQ(filesIn(dir.path()), 1);
+}
+
+TEST(OutputFile, CountsTheBytes) {
+    const test::TempDir dir;
+    const auto file = OutputFile::create(dir.file("a"));
+    EXPECT_TRUE(file->write("abc"));
+    EXPECT_TRUE(file->write(""));
+    EXPECT_TRUE(file->write("de"));
+    EXPECT_EQ(file->size(), 5U);
+}
+
+TEST(OutputFile, NothingIsSeenBeforeTheCommitAndNothingIsLeftWithoutOne) {
+    const test::TempDir dir;
+    const std::string target = dir.write("a", "old");
+    {
+        const auto file = OutputFile::create(target);
+        EXPECT_TRUE(file->write("new"));
+        EXPECT_EQ(contentOf(target), "old");
+    }
+    EXPECT_EQ(contentOf(target), "old");
+    EXPECT_EQ(filesIn(dir.path()), 1);
+}
+
+TEST(OutputFile, AMissingFolderIsRefused) {
+    const test::TempDir dir;
+    EXPECT_FALSE(OutputFile::create(dir.file("missing/a")));
+    EXPECT_EQ(filesIn(dir.path()), 0);
+}
+
+TEST(OutputFile, ATargetThatIsNoFileIsRefusedAndStays) {
+    const test::TempDir dir;
+    std::filesystem::create_directory(dir.file("folder"));
+    ASSERT_EQ(::mkfifo(dir.file("fifo").c_str(), 0600), 0);
+    EXPECT_FALSE(OutputFile::create(dir.file("folder")));
+    EXPECT_FALSE(OutputFile::create(dir.file("fifo")));
+    EXPECT_FALSE(OutputFile::create("/dev/null"));
+    EXPECT_TRUE(std::filesystem::is_directory(dir.file("folder")));
+    EXPECT_TRUE(std::filesystem::is_fifo(dir.file("fifo")));
+    EXPECT_EQ(filesIn(dir.path()), 2);
+}
+
+TEST(OutputFile, ALinkStaysAndTheFileBehindItIsReplaced) {
+    const test::TempDir dir;
+    std::filesystem::create_directory(dir.file("other"));
+    dir.write("other/a", "old");
+    std::filesystem::create_symlink("other/a", dir.file("link"));
+    EXPECT_TRUE(writeText(dir.file("link"), "new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(dir.file("link")));
+    EXPECT_EQ(contentOf(dir.file("other/a")), "new");
+}
+
+TEST(OutputFile, KeepsThePermissionsOfTheTarget) {
+    const test::TempDir dir;
+    const std::string target = dir.write("a", "old");
+    std::filesystem::permissions(target, std::filesystem::perms{0640});
+    EXPECT_TRUE(writeText(target, "new"));
+    EXPECT_EQ(std::filesystem::status(target).permissions(), std::filesystem::perms{0640});
+}
+
+TEST(OutputFile, ANewFileHasThePermissionsThatTheUserWants) {
+    const test::TempDir dir;
+    const mode_t old = ::umask(027);
+    const bool written = writeText(dir.file("a"), "new");
+    ::umask(old);
+    EXPECT_TRUE(written);
+    EXPECT_EQ(std::filesystem::status(dir.file("a")).permissions(), std::filesystem::perms{0640});
+}
+
+TEST(OutputFile, AFileThatMayNotBeWrittenIsRefusedAndStays) {
+    const test::TempDir dir;
+    const std::string target = dir.write("a", "old");
+    ASSERT_EQ(::chmod(dir.path().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(target.c_str(), 0444), 0);
+    EXPECT_EQ(test::asPlainUser([&] { return writeText(target, "new") ? 0 : 1; }), 1);
+    EXPECT_EQ(test::asPlainUser([&] { return writeText(dir.file("b"), "new") ? 0 : 1; }), 0);
+    EXPECT_EQ(contentOf(target), "old");
+    EXPECT_EQ(filesIn(dir.path()), 2);
+}
+
+TEST(OutputFile, AFolderThatMayNotBeWrittenIsRefused) {
+    const test::TempDir dir;
+    ASSERT_EQ(::chmod(dir.path().c_str(), 0555), 0);
+    EXPECT_EQ(test::asPlainUser([&] { return writeText(dir.file("a"), "new") ? 0 : 1; }), 1);
+    ASSERT_EQ(::chmod(dir.path().c_str(), 0755), 0);
+    EXPECT_EQ(filesIn(dir.path()), 0);
+}
+
+TEST(OutputFile, WhereTheDiskIsFullTheOldFileStaysAndNothingIsLeft) {
+    const test::TempDir dir;
+    const std::string target = dir.write("a", "old");
+    const int result = test::inChildProcess([&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100, 100};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 9;
+        const auto file = OutputFile::create(target);
+        if (!file || !file->write(std::string(100, 'x'))) return 8;
+        if (file->write("one more")) return 7;
+        if (file->write("")) return 6;  // it stays failed
+        return file->commit(true) ? 5 : 0;
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(contentOf(target), "old");
+    EXPECT_EQ(filesIn(dir.path()), 1);
+}
+
+}  // namespace
+}  // namespace quillon::pdf

@@ -1,0 +1,127 @@
+#include "pdf/write/OutputPipeline.h"
+#include "tests/support/Process.h"
+#include "tests/support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <random>
+#include <string>
+#include <sys/resource.h>
+
+namespace quillon::pdf {
+namespace {
+
+std::string contentOf(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string noise(std::mt19937& random, std::size_t length) {
+    std::string text(length, '\0');
+    for (char& c : text) c = static_cast<char>('a' + random() % 8);
+    return text;
+}
+
+class OutputPipelineTest : public testing::Test {
+protected:
+    /// Writes many things of every kind, some megabytes in all, and returns the file.
+    std::string writeMany(const std::string& name) {
+        std::mt19937 random(47);
+        const auto file = OutputFile::create(dir.file(name));
+        const auto input = InputFile::open(dir.write("input", noise(random, 300'000)));
+        OutputPipeline pipeline(*file);
+        for (std::uint32_t i = 1; i <= 400; ++i) {
+            const std::string label = std::to_string(i) + " 0 obj";
+            if (i % 3 == 0) {
+                pipeline.writeDeflated(i, "/Number " + std::to_string(i), noise(random, 60'000));
+            } else if (i % 7 == 0) {
+                pipeline.copy(input, {{i, 100'000}, {5, 10}});
+            } else {
+                pipeline.write("--" + label + noise(random, 1000), {{i, 2}});
+            }
+        }
+        EXPECT_TRUE(pipeline.finish());
+        digest = pipeline.digest();
+        places.clear();
+        for (const auto& placed : pipeline.places()) places[placed.number] = placed.offset;
+        EXPECT_TRUE(file->commit(false));
+        return contentOf(dir.file(name));
+    }
+
+    test::TempDir dir;
+    std::map<std::uint32_t, std::uint64_t> places;
+    XXH128_hash_t digest{};
+};
+
+TEST_F(OutputPipelineTest, WritesInTheOrderOfTheCalls) {
+    const std::string text = writeMany("a");
+    std::uint64_t last = 0;
+    for (const auto& [number, offset] : places) {
+        EXPECT_GE(offset, last);
+        last = offset;
+    }
+    EXPECT_EQ(places.size(), 400U - 400 / 7 + 400 / 21);
+}
+
+TEST_F(OutputPipelineTest, SaysWhereEachObjectIs) {
+    const std::string text = writeMany("a");
+    for (const auto& [number, offset] : places) {
+        EXPECT_TRUE(text.substr(offset).starts_with(std::to_string(number) + " 0 obj")) << number;
+    }
+}
+
+TEST_F(OutputPipelineTest, GivesTheSameBytesAndDigestEveryTime) {
+    const std::string first = writeMany("a");
+    const XXH128_hash_t firstDigest = digest;
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_TRUE(writeMany("b") == first);
+        EXPECT_TRUE(XXH128_isEqual(digest, firstDigest));
+    }
+}
+
+TEST_F(OutputPipelineTest, CopiesRangesOfAFile) {
+    const auto file = OutputFile::create(dir.file("out"));
+    const auto input = InputFile::open(dir.write("input", "0123456789"));
+    OutputPipeline pipeline(*file);
+    pipeline.write("<", {});
+    pipeline.copy(input, {{2, 3}, {0, 2}, {9, 1}});
+    pipeline.write(">", {});
+    EXPECT_TRUE(pipeline.finish());
+    EXPECT_TRUE(pipeline.shortened().empty());
+    EXPECT_TRUE(file->commit(false));
+    EXPECT_EQ(contentOf(dir.file("out")), "<234019>");
+}
+
+TEST_F(OutputPipelineTest, MakesUpWhatIsMissingOfAFileThatBecameShorter) {
+    const auto file = OutputFile::create(dir.file("out"));
+    const std::string path = dir.write("input", "0123456789");
+    const auto input = InputFile::open(path);
+    std::filesystem::resize_file(path, 4);
+    OutputPipeline pipeline(*file);
+    pipeline.copy(input, {{2, 6}, {8, 2}});
+    EXPECT_TRUE(pipeline.finish());
+    EXPECT_EQ(pipeline.shortened(), std::vector<std::string>{path});
+    EXPECT_TRUE(file->commit(false));
+    EXPECT_EQ(contentOf(dir.file("out")), std::string("23\0\0\0\0\0\0", 8));
+}
+
+TEST_F(OutputPipelineTest, SaysThatWritingFailed) {
+    const int result = test::inChildProcess([this] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{1000, 1000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 9;
+        const auto file = OutputFile::create(dir.file("out"));
+        OutputPipeline pipeline(*file);
+        for (int i = 0; i < 200; ++i) pipeline.write(std::string(100'000, 'x'), {});
+        if (pipeline.finish()) return 8;
+        return pipeline.finish() ? 7 : 0;
+    });
+    EXPECT_EQ(result, 0);
+}
+
+}  // namespace
+}  // namespace quillon::pdf
