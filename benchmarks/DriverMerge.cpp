@@ -7,7 +7,6 @@
 #include "merge/MergeOwner.h"
 #include "merge/cacheData.h"
 #include "platform/jobs/OperationQueue.h"
-#include "platform/pdf/PDFDocument.h"
 #include "platform/pdf/WriteOptions.h"
 
 #include <QCoreApplication>
@@ -48,8 +47,10 @@ private:
     double seconds_ = 0;
 };
 
-std::vector<std::shared_ptr<cacheData>> makeEntries(const std::vector<DriverEntry>& entries) {
+/// Takes the entries, so that a list of thousands is not in memory twice.
+std::vector<std::shared_ptr<cacheData>> makeEntries(std::vector<DriverEntry> entries) {
     std::vector<std::shared_ptr<cacheData>> result;
+    result.reserve(entries.size());
     for (const auto& entry : entries) {
         auto record = std::make_shared<cacheData>(driverFileUrl(entry.file));
         record->setMergeMethod(entry.mergeMethod);
@@ -67,19 +68,11 @@ long peakKib() {
     return usage.ru_maxrss;
 }
 
-/// Counted in the file, not taken over from the job, so that the report is about what was really written.
-std::int64_t writtenPages(const QUrl& url, const DriverSettings& settings) {
-    const auto document = PDFDocument::initWithURL(url);
-    if (!document) return 0;
-    if (document->isLocked()) document->unlockWithPassword(settings.userEncryptPassword());
-    return document->pageCount();
-}
-
 }  // namespace
 
-DriverReport runDriverMerge(const DriverArguments& arguments, DriverSettings& settings) {
+DriverReport runDriverMerge(DriverArguments arguments, DriverSettings& settings) {
     const QUrl target = driverFileUrl(arguments.target);
-    const auto entries = makeEntries(arguments.entries);
+    const auto entries = makeEntries(std::move(arguments.entries));
     LoopOwner owner;
     const auto merge = std::make_shared<MergeOperation>(entries, target, settings, owner);
     if (arguments.withoutSync) merge->setOutputAttr(QVariantMap{{kWriteWithoutSync, true}});
@@ -95,7 +88,7 @@ DriverReport runDriverMerge(const DriverArguments& arguments, DriverSettings& se
     report.seconds = job->seconds();
     report.warnings = merge->warnings();
     if (report.written) {
-        report.pages = writtenPages(target, settings);
+        report.pages = merge->writtenPages();
         report.bytes = QFileInfo(target.toLocalFile()).size();
     }
     return report;

@@ -26,6 +26,6 @@ struct DriverReport {
 
 /// Runs the merge on a queue of its own while the caller's thread, which must be the main thread of an application,
 /// runs the event loop until the job has ended.
-[[nodiscard]] DriverReport runDriverMerge(const DriverArguments& arguments, DriverSettings& settings);
+[[nodiscard]] DriverReport runDriverMerge(DriverArguments arguments, DriverSettings& settings);
 
 }  // namespace quillon

@@ -32,9 +32,9 @@ QStringList argumentsOf(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     using namespace quillon;
-    const auto parsed = DriverArguments::parse(argumentsOf(argc, argv));
+    auto parsed = DriverArguments::parse(argumentsOf(argc, argv));
     if (const auto* error = std::get_if<QString>(&parsed)) return usageError(*error);
-    const auto& arguments = std::get<DriverArguments>(parsed);
+    auto& arguments = std::get<DriverArguments>(parsed);
     if (arguments.wantsHelp) {
         std::fputs(DriverArguments::usage().toLocal8Bit().constData(), stdout);
         return 0;
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
     }
 
     QCoreApplication application(argc, argv);
-    const DriverReport report = runDriverMerge(arguments, settings);
+    const DriverReport report = runDriverMerge(std::move(arguments), settings);
     for (const auto& warning : report.warnings) std::fprintf(stderr, "%s\n", warning.c_str());
     std::printf("%s\n", report.line().c_str());
     return report.written ? exitWritten : exitNotWritten;

@@ -151,7 +151,8 @@ void MergeOperation::registerAttributes() {
 void MergeOperation::writeOutput() {
     const QVariantMap attributes = outputAttr().value_or(QVariantMap());
     if constexpr (toolkitVersion >= 1038.0) {
-        written_ = pdfDocument_ && pdfDocument_->writeToURL(targetURL(), attributes);
+        const bool written = pdfDocument_ && pdfDocument_->writeToURL(targetURL(), attributes);
+        writtenPages_ = written ? pdfDocument_->writtenPageCount() : 0;
         if (pdfDocument_) warnings_.add(pdfDocument_->warnings());
     } else {
         writePDF(pdfDocument_, attributes);
@@ -438,7 +439,7 @@ void MergeOperation::writePDF(const std::shared_ptr<MyPdfDocument>& document, co
     PDFDocument plain;
     const int count = pageCountOf(document);
     for (int i = 0; i < count; ++i) plain.insertPage(document->pageAtIndex(i), i);
-    written_ = plain.writeToURL(targetURL(), attr);
+    writtenPages_ = plain.writeToURL(targetURL(), attr) ? plain.writtenPageCount() : 0;
     warnings_.add(plain.warnings());
 }
 

@@ -100,7 +100,9 @@ public:
     /// For use after main has returned: what was damaged or missing in the inputs and in the last write, one line each,
     /// every file once; and whether the last write succeeded.
     [[nodiscard]] const std::vector<std::string>& warnings() const noexcept { return warnings_.lines(); }
-    [[nodiscard]] bool written() const noexcept { return written_; }
+    [[nodiscard]] bool written() const noexcept { return writtenPages_ > 0; }
+    /// The pages of the file that was written, 0 when none was. Readable as `written`.
+    [[nodiscard]] int writtenPages() const noexcept { return writtenPages_; }
 
 private:
     struct Leader;
@@ -131,7 +133,7 @@ private:
     MergeSettings& setting_;
     MergeOwner& owner_;
     MergeWarnings warnings_;
-    bool written_ = false;
+    int writtenPages_ = 0;
 
     mutable std::mutex propertyMutex_;  // guards the three properties
     QUrl targetURL_;

@@ -16,10 +16,9 @@ std::string unreadable(const QUrl& url, const char* kind) {
 }  // namespace
 
 void MergeWarnings::noteInput(const cacheData& entry, const PDFDocument* document) {
-    if (!asked_.insert(&entry).second) return;
     if (document != nullptr) {
         add(document->warnings());
-    } else {
+    } else if (missed_.insert(&entry).second) {
         // Not through add: a file that stands in the list twice is missing twice.
         lines_.push_back(unreadable(entry.url(), "PDF"));
     }
@@ -34,7 +33,7 @@ void MergeWarnings::noteFile(const QUrl& url, const PDFDocument* document) {
 }
 
 void MergeWarnings::noteUnreadablePicture(const cacheData& entry) {
-    if (asked_.insert(&entry).second) lines_.push_back(unreadable(entry.url(), "picture"));
+    if (missed_.insert(&entry).second) lines_.push_back(unreadable(entry.url(), "picture"));
 }
 
 void MergeWarnings::add(const std::vector<std::string>& lines) {

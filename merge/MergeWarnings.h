@@ -11,7 +11,7 @@ namespace quillon {
 class PDFDocument;
 class cacheData;
 
-/// What a merge met with that did not stop it, a line each. A file may be opened anew in every round; it is asked and
+/// What a merge met with that did not stop it, a line each. A file may be opened anew in every round; it is
 /// reported once.
 class MergeWarnings {
 public:
@@ -29,7 +29,7 @@ public:
 private:
     std::vector<std::string> lines_;
     std::set<std::string> known_;  // what add has added
-    std::set<const cacheData*> asked_;
+    std::set<const cacheData*> missed_;  // entries whose file could not be read
 };
 
 }  // namespace quillon

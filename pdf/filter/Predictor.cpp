@@ -74,12 +74,15 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
 }
 
 std::string predictUp(std::string_view data, std::size_t rowBytes) {
+    const std::string first(rowBytes, '\0');
+    std::string_view above = first;
     std::string out;
     out.reserve(data.size() + data.size() / rowBytes + 1);
-    for (std::size_t at = 0; at < data.size(); ++at) {
-        if (at % rowBytes == 0) out += '\2';
-        const char above = at >= rowBytes ? data[at - rowBytes] : '\0';
-        out += static_cast<char>(data[at] - above);
+    for (; !data.empty(); data.remove_prefix(above.size())) {
+        const std::string_view row = data.substr(0, rowBytes);
+        out += '\2';
+        for (std::size_t i = 0; i < row.size(); ++i) out += static_cast<char>(row[i] - above[i]);
+        above = row;
     }
     return out;
 }

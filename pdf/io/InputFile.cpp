@@ -24,7 +24,7 @@ std::shared_ptr<InputFile> InputFile::open(const std::string& path) {
     if (!descriptor) return nullptr;
     const auto identity = identify(*descriptor);
     if (!identity) return nullptr;
-    const std::shared_ptr<InputFile> file(new InputFile(path, std::move(descriptor), *identity));
+    auto file = std::make_shared<InputFile>(Passkey(), path, std::move(descriptor), *identity);
     OpenFiles::instance().add(*file);
     return file;
 }
@@ -35,7 +35,7 @@ std::optional<FileIdentity> InputFile::identityOf(const std::string& path) {
     return identityFrom(status);
 }
 
-InputFile::InputFile(std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity)
+InputFile::InputFile(Passkey, std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity)
     : path_(std::move(path)), identity_(identity), descriptor_(std::move(descriptor)) {}
 
 InputFile::~InputFile() {

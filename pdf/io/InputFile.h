@@ -19,7 +19,12 @@ namespace quillon::pdf {
 /// was not read for a while is closed, and opened again, with its identity checked, when it is next read.
 /// Every operation may be called from any thread.
 class InputFile {
+    struct Passkey {};
+
 public:
+    /// Only for open().
+    InputFile(Passkey, std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity);
+
     /// Opens `path` (file system encoding). Null when it does not exist, may not be read, or is no regular file; a FIFO or
     /// a device is recognised without waiting for it.
     [[nodiscard]] static std::shared_ptr<InputFile> open(const std::string& path);
@@ -41,8 +46,6 @@ public:
 
 private:
     friend class OpenFiles;
-    InputFile(std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity);
-
     [[nodiscard]] static std::shared_ptr<Descriptor> openDescriptor(const std::string& path);
     [[nodiscard]] static std::optional<FileIdentity> identify(const Descriptor& descriptor);
 

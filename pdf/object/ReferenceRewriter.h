@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -42,9 +43,14 @@ public:
     /// The same through the parser; always succeeds.
     std::size_t slow(std::string_view text, std::size_t position, std::string& out);
 
-    /// Appends the value `text`, by the fast road if that can be gone.
+    /// Appends `text`, which is a value that was found well-formed, or any text at all, by the fast road if it can be gone.
     void value(std::string_view text, std::string& out) {
-        if (fast(text, 0, out).status != Status::Done) slow(text, 0, out);
+        if (isPlainScalar(text)) {
+            if (!out.empty() && isRegular(out.back()) && isRegular(text.front())) out += ' ';
+            out += text;
+        } else if (fast(text, 0, out).status != Status::Done) {
+            slow(text, 0, out);
+        }
     }
 
 private:
@@ -54,6 +60,11 @@ private:
         std::size_t begin;
     };
 
+    /// A name or a number.
+    static bool isPlainScalar(std::string_view text) noexcept {
+        if (text.empty() || !(text.front() == '/' || isDigit(text.front()))) return false;
+        return std::all_of(text.begin() + 1, text.end(), [](char c) { return isRegular(c); });
+    }
     std::optional<std::size_t> scalar(std::string_view text, std::size_t position, std::string& out);
     void reference(Run& run, std::size_t mark);
     void append(std::uint32_t number, std::string& out);

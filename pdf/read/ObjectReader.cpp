@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/CrossReferenceReader.h"
@@ -49,8 +48,7 @@ bool ObjectReader::recover(std::string_view reason, std::uint32_t object, std::i
         if (!found.trailer.contains(key)) found.trailer.append(key, value);
     }
     table_ = std::move(found);
-    streams_.clear();
-    streamBytes_ = 0;
+    trim();
     offsets_.clear();
     return true;
 }
@@ -89,11 +87,14 @@ std::optional<ObjectText> ObjectReader::findInFile(Reference reference, const Cr
 
 std::optional<ObjectText> ObjectReader::findInStream(std::uint32_t number, const CrossReferenceEntry& entry) {
     if (entry.place > maximumObjectNumber) return std::nullopt;
-    const auto stream = objectStream(static_cast<std::uint32_t>(entry.place));
-    const auto index = stream ? stream->find(number, entry.detail) : std::nullopt;
+    if (entry.place != lastStream_) {
+        lastObjects_ = objectStream(static_cast<std::uint32_t>(entry.place));
+        lastStream_ = static_cast<std::uint32_t>(entry.place);
+    }
+    const auto index = lastObjects_ ? lastObjects_->find(number, entry.detail) : std::nullopt;
     if (!index) return std::nullopt;
     ObjectText object;
-    object.source = {std::shared_ptr<const std::string>(stream, &stream->bytes()), stream->textAt(*index)};
+    object.source = {lastObjects_, lastObjects_->textAt(*index)};
     object.complete = true;
     return object;
 }
@@ -170,17 +171,17 @@ void ObjectReader::makeRoom(std::size_t bytes) {
     }
 }
 
-StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view dictionary, std::uint64_t data) {
+StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data) {
     const std::uint64_t size = file_.file().size();
-    const auto stated = resolve(findValue(dictionary, "Length")).integer();
+    const auto stated = resolve(length).integer();
     if (stated && *stated >= 0 && static_cast<std::uint64_t>(*stated) <= size - std::min(data, size)) {
-        const auto length = static_cast<std::uint64_t>(*stated);
-        if (endsStreamAt(file_, data + length)) return {data, length};
+        const auto bytes = static_cast<std::uint64_t>(*stated);
+        if (endsStreamAt(file_, data + bytes)) return {data, bytes};
     }
-    const std::uint64_t length = searchStreamLength(file_, data, nextObject(data));
-    warnings_.add("the length of the stream is wrong; " + std::to_string(length) + " bytes were found", number,
+    const std::uint64_t bytes = searchStreamLength(file_, data, nextObject(data));
+    warnings_.add("the length of the stream is wrong; " + std::to_string(bytes) + " bytes were found", number,
                   static_cast<std::int64_t>(data));
-    return {data, length};
+    return {data, bytes};
 }
 
 std::uint64_t ObjectReader::nextObject(std::uint64_t offset) {
@@ -202,6 +203,8 @@ bool ObjectReader::charge(std::uint64_t bytes) noexcept {
 
 void ObjectReader::trim() {
     file_.clear();
+    lastStream_ = 0;
+    lastObjects_.reset();
     streams_.clear();
     streamBytes_ = 0;
 }

@@ -60,8 +60,9 @@ public:
     [[nodiscard]] Object resolve(const Object& object);
     [[nodiscard]] Object resolve(std::string_view valueText);
 
-    /// Where the data of a stream is that begins at the file offset `data`, its dictionary being `dictionary`.
-    [[nodiscard]] StreamExtent streamExtent(std::uint32_t number, std::string_view dictionary, std::uint64_t data);
+    /// Where the data of a stream is that begins at the file offset `data`; `length` is the text of its `Length`, empty if
+    /// it has none.
+    [[nodiscard]] StreamExtent streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data);
 
     /// Replaces the cross-reference data by what a scan of the file finds. False when that was done before.
     bool recover(std::string_view reason, std::uint32_t object = 0, std::int64_t offset = -1);
@@ -96,6 +97,8 @@ private:
     CrossReferenceTable table_;
     std::unordered_map<std::uint32_t, CachedStream> streams_;
     std::size_t streamBytes_ = 0;
+    std::uint32_t lastStream_ = 0;  // the one asked for last, and its objects
+    std::shared_ptr<const ObjectStream> lastObjects_;
     std::uint64_t clock_ = 0;
     std::uint64_t decodedBytes_ = 0;
     std::uint64_t charged_ = 0;

@@ -10,7 +10,7 @@ std::shared_ptr<Source> Source::open(const std::string& path) {
     if (auto known = SourceRegistry::instance().find(*identity)) return known;
     auto file = InputFile::open(path);
     if (!file) return nullptr;
-    const std::shared_ptr<Source> source(new Source(std::move(file)));
+    const auto source = std::make_shared<Source>(Passkey(), std::move(file));
     if (!source->load()) return nullptr;
     auto known = SourceRegistry::instance().add(source);
     const SourceAccess access(*known);  // its end decides whether the structure is kept

@@ -16,7 +16,12 @@ class SourceAccess;
 /// object, at the price of a `stat`. Cheap to keep by the thousand: the structure of the file is in memory only for the
 /// sources used last and is read again when asked for. Every operation may be called from any thread.
 class Source : public std::enable_shared_from_this<Source> {
+    struct Passkey {};
+
 public:
+    /// Only for open().
+    Source(Passkey, std::shared_ptr<InputFile> file) : file_(std::move(file)), warnings_(file_->path()) {}
+
     /// Null when the file cannot be read as a PDF.
     [[nodiscard]] static std::shared_ptr<Source> open(const std::string& path);
 
@@ -34,8 +39,6 @@ public:
 
 private:
     friend class SourceAccess;
-    friend class SourceRegistry;
-    explicit Source(std::shared_ptr<InputFile> file) : file_(std::move(file)), warnings_(file_->path()) {}
 
     bool load();
 

@@ -5,6 +5,7 @@
 #include "pdf/object/Characters.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
 
 namespace quillon::pdf {
 
@@ -30,6 +31,17 @@ std::optional<Rectangle> readRectangle(ObjectReader& reader, const Object& objec
                         std::max(value[1], value[3])};
     if (!(box.width() > 0) || !(box.height() > 0)) return std::nullopt;
     return box;
+}
+
+/// The value of `Kids` in a node of the page tree; empty for a page.
+std::string_view kidsOfNode(std::string_view dictionary) {
+    std::string_view kids;
+    DictionaryScanner scanner(dictionary);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        if (keyIs(entry.key, "Type") && entry.value == "/Page") return {};
+        if (keyIs(entry.key, "Kids")) kids = entry.value;
+    }
+    return kids;
 }
 
 }  // namespace
@@ -98,7 +110,7 @@ void SourceDocument::readVersion(const Dictionary* catalog) {
 }
 
 std::size_t SourceDocument::memory() const noexcept {
-    constexpr std::size_t fixed = 1024;
+    constexpr std::size_t fixed = 2048;  // this object and the trailer
     return fixed + reader_.memory() + pages_->memory();
 }
 
@@ -109,14 +121,16 @@ std::string SourceDocument::pageText(const PageTree::Page& page) {
     for (int level = 0; level < mostLevels; ++level) {
         const auto object = reader_.findWhole(reference);
         if (!object) return {};
-        std::string text(object->text().substr(0, skipDictionary(object->text())));
-        if (text.empty()) {
+        std::string text(object->value());
+        std::string_view kids = kidsOfNode(text);
+        if (object->valueEnd == 0) {
             const Object parsed = Parser(object->text()).parse();
-            if (!parsed.dictionary()) return {};
+            text.clear();
             parsed.write(text);
+            kids = kidsOfNode(text);
         }
-        const std::string_view kids = findValue(text, "Kids");
-        if (kids.empty() || findValue(text, "Type") == "/Page") return text;
+        if (skipBlank(text, 0) >= text.size() || text[skipBlank(text, 0)] != '<') return {};
+        if (kids.empty()) return text;
         const Object list = reader_.resolve(kids);
         if (!list.array() || list.array()->empty() || !list.array()->front().reference()) return {};
         reference = *list.array()->front().reference();

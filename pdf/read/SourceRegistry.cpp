@@ -1,5 +1,7 @@
 #include "pdf/read/SourceRegistry.h"
 
+#include <algorithm>
+
 #include "pdf/read/Source.h"
 
 namespace quillon::pdf {
@@ -11,29 +13,39 @@ SourceRegistry& SourceRegistry::instance() {
 
 std::shared_ptr<Source> SourceRegistry::find(const FileIdentity& identity) {
     const std::lock_guard lock(mutex_);
-    const auto found = sources_.find(identity);
-    return found == sources_.end() ? nullptr : found->second.lock();
+    return findLocked(identity);
+}
+
+/// A source takes itself out before it ends, so every pointer leads to one; one that is just ending gives null.
+std::shared_ptr<Source> SourceRegistry::findLocked(const FileIdentity& identity) {
+    const auto [begin, end] = sources_.equal_range(identity.inode);
+    for (auto at = begin; at != end; ++at) {
+        if (at->second->file()->identity() != identity) continue;
+        if (auto source = at->second->weak_from_this().lock()) return source;
+    }
+    return nullptr;
 }
 
 std::shared_ptr<Source> SourceRegistry::add(const std::shared_ptr<Source>& source) {
     const std::lock_guard lock(mutex_);
-    std::weak_ptr<Source>& place = sources_[source->file()->identity()];
-    if (auto earlier = place.lock()) return earlier;
-    place = source;
+    const FileIdentity& identity = source->file()->identity();
+    if (auto earlier = findLocked(identity)) return earlier;
+    sources_.emplace(identity.inode, source.get());
     return source;
 }
 
 void SourceRegistry::remove(Source& source) {
     const std::lock_guard lock(mutex_);
     forget(source);
-    const auto found = sources_.find(source.file()->identity());
-    if (found != sources_.end() && found->second.expired()) sources_.erase(found);
+    const auto [begin, end] = sources_.equal_range(source.file()->identity().inode);
+    const auto own = std::find_if(begin, end, [&](const auto& entry) { return entry.second == &source; });
+    if (own != end) sources_.erase(own);
 }
 
 bool SourceRegistry::keep(const Source& source, std::size_t bytes) {
     const std::lock_guard lock(mutex_);
     forget(source);
-    if (keptBytes_ + bytes > mostKept) return false;
+    if (bytes > source.file()->size() / leastRatio || keptBytes_ + bytes > mostKept) return false;
     kept_[&source] = bytes;
     keptBytes_ += bytes;
     return true;

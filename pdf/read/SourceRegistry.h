@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
@@ -18,6 +18,8 @@ class SourceRegistry {
 public:
     /// Bytes of structure that all sources together keep between uses.
     static constexpr std::size_t mostKept = 4U << 20U;
+    /// The file of a structure that may be kept is larger by this much: a small one is read again quickly.
+    static constexpr std::size_t leastRatio = 8;
 
     [[nodiscard]] static SourceRegistry& instance();
 
@@ -34,10 +36,11 @@ public:
     void drop(const Source& source);
 
 private:
+    std::shared_ptr<Source> findLocked(const FileIdentity& identity);
     void forget(const Source& source);
 
     std::mutex mutex_;
-    std::map<FileIdentity, std::weak_ptr<Source>> sources_;
+    std::unordered_multimap<std::uint64_t, Source*> sources_;  // by inode
     std::unordered_map<const Source*, std::size_t> kept_;
     std::size_t keptBytes_ = 0;
 };

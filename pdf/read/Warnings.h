@@ -13,7 +13,8 @@ public:
     /// More lines than this say nothing new; they are counted, not kept.
     static constexpr std::size_t most = 50;
 
-    explicit Warnings(std::string file) : file_(std::move(file)) {}
+    /// `file` is the name that the lines begin with, and must outlive this.
+    explicit Warnings(const std::string& file) : file_(file) {}
 
     /// `object` 0 and `offset` negative: the line names none.
     void add(std::string_view text, std::uint32_t object = 0, std::int64_t offset = -1);
@@ -21,7 +22,7 @@ public:
     [[nodiscard]] const std::vector<std::string>& lines() const noexcept { return lines_; }
 
 private:
-    std::string file_;
+    const std::string& file_;
     std::vector<std::string> lines_;
 };
 

@@ -21,7 +21,7 @@ struct BlankPage {
 
 /// One page of the document to be written.
 struct OutputPage {
-    std::variant<BlankPage, SourcePage, std::shared_ptr<const PageProducer>> origin;
+    std::variant<SourcePage, std::shared_ptr<const PageProducer>, std::shared_ptr<const BlankPage>> origin;
     bool withContent = true;  ///< false: the content of a source's page stays behind
 };
 

@@ -1,6 +1,7 @@
 #include "pdf/write/ObjectOutput.h"
 
 #include <algorithm>
+#include <array>
 
 #include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
@@ -13,7 +14,9 @@ namespace {
 constexpr std::string_view streamEnd = "\nendstream\nendobj\n";
 
 void appendBigEndian(std::string& out, std::uint64_t value, unsigned bytes) {
-    while (bytes-- > 0) out += static_cast<char>(value >> (8 * bytes));
+    std::array<char, 8> text{};
+    for (unsigned i = 0; i < bytes; ++i) text[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+    out.append(text.data(), bytes);
 }
 
 unsigned bytesFor(std::uint64_t value) {
@@ -99,7 +102,7 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
         return *known;
     }
     if (number == 0) static_cast<void>(reserve());
-    streams_.add(key, own, file.sharedFile(), std::span(&range, 1));
+    streams_.add(key, own, &file.file(), std::span(&range, 1));
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return own;
@@ -110,7 +113,8 @@ std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view ent
     const auto key = streams_.key(entries, *file, ranges);
     if (const auto known = number == 0 ? streams_.find(key, file.get(), ranges) : std::nullopt) return *known;
     if (number == 0) number = reserve();
-    streams_.add(key, number, file, ranges);
+    streams_.add(key, number, file.get(), ranges);
+    if (std::ranges::find(held_, file) == held_.end()) held_.push_back(file);
     beginStream(number, entries, key.length);
     flushChunk();
     pipeline_.copy(file, {ranges.begin(), ranges.end()});
@@ -156,7 +160,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     const std::string rows = crossReferences(width);
     const std::size_t rowBytes = 3 + width;
     std::string deflated;
-    Deflater(6).deflate(predictUp(rows, rowBytes), deflated);
+    Deflater(2).deflate(predictUp(rows, rowBytes), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
                        "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>/Length " +

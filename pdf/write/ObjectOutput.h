@@ -67,6 +67,7 @@ private:
     OutputFile& file_;
     OutputPipeline pipeline_;
     StreamIndex streams_;
+    std::vector<std::shared_ptr<InputFile>> held_;  // files of the index that nobody else may hold
     std::string body_;
     std::vector<Packed> packed_;
     std::string chunk_;

@@ -42,7 +42,9 @@ std::unique_ptr<OutputFile> OutputFile::create(const std::string& target) {
     constexpr mode_t mode = 0666;
     std::string temporary;
     // A file without a name disappears by itself, even when the program is killed.
-    int descriptor = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
+    // To be named later it needs the process's own view of its descriptors.
+    const bool canName = ::access("/proc/self/fd", X_OK) == 0;
+    int descriptor = canName ? ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode) : -1;
     if (descriptor < 0) {
         temporary = temporaryName(folder);
         descriptor = ::open(temporary.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);

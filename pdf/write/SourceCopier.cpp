@@ -1,26 +1,24 @@
 #include "pdf/write/SourceCopier.h"
 
 #include <algorithm>
-#include <functional>
+#include <array>
 
-#include "pdf/object/DictionaryScanner.h"
 #include "pdf/read/StreamText.h"
 
 namespace quillon::pdf {
 
 namespace {
 
-/// Whether `text` begins with a page's dictionary. Asked of objects that are no page of the tree: a page that an update has
-/// removed, for one.
+/// Whether `text` is a page's dictionary. Asked of objects that are no page of the tree: a page that an update has removed,
+/// for one. Nearly every object passes here, so a quick search for the name comes first.
 bool isPageObject(std::string_view text) {
-    // Nearly every object passes here, so a search that skips ahead comes first.
-    static constexpr std::string_view name = "/Page";
-    static const std::boyer_moore_horspool_searcher search(name.begin(), name.end());
-    if (std::search(text.begin(), text.end(), search) == text.end()) return false;
-    return findValue(text, "Type") == name;
+    for (std::size_t at = text.find('P', 1); at != std::string_view::npos; at = text.find('P', at + 1)) {
+        if (text[at - 1] == '/' && text.substr(at, 4) == "Page") return findValue(text, "Type") == "/Page";
+    }
+    return false;
 }
 
-bool oneOf(std::string_view key, const std::vector<std::string_view>& names) {
+bool oneOf(std::string_view key, std::span<const std::string_view> names) {
     return std::ranges::any_of(names, [key](std::string_view name) { return keyIs(key, name); });
 }
 
@@ -92,12 +90,20 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
     std::string entries;
-    writeEntries(dictionary, {"Length"}, entries);
+    std::string_view length;
+    DictionaryScanner scanner(dictionary);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        if (keyIs(entry.key, "Length")) {
+            length = entry.value;
+        } else {
+            writeEntry(entry, entries);
+        }
+    }
     number = openStreams_.back().second;
     openStreams_.pop_back();
     overlay_ = overlay;
     const std::size_t data = object.streamData().value_or(object.valueEnd);
-    StreamExtent extent = reader_.streamExtent(reference.number, dictionary, object.offset + data);
+    StreamExtent extent = reader_.streamExtent(reference.number, length, object.offset + data);
     if (!reader_.charge(extent.length)) {
         reader_.warnings().add("the streams of the file overlap each other; this one is left empty", reference.number,
                                static_cast<std::int64_t>(object.offset));
@@ -106,14 +112,17 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
     return output_.addFileStream(number, entries, reader_.file(), extent);
 }
 
-void SourceCopier::writeEntries(std::string_view dictionary, const std::vector<std::string_view>& dropped, std::string& out) {
+void SourceCopier::writeEntry(const DictionaryScanner::Entry& entry, std::string& out) {
+    out += '/';
+    out += entry.key;
+    rewriter_.value(entry.value, out);
+}
+
+void SourceCopier::writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out) {
     const std::size_t before = out.size();
     DictionaryScanner scanner(dictionary);
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
-        if (oneOf(entry.key, dropped)) continue;
-        out += '/';
-        out += entry.key;
-        rewriter_.value(entry.value, out);
+        if (!oneOf(entry.key, dropped)) writeEntry(entry, out);
     }
     if (scanner.valid()) return;
     out.resize(before);
@@ -185,14 +194,9 @@ bool SourceCopier::copyPage(const PageJob& job) {
         own = duplicateAnnotations(job, text, copies);
         overlay_ = &own;
     }
-    std::vector<std::string_view> dropped{"Type", "Parent"};
-    if (!job.withContent) dropped.emplace_back("Contents");
-    if (!job.keepStructure) dropped.emplace_back("StructParents");
     // The page is put together apart, since resources written for it go into the body as well.
-    std::string page = "<</Type/Page/Parent " + std::to_string(job.parent) + " 0 R";
-    writeEntries(text, dropped, page);
-    writeInherited(job, text, page);
-    page += ">>";
+    std::string page;
+    writePage(job, text, page);
     std::string& body = output_.body();
     const std::size_t begin = body.size();
     body += page;
@@ -202,23 +206,34 @@ bool SourceCopier::copyPage(const PageJob& job) {
     return true;
 }
 
-void SourceCopier::writeInherited(const PageJob& job, std::string_view text, std::string& out) {
-    for (std::size_t i = 0; i < inheritedAttributeNames.size(); ++i) {
-        const auto attribute = static_cast<InheritedAttribute>(i);
-        if (!findValue(text, inheritedAttributeNames[i]).empty()) continue;
-        const std::string_view value = document_.pages().inherited(*job.page, attribute);
-        if (!value.empty() && attribute == InheritedAttribute::Resources && !value.ends_with('R')) {
-            const std::int64_t node = document_.pages().inheritedFrom(*job.page, attribute);
-            out += "/Resources " + std::to_string(inheritedResources(node)) + " 0 R";
-        } else if (!value.empty()) {
-            out += '/';
-            out += inheritedAttributeNames[i];
-            rewriter_.value(value, out);
-        } else if (attribute == InheritedAttribute::MediaBox) {
-            out += "/MediaBox[0 0 612 792]";
-        } else if (attribute == InheritedAttribute::Resources) {
-            out += "/Resources<<>>";
-        }
+void SourceCopier::writePage(const PageJob& job, std::string_view text, std::string& out) {
+    out += "<</Type/Page/Parent " + std::to_string(job.parent) + " 0 R";
+    std::array<bool, inheritedAttributeNames.size()> own{};
+    DictionaryScanner scanner(text);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        if (keyIs(entry.key, "Type") || keyIs(entry.key, "Parent")) continue;
+        if (!job.withContent && keyIs(entry.key, "Contents")) continue;
+        if (!job.keepStructure && keyIs(entry.key, "StructParents")) continue;
+        for (std::size_t i = 0; i < own.size(); ++i) own[i] = own[i] || keyIs(entry.key, inheritedAttributeNames[i]);
+        writeEntry(entry, out);
+    }
+    for (std::size_t i = 0; i < own.size(); ++i) {
+        if (!own[i]) writeInherited(job, static_cast<InheritedAttribute>(i), out);
+    }
+    out += ">>";
+}
+
+void SourceCopier::writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out) {
+    const std::string_view value = document_.pages().inherited(*job.page, attribute);
+    if (!value.empty() && attribute == InheritedAttribute::Resources && !value.ends_with('R')) {
+        const std::int64_t node = document_.pages().inheritedFrom(*job.page, attribute);
+        out += "/Resources " + std::to_string(inheritedResources(node)) + " 0 R";
+    } else if (!value.empty()) {
+        writeEntry({inheritedAttributeNames[static_cast<std::size_t>(attribute)], value}, out);
+    } else if (attribute == InheritedAttribute::MediaBox) {
+        out += "/MediaBox[0 0 612 792]";
+    } else if (attribute == InheritedAttribute::Resources) {
+        out += "/Resources<<>>";
     }
 }
 
@@ -232,11 +247,11 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
     return number;
 }
 
-void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, const std::vector<std::string_view>& dropped) {
+void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped) {
     std::string catalog = "<</Type/Catalog/Pages " + std::to_string(pages) + " 0 R";
     const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
     if (object) {
-        std::vector<std::string_view> left = dropped;
+        std::vector<std::string_view> left(dropped.begin(), dropped.end());
         left.insert(left.end(), {"Type", "Pages"});
         writeEntries(object->text(), left, catalog);
     }

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/ObjectMap.h"
 #include "pdf/object/ReferenceRewriter.h"
 #include "pdf/read/SourceDocument.h"
@@ -45,7 +47,7 @@ public:
     /// cannot be read.
     [[nodiscard]] bool copyPage(const PageJob& job);
     /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped`.
-    void copyCatalog(std::uint32_t number, std::uint32_t pages, const std::vector<std::string_view>& dropped);
+    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped);
     /// Appends the value `text` of the source to `out`, references rewritten.
     void copyValue(std::string_view text, std::string& out);
     /// Copies every plain object that was met and not copied yet.
@@ -73,8 +75,10 @@ private:
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
-    void writeEntries(std::string_view dictionary, const std::vector<std::string_view>& dropped, std::string& out);
-    void writeInherited(const PageJob& job, std::string_view text, std::string& out);
+    void writeEntry(const DictionaryScanner::Entry& entry, std::string& out);
+    void writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out);
+    void writePage(const PageJob& job, std::string_view text, std::string& out);
+    void writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out);
     Overlay duplicateAnnotations(const PageJob& job, std::string_view text, std::vector<Pending>& copies);
     void collectPrivate(const Object& value, Overlay& overlay, std::vector<Pending>& copies, int depth);
     bool isPlain(Reference reference);

@@ -19,7 +19,7 @@ namespace quillon::pdf {
 class SourcePlan {
 public:
     struct Copy {
-        std::size_t outputPage = 0;
+        std::uint32_t outputPage = 0;
         std::uint32_t sourcePage = 0;
         std::uint32_t opening = 0;
         bool first = false;
@@ -28,7 +28,9 @@ public:
     explicit SourcePlan(std::shared_ptr<Source> source) : source_(std::move(source)) {}
 
     /// Adds a copy; to be called in the order of output pages.
-    void add(std::size_t outputPage, const SourcePage& page) { copies_.push_back({outputPage, page.index, page.opening, false}); }
+    void add(std::size_t outputPage, const SourcePage& page) {
+        copies_.push_back({static_cast<std::uint32_t>(outputPage), page.index, page.opening, false});
+    }
     /// Chooses the first copies; to be called when all are added.
     void choose();
 

@@ -49,9 +49,9 @@ std::uint64_t lengthOf(std::span<const FileRange> ranges) {
     return length;
 }
 
-bool sameBytes(InputFile& a, std::span<const FileRange> aRanges, InputFile& b, std::span<const FileRange> bRanges) {
-    RangeReader readerA(a, aRanges);
-    RangeReader readerB(b, bRanges);
+bool sameBytes(InputFile& a, FileRange aRange, InputFile& b, FileRange bRange) {
+    RangeReader readerA(a, std::span(&aRange, 1));
+    RangeReader readerB(b, std::span(&bRange, 1));
     while (true) {
         const std::string_view left = readerA.next(piece);
         if (left != readerB.next(piece)) return false;
@@ -85,14 +85,16 @@ std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile* file, 
     const auto found = known_.find(key.hash.low64);
     if (found == known_.end()) return std::nullopt;
     const Known& known = found->second;
-    if (!XXH128_isEqual(known.key.hash, key.hash) || known.key.length != key.length) return std::nullopt;
-    if (file && known.file && !sameBytes(*file, ranges, *known.file, known.ranges)) return std::nullopt;
+    if (known.highHash != key.hash.high64 || known.length != key.length) return std::nullopt;
+    const bool comparable = file && known.file && ranges.size() == 1;
+    if (comparable && !sameBytes(*file, ranges.front(), *known.file, {known.offset, known.length})) return std::nullopt;
     return known.number;
 }
 
-void StreamIndex::add(const Key& key, std::uint32_t number, const std::shared_ptr<InputFile>& file,
-                      std::span<const FileRange> ranges) {
-    known_.try_emplace(key.hash.low64, Known{key, number, file, {ranges.begin(), ranges.end()}});
+void StreamIndex::add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges) {
+    const bool single = file && ranges.size() == 1;
+    known_.try_emplace(key.hash.low64, Known{key.hash.high64, key.length, single ? file : nullptr,
+                                             single ? ranges.front().offset : 0, number});
 }
 
 }  // namespace quillon::pdf

@@ -31,14 +31,17 @@ public:
 
     /// The number of an equal stream; nothing if there is none.
     [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile* file, std::span<const FileRange> ranges) const;
-    void add(const Key& key, std::uint32_t number, const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges);
+    /// `file` must outlive the index; null for data made in memory.
+    void add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges);
 
 private:
+    // Kept small, since every stream of the file has one. Data in several ranges is known by its hash alone.
     struct Known {
-        Key key;
+        std::uint64_t highHash;
+        std::uint64_t length;
+        InputFile* file;  // null for data made in memory or in several ranges
+        std::uint64_t offset;
         std::uint32_t number;
-        std::shared_ptr<InputFile> file;  // null for data made in memory
-        std::vector<FileRange> ranges;
     };
 
     std::uint64_t seed_;

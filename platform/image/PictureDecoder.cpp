@@ -2,8 +2,6 @@
 
 #include <QPixelFormat>
 
-#include <algorithm>
-
 namespace quillon {
 
 namespace {
@@ -20,6 +18,17 @@ void limitQtsAllocations() {
 qint64 bitsPerPixel(QImage::Format format) {
     constexpr qint64 usualBits = 32;
     return format == QImage::Format_Invalid ? usualBits : QImage::toPixelFormat(format).bitsPerPixel();
+}
+
+// Whether any pixel differs from the last, which is blank if the picture was not decoded to its end.
+bool showsAnything(const QImage& image) {
+    const QRgb blank = image.pixel(image.width() - 1, image.height() - 1);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (((image.pixel(x, y) ^ blank) & RGB_MASK) != 0) return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -52,14 +61,14 @@ QImage PictureDecoder::decodeBeginning() {
     if (!canDecode()) return {};
     QImage image(reader_.size(), reader_.imageFormat());
     if (image.isNull()) return {};
-    image.fill(0);
-    const uchar* const blank = image.constBits();
+    const bool hasWhite = image.format() != QImage::Format_Indexed8 && image.depth() > 1 && !image.hasAlphaChannel();
+    image.fill(hasWhite ? ~0U : 0U);
+    const uchar* const offered = image.constBits();
     if (reader_.read(&image)) return image;
 
     // A decoder that did not fill the memory it was offered leaves unknown bytes behind.
-    if (image.isNull() || image.constBits() != blank) return {};
-    const auto isWritten = [](uchar byte) { return byte != 0; };
-    return std::any_of(blank, blank + image.sizeInBytes(), isWritten) ? image : QImage();
+    if (image.isNull() || image.constBits() != offered) return {};
+    return showsAnything(image) ? image : QImage();
 }
 
 }  // namespace quillon

@@ -68,14 +68,15 @@ std::optional<std::string> paletteMask(const PngHeader& header) {
 // exact equal.
 std::optional<std::string> maskEntry(const PngHeader& header) {
     if (header.transparency.empty()) return std::string();
+    // PDF compares samples as they are stored; readers that widen or narrow them to 8 bits first miss the colour.
+    if (header.bitDepth != 8) return std::nullopt;
     if (header.colorType == ColorType::Palette) return paletteMask(header);
     const auto components = static_cast<std::size_t>(header.components());
     if (header.transparency.size() != 2 * components) return std::string();
     const ByteView samples(header.transparency);
-    const unsigned mostSample = (1U << header.bitDepth) - 1;
     std::string ranges;
     for (std::size_t component = 0; component < components; ++component) {
-        const std::string sample = std::to_string(samples.u16(2 * component) & mostSample);
+        const std::string sample = std::to_string(samples.u16(2 * component) & 0xFF);
         ranges += (component == 0 ? "" : " ") + sample + " " + sample;
     }
     return "/Mask[" + ranges + "]";

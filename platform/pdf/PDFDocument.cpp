@@ -147,6 +147,7 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     plan.sync = !withOptions.value(kWriteWithoutSync).toBool();
     pdf::WriteResult result = pdf::writeDocument(plan, path);
     writeWarnings_ = std::move(result.warnings);
+    if (result.written) writtenPageCount_ = static_cast<int>(result.pages);
     return result.written;
 }
 
@@ -165,7 +166,7 @@ pdf::DocumentPlan PDFDocument::paint() {
         } else if (page.image_) {
             output.origin = std::shared_ptr<const pdf::PageProducer>(page.image_);
         } else {
-            output.origin = blankPageAt(index);
+            output.origin = std::make_shared<const pdf::BlankPage>(blankPageAt(index));
         }
         plan.pages.push_back(std::move(output));
     }

@@ -65,6 +65,9 @@ public:
     /// keyed by the keys of WriteOptions.h. False when there is no page or the target cannot be written.
     bool writeToURL(const QUrl& url, const QVariantMap& withOptions);
 
+    /// The number of pages of the last successful write, 0 before it.
+    [[nodiscard]] int writtenPageCount() const noexcept { return writtenPageCount_; }
+
     /// What was damaged, left out or replaced, in the file that was opened and in the last write: a line each that
     /// names file, object and offset.
     [[nodiscard]] std::vector<std::string> warnings() const;
@@ -84,6 +87,7 @@ private:
     std::shared_ptr<PDFOutline> outlineRoot_;
     bool outlineReplaced_ = false;
     std::vector<std::string> writeWarnings_;
+    int writtenPageCount_ = 0;
 };
 
 }  // namespace quillon

@@ -1,9 +1,16 @@
 #include "tests/support/ExternalReader.h"
 
-#include <QProcess>
-
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
 #include <sstream>
 #include <stdexcept>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace quillon::test {
 namespace {
@@ -33,28 +40,87 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
+/// A file in memory that takes what a program prints.
+class Capture {
+public:
+    Capture() : descriptor_(::memfd_create("capture", MFD_CLOEXEC)) {
+        if (descriptor_ < 0) throw std::runtime_error("no memory file can be made");
+    }
+    Capture(const Capture&) = delete;
+    Capture& operator=(const Capture&) = delete;
+    ~Capture() { ::close(descriptor_); }
+
+    [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
+
+    [[nodiscard]] std::string text() const {
+        const off_t size = ::lseek(descriptor_, 0, SEEK_END);
+        std::string all(static_cast<std::size_t>(size), '\0');
+        const ssize_t got = ::pread(descriptor_, all.data(), all.size(), 0);
+        all.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
+        return all;
+    }
+
+private:
+    int descriptor_;
+};
+
+/// The child, or -1. It reads nothing.
+pid_t spawn(const QString& program, const QStringList& arguments, int output, int errors) {
+    std::vector<std::string> texts{program.toStdString()};
+    for (const QString& argument : arguments) texts.push_back(argument.toStdString());
+    std::vector<char*> argv;
+    for (auto& text : texts) argv.push_back(text.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+    pid_t child = -1;
+    const int failure = ::posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return failure == 0 ? child : -1;
+}
+
+/// False when the time is over first.
+bool waitForEnd(pid_t child, int timeoutSeconds) {
+    const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, child, 0));
+    if (descriptor < 0) throw std::runtime_error("a program that was started cannot be watched");
+    pollfd watched{.fd = descriptor, .events = POLLIN, .revents = 0};
+    int ready = 0;
+    do {
+        ready = ::poll(&watched, 1, timeoutSeconds * 1000);
+    } while (ready < 0 && errno == EINTR);
+    ::close(descriptor);
+    return ready > 0;
+}
+
 QStringList passwordOption(const QString& option, const QString& password) {
     return password.isNull() ? QStringList() : QStringList{option + password};
 }
 
 }  // namespace
 
+// Not QProcess: its vfork makes a thread checker take the state of the child, which shares the memory, for that of this
+// program, and from then on it reports races that are none.
 ProgramResult runProgram(const QString& program, const QStringList& arguments, int timeoutSeconds) {
-    QProcess process;
-    process.start(program, arguments, QIODevice::ReadOnly);
+    const Capture output;
+    const Capture errors;
     ProgramResult result;
-    if (!process.waitForStarted(timeoutSeconds * 1000)) {
-        result.errors = process.errorString().toStdString();
+    const pid_t child = spawn(program, arguments, output.descriptor(), errors.descriptor());
+    if (child < 0) {
+        result.errors = program.toStdString() + " cannot be started";
         return result;
     }
-    const bool ended = process.waitForFinished(timeoutSeconds * 1000);
-    if (!ended) {
-        process.kill();
-        process.waitForFinished();
+    const bool ended = waitForEnd(child, timeoutSeconds);
+    if (!ended) ::kill(child, SIGKILL);
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    result.output = process.readAllStandardOutput().toStdString();
-    result.errors = process.readAllStandardError().toStdString();
-    if (ended && process.exitStatus() == QProcess::NormalExit) result.exitCode = process.exitCode();
+    if (ended && WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
+    result.output = output.text();
+    result.errors = errors.text();
     return result;
 }
 

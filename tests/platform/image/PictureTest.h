@@ -50,4 +50,6 @@ private:
 /// The largest difference of any red, green or blue sample; 256 when the sizes differ.
 [[nodiscard]] int largestDifference(const QImage& one, const QImage& other);
 
+[[nodiscard]] bool contains(const std::string& text, const std::string& part);
+
 }  // namespace quillon::testing

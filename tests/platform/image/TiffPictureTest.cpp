@@ -10,10 +10,6 @@ namespace quillon::testing {
 
 namespace {
 
-bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 class TiffPictureTest : public PictureTest {
 protected:
     using Setup = std::function<void(TIFF*)>;
