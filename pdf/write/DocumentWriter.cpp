@@ -203,9 +203,10 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
 void DocumentWriter::writeMadePages() {
     for (std::size_t i = 0; i < plan_.pages.size(); ++i) {
         if (const auto* blank = std::get_if<std::shared_ptr<const BlankPage>>(&plan_.pages[i].origin)) {
+            const BlankPage page = *blank ? **blank : BlankPage();
             std::string entries = "/Resources<<>>";
-            appendBox(entries, (*blank)->mediaBox);
-            if ((*blank)->rotation != 0) entries += "/Rotate " + std::to_string((*blank)->rotation);
+            appendBox(entries, page.mediaBox);
+            if (page.rotation != 0) entries += "/Rotate " + std::to_string(page.rotation);
             writeMadePage(i, std::move(entries));
         } else if (const auto* maker = std::get_if<std::shared_ptr<const PageProducer>>(&plan_.pages[i].origin)) {
             std::optional<std::string> entries = (*maker)->produce(*output_);
