@@ -124,7 +124,8 @@ std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view ent
     beginStream(number, entries, key.length);
     flushChunk();
     pipeline_.copy(file, {ranges.begin(), ranges.end()});
-    chunk_ += streamEnd;
+    // Not left in the chunk, since an object stream may be written before that.
+    pipeline_.write(std::string(streamEnd), {});
     return number;
 }
 

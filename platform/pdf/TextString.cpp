@@ -16,6 +16,10 @@ constexpr std::array<char16_t, 33> from80 = {0x2022, 0x2020, 0x2021, 0x2026, 0x2
                                              0x2122, 0xFB01, 0xFB02, 0x0141, 0x0152, 0x0160, 0x0178, 0x017D, 0x0131,
                                              0x0142, 0x0153, 0x0161, 0x017E, 0,      0x20AC};
 
+constexpr std::string_view utf16Mark = "\xFE\xFF";
+constexpr std::string_view swappedUtf16Mark = "\xFF\xFE";
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
 char16_t decodeByte(unsigned char byte) {
     if (byte >= 0x18 && byte < 0x20) return from18[byte - 0x18U];
     if (byte >= 0x80 && byte <= 0xA0) return from80[byte - 0x80U];
@@ -39,16 +43,18 @@ int encodeCharacter(char16_t character) {
 
 std::string toTextString(const QString& text) {
     std::string bytes;
+    bool fits = true;
     for (const QChar character : text) {
         const int byte = encodeCharacter(character.unicode());
-        if (byte < 0) {
-            QStringEncoder encoder(QStringConverter::Utf16BE);
-            const QByteArray encoded = encoder.encode(text);
-            return "\xFE\xFF" + encoded.toStdString();
-        }
+        fits = fits && byte >= 0;
         bytes += static_cast<char>(byte);
     }
-    return bytes;
+    // Text that begins with the characters of a mark would be taken for what the mark announces.
+    for (const std::string_view mark : {utf16Mark, swappedUtf16Mark, utf8Mark}) fits = fits && !bytes.starts_with(mark);
+    if (fits) return bytes;
+    QStringEncoder encoder(QStringConverter::Utf16BE);
+    const QByteArray encoded = encoder.encode(text);
+    return std::string(utf16Mark) + encoded.toStdString();
 }
 
 QString fromTextString(std::string_view bytes) {
@@ -57,9 +63,9 @@ QString fromTextString(std::string_view bytes) {
         const QString text = decoder.decode(QByteArrayView(bytes.data() + mark, static_cast<qsizetype>(bytes.size() - mark)));
         return text;
     };
-    if (bytes.starts_with("\xFE\xFF")) return decode(QStringConverter::Utf16BE, 2);
-    if (bytes.starts_with("\xFF\xFE")) return decode(QStringConverter::Utf16LE, 2);
-    if (bytes.starts_with("\xEF\xBB\xBF")) return decode(QStringConverter::Utf8, 3);
+    if (bytes.starts_with(utf16Mark)) return decode(QStringConverter::Utf16BE, 2);
+    if (bytes.starts_with(swappedUtf16Mark)) return decode(QStringConverter::Utf16LE, 2);
+    if (bytes.starts_with(utf8Mark)) return decode(QStringConverter::Utf8, 3);
     QString text;
     for (const char byte : bytes) {
         if (const char16_t character = decodeByte(static_cast<unsigned char>(byte)); character != 0) text += QChar(character);

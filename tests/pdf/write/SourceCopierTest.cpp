@@ -176,7 +176,7 @@ TEST_F(Copying, APageTakenTwiceIsTwoPagesWithAnnotationsOfTheirOwn) {
 TEST_F(Copying, APageTakenTwiceHasItsContentOnce) {
     const JudgedPdf pdf(writePages(open(commented()), {0, 0}));
     const auto contents = [&](qsizetype page) {
-        return pdf.dictionary(pdf.pages()[page])[QStringLiteral("/Contents")];
+        return pdf.dictionary(pdf.pages()[page]).value(QStringLiteral("/Contents"));
     };
     EXPECT_NE(pdf.pages()[0], pdf.pages()[1]);
     EXPECT_EQ(contents(0), contents(1));
@@ -279,7 +279,6 @@ TEST_F(Copying, AChainOfStreamsDoesNotExhaustTheStack) {
     raw.catalogOf({3}).page(3, "one", bare + "/Private 10 0 R");
     for (int i = 0; i < length; ++i) raw.stream(10 + i, "/Next " + std::to_string(11 + i) + " 0 R", std::to_string(i));
     const std::string path = writePages(open(raw.table().bytes()), {0});
-    EXPECT_EQ(JudgedPdf(path).having(text("/Length"), {}).size(), 0);
     EXPECT_GT(JudgedPdf(path).objectCount(), length);
 }
 
@@ -313,7 +312,7 @@ TEST_F(Copying, MalformedObjectsAreWrittenWellFormed) {
     raw.catalogOf({3}).page(3, "one", bare + "/P1 10 0 R/P2 11 0 R/P3 12 0 R/P4 13 0 R/P5 14 0 R");
     raw.object(10, "<</A[1 2/B 3")
         .object(11, "(never closed")
-        .object(12, "<</A>>")
+        .object(12, "<</A 1 2/B 3>")
         .object(13, "]]>>")
         .object(14, "% nothing");
     (void)writePages(open(raw.table().bytes()), {0});

@@ -28,7 +28,7 @@ protected:
 TEST_F(SourcePlanTest, ThereIsOnePlanForEachSourceInTheOrderOfPages) {
     DocumentPlan plan;
     add(plan, pagesOf(b, {0}));
-    plan.pages.emplace_back();  // a blank page belongs to none
+    plan.pages.emplace_back().origin = std::make_shared<const BlankPage>();  // belongs to no source
     add(plan, pagesOf(a, {1, 2}));
     add(plan, pagesOf(b, {2}));
     const auto plans = SourcePlan::of(plan);

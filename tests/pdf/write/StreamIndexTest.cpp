@@ -31,7 +31,7 @@ TEST(StreamIndex, DataInMemoryAndInAFileAreEqual) {
     const auto file = InputFile::open(dir.write("a", "xxdatayy"));
     const Ranges ranges{{2, 2}, {4, 2}};
     StreamIndex index;
-    index.add(index.key("/A", *file, ranges), 3, file, ranges);
+    index.add(index.key("/A", *file, ranges), 3, file.get(), ranges);
     EXPECT_EQ(index.find(index.key("/A", "data"), nullptr, {}), 3U);
 }
 
@@ -43,7 +43,7 @@ TEST(StreamIndex, EqualBytesOfDifferentFilesAreFoundHoweverTheyAreCut) {
     const Ranges inA{{0, 700'000}};
     const Ranges inB{{2, 300'001}, {300'003, 399'999}};
     StreamIndex index;
-    index.add(index.key("/A", *a, inA), 3, a, inA);
+    index.add(index.key("/A", *a, inA), 3, a.get(), inA);
     EXPECT_EQ(index.find(index.key("/A", *b, inB), b.get(), inB), 3U);
 }
 
@@ -53,7 +53,7 @@ TEST(StreamIndex, BytesThatHaveChangedSinceAreNotTakenForEqual) {
     const auto b = InputFile::open(dir.write("b", "data"));
     const Ranges ranges{{0, 4}};
     StreamIndex index;
-    index.add(index.key("/A", *a, ranges), 3, a, ranges);
+    index.add(index.key("/A", *a, ranges), 3, a.get(), ranges);
     std::filesystem::resize_file(dir.file("a"), 2);
     EXPECT_FALSE(index.find(index.key("/A", *b, ranges), b.get(), ranges));
 }
