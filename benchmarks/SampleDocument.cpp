@@ -16,8 +16,8 @@ std::string number(std::size_t value) {
 std::string tree(std::size_t pages) {
     std::string kids;
     for (std::size_t i = 0; i < pages; ++i) kids += number(firstPage + 2 * i) + " 0 R ";
-    return "<</Type/Pages/Count " + number(pages) + "/MediaBox[0 0 420 595]/Resources<</Font<</F 3 0 R>>>>/Kids[" + kids +
-           "]>>";
+    return "<</Type/Pages/Count " + number(pages) + "/MediaBox[0 0 420 595]/Resources<</Font<</F 3 0 R>>>>/Kids[" +
+           kids + "]>>";
 }
 
 std::string tableLine(std::size_t offset) {

@@ -37,8 +37,8 @@ bool writePicture(const QString& path) {
     return picture.save(path, "JPEG");
 }
 
-/// A pile of three sheets went through a scanner that reads one side: first the fronts, then, turned over as a whole, the
-/// backs, so the last back comes first.
+/// A pile of three sheets went through a scanner that reads one side: first the fronts, then, turned over as a whole,
+/// the backs, so the last back comes first.
 bool makeSamples(const QDir& folder) {
     SampleDocument fronts;
     fronts.sheet("Front: page 1", yellowed).sheet("Front: page 3", yellowed).sheet("Front: page 5", yellowed);

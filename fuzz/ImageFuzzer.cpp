@@ -1,5 +1,5 @@
-// Whatever bytes a file holds: taking it for a picture, and making a page of it, neither crashes nor hangs, and a picture has
-// a size that a page can have.
+// Whatever bytes a file holds: taking it for a picture, and making a page of it, neither crashes nor hangs, and a
+// picture has a size that a page can have.
 
 #include "fuzz/MemoryFile.h"
 #include "pdf/write/ObjectSink.h"

@@ -1,5 +1,5 @@
-// Whatever bytes a file holds: opening it, and copying all its pages into a new file, neither crashes nor hangs, and the new
-// file opens with the pages that were said to be in it.
+// Whatever bytes a file holds: opening it, and copying all its pages into a new file, neither crashes nor hangs, and
+// the new file opens with the pages that were said to be in it.
 
 #include "fuzz/MemoryFile.h"
 #include "fuzz/ScratchFolder.h"

@@ -1,5 +1,5 @@
-// Whatever stands in a range text: it comes to its end, and every page that it names lies inside the document, but for the
-// -1 that stands for none.
+// Whatever stands in a range text: it comes to its end, and every page that it names lies inside the document, but for
+// the -1 that stands for none.
 
 #include "merge/RangeResolver.h"
 

@@ -8,7 +8,8 @@ namespace quillon::fuzz {
 ScratchFolder::ScratchFolder() {
     const std::filesystem::path memory = "/dev/shm";
     std::error_code error;
-    const auto base = std::filesystem::is_directory(memory, error) ? memory : std::filesystem::temp_directory_path(error);
+    const auto base =
+        std::filesystem::is_directory(memory, error) ? memory : std::filesystem::temp_directory_path(error);
     path_ = (base / "quillon-fuzz-XXXXXX").string();
     if (!::mkdtemp(path_.data())) std::_Exit(EXIT_FAILURE);
 }

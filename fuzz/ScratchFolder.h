@@ -4,8 +4,8 @@
 
 namespace quillon::fuzz {
 
-/// A folder of this process for files to be written, in memory where the system has such a place. It is removed with its
-/// files when the object ends.
+/// A folder of this process for files to be written, in memory where the system has such a place. It is removed with
+/// its files when the object ends.
 class ScratchFolder {
 public:
     /// Ends the program when no folder can be made.
