@@ -20,3 +20,7 @@ if(QUILLON_COVERAGE)
   target_compile_options(quillon_options INTERFACE --coverage)
   target_link_options(quillon_options INTERFACE --coverage)
 endif()
+if(QUILLON_FUZZ)
+  # All code reports to the fuzzer which of its branches an input takes; only the targets themselves link its main function.
+  target_compile_options(quillon_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

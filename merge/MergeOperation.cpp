@@ -14,6 +14,7 @@
 #include "platform/jobs/MainThread.h"
 #include "platform/pdf/DocumentAttributes.h"
 #include "platform/pdf/PDFDestination.h"
+#include "platform/pdf/DocumentPreloader.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/WriteOptions.h"
 
@@ -72,6 +73,14 @@ struct Selection {
     }
 };
 
+/// The files of the PDF entries at their places in the list; pictures leave theirs empty.
+std::vector<QUrl> documentsToOpen(const std::vector<std::shared_ptr<cacheData>>& cache) {
+    std::vector<QUrl> urls;
+    urls.reserve(cache.size());
+    for (const auto& entry : cache) urls.push_back(entry->isImage() ? QUrl() : entry->url());
+    return urls;
+}
+
 }  // namespace
 
 /// The entry that the rounds of an interleaving start with.
@@ -105,8 +114,10 @@ void MergeOperation::main() {
 }
 
 void MergeOperation::collectPages() {
+    DocumentPreloader preloader(documentsToOpen(cache_));
     std::size_t i = 0;
     while (i < cache_.size() && !isCancelled()) {
+        preloader.reached(i);
         const cacheData& entry = *cache_[i];
         ++i;
         switch (entry.mergeMethod()) {

@@ -72,6 +72,10 @@ std::optional<std::string> inflate(std::string_view data, std::size_t limit) {
     return inflateDamaged(data, limit);
 }
 
+std::uint32_t checksum(std::string_view data) noexcept {
+    return libdeflate_crc32(0, data.data(), data.size());
+}
+
 Deflater::Deflater(int level) : compressor_(libdeflate_alloc_compressor(level)) {
     if (!compressor_) throw std::bad_alloc();
 }

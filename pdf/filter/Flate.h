@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,9 @@ namespace quillon::pdf {
 /// Inflates zlib data (FlateDecode). Damaged or broken-off data gives what comes before the damage. Nothing when more than
 /// `limit` bytes would come out.
 [[nodiscard]] std::optional<std::string> inflate(std::string_view data, std::size_t limit);
+
+/// The CRC-32 of `data`.
+[[nodiscard]] std::uint32_t checksum(std::string_view data) noexcept;
 
 /// Deflates for FlateDecode. Keeps its working memory from call to call; not thread-safe.
 class Deflater {

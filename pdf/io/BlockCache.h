@@ -21,7 +21,7 @@ struct OwnedText {
 /// Not thread-safe.
 class BlockCache {
 public:
-    static constexpr std::size_t blockSize = 32 * 1024;
+    static constexpr std::size_t blockSize = 16 * 1024;
     static constexpr std::size_t mostBlocks = 64;
 
     explicit BlockCache(std::shared_ptr<InputFile> file) : file_(std::move(file)) {}

@@ -1,5 +1,7 @@
 #include "pdf/object/ValueSkipper.h"
 
+#include <array>
+
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
@@ -45,6 +47,37 @@ std::optional<std::size_t> skipScalar(std::string_view text, std::size_t at) noe
     }
 }
 
+constexpr auto bracketStops = [] {
+    std::array<bool, 256> stops{};
+    for (const char c : std::string_view("(<>[]%")) stops[static_cast<unsigned char>(c)] = true;
+    return stops;
+}();
+
+/// Behind an array or dictionary. What stands between brackets, strings and comments is passed over unseen.
+std::optional<std::size_t> skipBracketed(std::string_view text, std::size_t at) noexcept {
+    BracketStack open;
+    do {
+        while (at < text.size() && !bracketStops[static_cast<unsigned char>(text[at])]) ++at;
+        if (at >= text.size()) return std::nullopt;
+        const char c = text[at];
+        const bool doubled = at + 1 < text.size() && text[at + 1] == c;
+        if (c == '%') {
+            at = skipBlank(text, at);
+        } else if (c == '[' || (c == '<' && doubled)) {
+            if (!open.push(c)) return std::nullopt;
+            at += c == '[' ? 1U : 2U;
+        } else if (c == ']' || (c == '>' && doubled)) {
+            if (!open.pop(c == ']' ? '[' : '<')) return std::nullopt;
+            at += c == ']' ? 1U : 2U;
+        } else {
+            const auto end = skipScalar(text, at);
+            if (!end) return std::nullopt;
+            at = *end;
+        }
+    } while (!open.empty());
+    return at;
+}
+
 }  // namespace
 
 std::size_t skipBlank(std::string_view text, std::size_t position) noexcept {
@@ -71,26 +104,10 @@ std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t 
 }
 
 std::optional<std::size_t> skipValue(std::string_view text, std::size_t position) noexcept {
-    BracketStack open;
-    std::size_t at = position;
-    do {
-        at = skipBlank(text, at);
-        if (at >= text.size()) return std::nullopt;
-        const bool doubled = at + 1 < text.size() && text[at + 1] == text[at];
-        if (text[at] == '[' || (text[at] == '<' && doubled)) {
-            if (!open.push(text[at])) return std::nullopt;
-            at += text[at] == '[' ? 1U : 2U;
-        } else if (text[at] == ']' || (text[at] == '>' && doubled)) {
-            const bool square = text[at] == ']';
-            if (!open.pop(square ? '[' : '<')) return std::nullopt;
-            at += square ? 1U : 2U;
-        } else {
-            const auto end = skipScalar(text, at);
-            if (!end) return std::nullopt;
-            at = *end;
-        }
-    } while (!open.empty());
-    return at;
+    position = skipBlank(text, position);
+    if (position >= text.size()) return std::nullopt;
+    const bool bracket = text[position] == '[' || text.substr(position, 2) == "<<";
+    return bracket ? skipBracketed(text, position) : skipScalar(text, position);
 }
 
 }  // namespace quillon::pdf

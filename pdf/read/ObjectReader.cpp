@@ -1,6 +1,7 @@
 #include "pdf/read/ObjectReader.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
@@ -13,7 +14,7 @@ namespace quillon::pdf {
 
 namespace {
 
-constexpr std::size_t streamCacheBytes = 24U << 20U;
+constexpr std::size_t streamCacheBytes = 8U << 20U;
 
 std::optional<std::uint64_t> findHeader(BlockCache& file) {
     constexpr std::size_t searched = 1024;
@@ -134,7 +135,8 @@ std::shared_ptr<const ObjectStream> ObjectReader::objectStream(std::uint32_t num
         return found->second.objects;
     }
     streams_[number] = {nullptr, ++clock_};  // a stream that describes itself by its own objects ends here
-    auto objects = readObjectStream(number);
+    auto objects = prefetcher_ ? prefetcher_->take(file_.file(), number) : nullptr;
+    if (!objects) objects = readObjectStream(number);
     const std::size_t bytes = objects ? objects->bytes().size() : 0;
     makeRoom(bytes);
     streamBytes_ += bytes;
@@ -199,6 +201,21 @@ bool ObjectReader::charge(std::uint64_t bytes) noexcept {
     constexpr std::uint64_t margin = 16U << 20U;
     charged_ += bytes;
     return charged_ <= 4 * (file_.file().size() + decodedBytes_) + margin;
+}
+
+std::vector<ObjectStreamPrefetcher::Wanted> ObjectReader::objectStreams() const {
+    std::vector<ObjectStreamPrefetcher::Wanted> wanted;
+    std::unordered_set<std::uint32_t> seen;
+    std::uint64_t last = 0;
+    table_.entries.forEach([&](std::uint32_t, const CrossReferenceEntry& entry) {
+        if (entry.kind != CrossReferenceEntry::Kind::InObjectStream || entry.place == last) return;
+        last = entry.place;
+        const auto number = static_cast<std::uint32_t>(std::min(entry.place, maximumObjectNumber));
+        const CrossReferenceEntry stream = table_.entries.get(number);
+        if (stream.kind != CrossReferenceEntry::Kind::InFile || !seen.insert(number).second) return;
+        wanted.push_back({number, stream.place});
+    });
+    return wanted;
 }
 
 void ObjectReader::trim() {

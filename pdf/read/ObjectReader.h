@@ -11,6 +11,7 @@
 #include "pdf/object/Object.h"
 #include "pdf/read/CrossReferenceTable.h"
 #include "pdf/read/ObjectStream.h"
+#include "pdf/read/ObjectStreamPrefetcher.h"
 #include "pdf/read/Warnings.h"
 
 namespace quillon::pdf {
@@ -71,6 +72,11 @@ public:
     /// objects that overlap each other to blow up the output.
     [[nodiscard]] bool charge(std::uint64_t bytes) noexcept;
 
+    /// The object streams of the file, in the order in which their objects are numbered.
+    [[nodiscard]] std::vector<ObjectStreamPrefetcher::Wanted> objectStreams() const;
+    /// Takes object streams from `prefetcher` where it has them; null: from the file alone. It must outlive its use.
+    void setPrefetcher(ObjectStreamPrefetcher* prefetcher) noexcept { prefetcher_ = prefetcher; }
+
     /// Frees the blocks and object streams that were read.
     void trim();
     /// Bytes held besides those.
@@ -100,6 +106,7 @@ private:
     std::uint32_t lastStream_ = 0;  // the one asked for last, and its objects
     std::shared_ptr<const ObjectStream> lastObjects_;
     std::uint64_t clock_ = 0;
+    ObjectStreamPrefetcher* prefetcher_ = nullptr;
     std::uint64_t decodedBytes_ = 0;
     std::uint64_t charged_ = 0;
     std::vector<std::uint64_t> offsets_;  // of the objects, in order; made when a stream's length must be searched

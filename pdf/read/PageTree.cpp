@@ -106,6 +106,7 @@ void PageTree::enter(ObjectReader& reader, std::string_view text, std::uint32_t 
 void PageTree::visit(ObjectReader& reader, const Object& kid, bool trustCounts, std::vector<Level>& levels) {
     const std::uint32_t node = levels.back().node;
     const Reference* reference = kid.reference();
+    if (reference && reference->number == 0) reference = nullptr;  // no object has this number
     if (levels.back().trusted && reference && reader.table().entries.get(reference->number).place != 0) {
         pages_.push_back({reference->number, reference->generation, node, 0});
         return;

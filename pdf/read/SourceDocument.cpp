@@ -85,7 +85,9 @@ bool SourceDocument::readTree() {
 bool SourceDocument::collectPages() {
     std::vector<Reference> found;
     reader_.table().entries.forEach([&](std::uint32_t number, const CrossReferenceEntry& entry) {
-        if (entry.kind == CrossReferenceEntry::Kind::Unknown || entry.kind == CrossReferenceEntry::Kind::Free) return;
+        // Number 0 heads the list of free objects and can be none.
+        if (number == 0 || entry.kind == CrossReferenceEntry::Kind::Unknown) return;
+        if (entry.kind == CrossReferenceEntry::Kind::Free) return;
         const std::uint32_t generation = entry.kind == CrossReferenceEntry::Kind::InFile ? entry.detail : 0;
         const auto object = reader_.find({number, generation});
         if (object && findValue(object->text(), "Type") == "/Page") found.push_back({number, generation});

@@ -15,6 +15,7 @@ public:
 
     /// `file` is the name that the lines begin with, and must outlive this.
     explicit Warnings(const std::string& file) : file_(file) {}
+    explicit Warnings(std::string&& file) = delete;
 
     /// `object` 0 and `offset` negative: the line names none.
     void add(std::string_view text, std::uint32_t object = 0, std::int64_t offset = -1);

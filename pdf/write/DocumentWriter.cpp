@@ -40,7 +40,8 @@ private:
     using OpeningOverlays = std::unordered_map<std::uint32_t, SourceCopier::Overlay>;
 
     void writeHeader();
-    void copySource(const SourcePlan& source);
+    static void announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
+    void copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
     void copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
     void copyBase(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
@@ -67,7 +68,15 @@ bool DocumentWriter::write(WriteResult& result) {
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
     tree_ = &tree;
-    for (const SourcePlan& source : sources_) copySource(source);
+    {
+        // While one source is copied, the object streams of the next are inflated.
+        ObjectStreamPrefetcher prefetcher;
+        for (std::size_t i = 0; i < sources_.size(); ++i) {
+            if (i == 0) announce(sources_[0], prefetcher);
+            if (i + 1 < sources_.size()) announce(sources_[i + 1], prefetcher);
+            copySource(sources_[i], prefetcher);
+        }
+    }
     writeMadePages();
     if (information_ == 0) writeInformation(nullptr, nullptr);
     result.pages = tree.write();
@@ -95,7 +104,13 @@ void DocumentWriter::writeHeader() {
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
 }
 
-void DocumentWriter::copySource(const SourcePlan& source) {
+void DocumentWriter::announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
+    const SourceAccess access(*source.source());
+    if (!access.document() || access.document()->isEncrypted()) return;
+    prefetcher.expect(source.source()->file(), access.document()->reader().objectStreams());
+}
+
+void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
     SourceAccess access(*source.source());
     SourceDocument* document = access.document();
     if (!document || document->isEncrypted()) {
@@ -104,10 +119,12 @@ void DocumentWriter::copySource(const SourcePlan& source) {
         }
         return;
     }
+    document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_);
     copyPages(source, *document, copier);
     if (source.source() == plan_.base) copyBase(source, *document, copier);
     copier.drain();
+    prefetcher.forget(*source.source()->file());
     access.release();
 }
 
@@ -186,9 +203,10 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
 void DocumentWriter::writeMadePages() {
     for (std::size_t i = 0; i < plan_.pages.size(); ++i) {
         if (const auto* blank = std::get_if<std::shared_ptr<const BlankPage>>(&plan_.pages[i].origin)) {
+            const BlankPage page = *blank ? **blank : BlankPage();
             std::string entries = "/Resources<<>>";
-            appendBox(entries, (*blank)->mediaBox);
-            if ((*blank)->rotation != 0) entries += "/Rotate " + std::to_string((*blank)->rotation);
+            appendBox(entries, page.mediaBox);
+            if (page.rotation != 0) entries += "/Rotate " + std::to_string(page.rotation);
             writeMadePage(i, std::move(entries));
         } else if (const auto* maker = std::get_if<std::shared_ptr<const PageProducer>>(&plan_.pages[i].origin)) {
             std::optional<std::string> entries = (*maker)->produce(*output_);

@@ -21,7 +21,8 @@ struct BlankPage {
 
 /// One page of the document to be written.
 struct OutputPage {
-    std::variant<SourcePage, std::shared_ptr<const PageProducer>, std::shared_ptr<const BlankPage>> origin;
+    /// Null where there is no blank page: one of the usual size.
+    std::variant<std::shared_ptr<const BlankPage>, SourcePage, std::shared_ptr<const PageProducer>> origin;
     bool withContent = true;  ///< false: the content of a source's page stays behind
 };
 

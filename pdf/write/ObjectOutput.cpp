@@ -37,7 +37,9 @@ std::string idText(std::string_view firstId, XXH128_hash_t digest) {
 
 }  // namespace
 
-ObjectOutput::ObjectOutput(OutputFile& file) : file_(file), pipeline_(file) {}
+ObjectOutput::ObjectOutput(OutputFile& file) : file_(file), pipeline_(file) {
+    beginBody();
+}
 
 std::uint32_t ObjectOutput::reserve() {
     places_.push_back(0);
@@ -45,7 +47,7 @@ std::uint32_t ObjectOutput::reserve() {
 }
 
 void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
-    packed_.push_back({number, begin});
+    packed_.push_back({number, begin - indexRoom});
     body_ += '\n';
     if (packed_.size() == bodyObjects || body_.size() >= bodyBytes) flushBody();
 }
@@ -58,13 +60,16 @@ void ObjectOutput::flushBody() {
         index += std::to_string(packed_[i].number) + ' ' + std::to_string(packed_[i].offset) + ' ';
         places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;
     }
-    std::string whole = pipeline_.buffer();
-    whole += index;
-    whole += body_;
+    body_.replace(0, index.size(), index);
     pipeline_.writeDeflated(
-        stream, "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(index.size()), std::move(whole));
-    body_.clear();
+        stream, "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom), std::move(body_));
+    body_ = pipeline_.buffer();
+    beginBody();
     packed_.clear();
+}
+
+void ObjectOutput::beginBody() {
+    body_.assign(indexRoom, ' ');
 }
 
 void ObjectOutput::flushChunk() {
@@ -95,8 +100,9 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     const std::size_t begin = chunk_.size();
     file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
     chunk_.resize(begin + static_cast<std::size_t>(extent.length));
-    const auto key = streams_.key(entries, std::string_view(chunk_).substr(begin));
-    if (const auto known = number == 0 ? streams_.find(key, &file.file(), std::span(&range, 1)) : std::nullopt) {
+    const std::string_view data = std::string_view(chunk_).substr(begin);
+    const auto key = streams_.key(entries, data);
+    if (const auto known = number == 0 ? streams_.find(key, data) : std::nullopt) {
         chunk_.resize(before);
         chunkObjects_.pop_back();
         return *known;
@@ -111,7 +117,7 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
 std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
                                       std::span<const FileRange> ranges) {
     const auto key = streams_.key(entries, *file, ranges);
-    if (const auto known = number == 0 ? streams_.find(key, file.get(), ranges) : std::nullopt) return *known;
+    if (const auto known = number == 0 ? streams_.find(key, *file, ranges) : std::nullopt) return *known;
     if (number == 0) number = reserve();
     streams_.add(key, number, file.get(), ranges);
     if (std::ranges::find(held_, file) == held_.end()) held_.push_back(file);
@@ -134,7 +140,7 @@ std::uint32_t ObjectOutput::addObject(std::string_view value) {
 std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const char> data) {
     const std::string_view bytes(data.data(), data.size());
     const auto key = streams_.key(entries, bytes);
-    if (const auto known = streams_.find(key, nullptr, {})) return *known;
+    if (const auto known = streams_.find(key, bytes)) return *known;
     const std::uint32_t number = reserve();
     streams_.add(key, number, nullptr, {});
     beginStream(number, entries, data.size());
@@ -161,7 +167,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     const std::string rows = crossReferences(width);
     const std::size_t rowBytes = 3 + width;
     std::string deflated;
-    Deflater(2).deflate(predictUp(rows, rowBytes), deflated);
+    Deflater(1).deflate(predictUp(rows, rowBytes), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
                        "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>/Length " +

@@ -51,6 +51,7 @@ private:
         std::size_t offset;
     };
 
+    void beginBody();
     void flushBody();
     void flushChunk();
     void beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length);
@@ -60,6 +61,9 @@ private:
 
     static constexpr std::size_t bodyObjects = 200;
     static constexpr std::size_t bodyBytes = 64 * 1024;
+    // The index of an object stream is written in front of the objects when all are there: at most two numbers of ten
+    // digits each. What it does not need stays blank, and deflates to nothing.
+    static constexpr std::size_t indexRoom = bodyObjects * 22;
     static constexpr std::size_t chunkBytes = 256 * 1024;
     // Data longer than this is not held in memory but copied when its turn comes.
     static constexpr std::uint64_t largeStream = 1U << 20U;

@@ -49,12 +49,15 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
     std::unique_lock lock(mutex_);
     ahead_ += item->bytes.size();
     items_.push_back(std::move(item));
-    changed_.notify_one();
+    if (writerWaits_ && ahead_ >= wakeBytes) changed_.notify_all();
     while (ahead_ > mostAhead) {
         if (Item* todo = nextToDeflate()) {
             deflateUnlocked(*todo, callersDeflater_, lock);
+            if (writerWaits_) changed_.notify_all();
         } else {
+            callerWaits_ = true;
             changed_.wait(lock);
+            callerWaits_ = false;
         }
     }
 }
@@ -64,7 +67,7 @@ bool OutputPipeline::finish() {
     {
         const std::lock_guard lock(mutex_);
         done_ = true;
-        changed_.notify_one();
+        changed_.notify_all();
     }
     thread_.join();
     return !failed_;
@@ -95,7 +98,6 @@ void OutputPipeline::deflateUnlocked(Item& item, Deflater& deflater, std::unique
     item.bytes.swap(deflated);
     if (spare_.size() < mostSpare) spare_.push_back(std::move(deflated));
     item.state = State::Ready;
-    changed_.notify_one();
 }
 
 void OutputPipeline::run() {
@@ -110,13 +112,15 @@ void OutputPipeline::run() {
             lock.lock();
             ahead_ -= item->bytes.size();
             if (spare_.size() < mostSpare) spare_.push_back(std::move(item->bytes));
-            changed_.notify_one();
+            if (callerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
         } else if (Item* todo = nextToDeflate()) {
             deflateUnlocked(*todo, deflater, lock);
         } else if (done_ && items_.empty()) {
             return;
         } else {
+            writerWaits_ = true;
             changed_.wait(lock);
+            writerWaits_ = false;
         }
     }
 }
@@ -152,7 +156,10 @@ void OutputPipeline::copyRange(InputFile& file, FileRange range) {
 }
 
 void OutputPipeline::put(std::string_view bytes) {
-    XXH3_128bits_update(hash_.get(), bytes.data(), bytes.size());
+    // A checksum of each piece goes into the digest: much quicker than a hash of everything, and quite enough for telling
+    // files apart.
+    const std::uint32_t sum = checksum(bytes);
+    XXH3_128bits_update(hash_.get(), &sum, sizeof sum);
     if (!failed_) failed_ = !file_.write(bytes);
 }
 

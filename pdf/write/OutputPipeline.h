@@ -78,8 +78,10 @@ private:
     void copyRange(InputFile& file, FileRange range);
     void put(std::string_view bytes);
 
-    static constexpr std::size_t mostAhead = 6U << 20U;
-    static constexpr std::size_t mostSpare = 12;
+    static constexpr std::size_t mostAhead = 3U << 20U;
+    // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
+    static constexpr std::size_t wakeBytes = 256U << 10U;
+    static constexpr std::size_t mostSpare = 8;
 
     OutputFile& file_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
@@ -95,6 +97,8 @@ private:
     std::vector<std::string> spare_;
     std::size_t ahead_ = 0;
     bool done_ = false;
+    bool writerWaits_ = false;
+    bool callerWaits_ = false;
     std::thread thread_;
 };
 

@@ -81,14 +81,31 @@ StreamIndex::Key StreamIndex::key(std::string_view dictionary, InputFile& file, 
     return {XXH3_128bits_digest(state.get()), lengthOf(ranges)};
 }
 
-std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile* file, std::span<const FileRange> ranges) const {
+const StreamIndex::Known* StreamIndex::known(const Key& key) const {
     const auto found = known_.find(key.hash.low64);
-    if (found == known_.end()) return std::nullopt;
+    if (found == known_.end()) return nullptr;
     const Known& known = found->second;
-    if (known.highHash != key.hash.high64 || known.length != key.length) return std::nullopt;
-    const bool comparable = file && known.file && ranges.size() == 1;
-    if (comparable && !sameBytes(*file, ranges.front(), *known.file, {known.offset, known.length})) return std::nullopt;
-    return known.number;
+    return known.highHash == key.hash.high64 && known.length == key.length ? &known : nullptr;
+}
+
+std::optional<std::uint32_t> StreamIndex::find(const Key& key, std::string_view data) const {
+    const Known* equal = known(key);
+    if (!equal) return std::nullopt;
+    if (!equal->file) return equal->number;
+    const FileRange range{equal->offset, equal->length};
+    RangeReader reader(*equal->file, std::span(&range, 1));
+    for (std::string_view left = data; !left.empty(); left.remove_prefix(std::min(piece, left.size()))) {
+        if (reader.next(piece) != left.substr(0, piece)) return std::nullopt;
+    }
+    return equal->number;
+}
+
+std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile& file, std::span<const FileRange> ranges) const {
+    const Known* equal = known(key);
+    if (!equal) return std::nullopt;
+    const bool comparable = equal->file && ranges.size() == 1;
+    if (comparable && !sameBytes(file, ranges.front(), *equal->file, {equal->offset, equal->length})) return std::nullopt;
+    return equal->number;
 }
 
 void StreamIndex::add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges) {

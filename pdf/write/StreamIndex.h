@@ -29,8 +29,10 @@ public:
     [[nodiscard]] Key key(std::string_view dictionary, std::string_view data) const;
     [[nodiscard]] Key key(std::string_view dictionary, InputFile& file, std::span<const FileRange> ranges) const;
 
-    /// The number of an equal stream; nothing if there is none.
-    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile* file, std::span<const FileRange> ranges) const;
+    /// The number of an equal stream; nothing if there is none. `data` is the data if it is in memory, otherwise it is
+    /// read from `ranges` of `file`.
+    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, std::string_view data) const;
+    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile& file, std::span<const FileRange> ranges) const;
     /// `file` must outlive the index; null for data made in memory.
     void add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges);
 
@@ -43,6 +45,8 @@ private:
         std::uint64_t offset;
         std::uint32_t number;
     };
+
+    [[nodiscard]] const Known* known(const Key& key) const;
 
     std::uint64_t seed_;
     std::unordered_map<std::uint64_t, Known> known_;  // by the low half of the hash

@@ -1,12 +1,12 @@
 #include "platform/pdf/PDFDocument.h"
 
-#include <QFile>
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "platform/pdf/DocumentAttributes.h"
 #include "platform/pdf/DrawingContext.h"
+#include "platform/pdf/FilePath.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/TextString.h"
 #include "platform/pdf/WriteOptions.h"
@@ -14,10 +14,6 @@
 namespace quillon {
 
 namespace {
-
-std::string pathOf(const QUrl& url) {
-    return url.isLocalFile() ? QFile::encodeName(url.toLocalFile()).toStdString() : std::string();
-}
 
 /// The entries of the document information that the write options replace.
 std::vector<std::pair<std::string, std::string>> informationFrom(const QVariantMap& options) {
@@ -44,7 +40,7 @@ std::shared_ptr<PDFDocument> PDFDocument::initWithURL(const QUrl& url) {
 }
 
 bool PDFDocument::open(const QUrl& url) {
-    const std::string path = pathOf(url);
+    const std::string path = filePathOf(url);
     if (path.empty()) return false;
     source_ = pdf::Source::open(path);
     if (!source_) return false;
@@ -134,7 +130,7 @@ QVariantMap PDFDocument::documentAttributes() const {
 
 bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     writeWarnings_.clear();
-    const std::string path = pathOf(url);
+    const std::string path = filePathOf(url);
     if (withOptions.contains(kCGPDFContextUserPassword) || withOptions.contains(kCGPDFContextOwnerPassword)) {
         writeWarnings_.push_back(path + ": not written, since it was to be protected and that is not possible yet");
         return false;

@@ -14,7 +14,7 @@ Dictionary parameters(std::string_view text) {
     return *Parser(text).parse().dictionary();
 }
 
-/// PNG filters as their specification states them, on whole rows of `rowBytes` bytes.
+/// PNG filters by their definition, on whole rows of `rowBytes` bytes.
 std::string filtered(const std::string& data, std::size_t rowBytes, std::size_t pixelBytes, int filter) {
     std::string out;
     const auto at = [&](std::size_t row, std::ptrdiff_t column) -> int {

@@ -10,7 +10,6 @@ namespace {
 
 using test::RawPdf;
 
-const std::string shortName = "a.pdf";  // outlives the warnings that name it
 constexpr std::string_view page = "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents 4 0 R";
 
 std::string pageText() {
@@ -26,7 +25,8 @@ class ObjectReading : public EngineTest {
 protected:
     /// Object 20 is null, and a warning names the object stream 9 that should hold it.
     void expectRefused(const std::string& bytes) const {
-        Warnings warnings(shortName);
+        const std::string name("a.pdf");
+        Warnings warnings(name);
         ObjectReader reader(InputFile::open(dir.write("a.pdf", bytes)), warnings);
         EXPECT_TRUE(reader.parse({20, 0}).isNull());
         const std::string offset = std::to_string(bytes.find("\n9 0 obj") + 1);
@@ -141,7 +141,8 @@ TEST_F(ObjectReading, ReferencesThatLeadInCirclesReadAsNull) {
     const std::string bytes =
         RawPdf().catalogOf({3}).page(3, "one").object(5, "6 0 R").object(6, "5 0 R").object(7, "7 0 R").table().bytes();
     const auto file = InputFile::open(dir.write("a.pdf", bytes));
-    Warnings warnings(shortName);
+    const std::string name("a.pdf");
+    Warnings warnings(name);
     ObjectReader reader(file, warnings);
     EXPECT_TRUE(reader.resolve(Object(Reference{5, 0})).isNull());
     EXPECT_TRUE(reader.resolve(Object(Reference{7, 0})).isNull());
@@ -152,7 +153,8 @@ TEST_F(ObjectReading, AnObjectLargerThanABlockIsRead) {
     for (int i = 0; i < 100'000; ++i) list += std::to_string(i) + ' ';
     const std::string bytes = RawPdf().catalogOf({3}).page(3, "one").object(5, list + "]").table().bytes();
     const auto file = InputFile::open(dir.write("a.pdf", bytes));
-    Warnings warnings(shortName);
+    const std::string name("a.pdf");
+    Warnings warnings(name);
     ObjectReader reader(file, warnings);
     const Object object = reader.parse({5, 0});
     ASSERT_TRUE(object.array());
@@ -171,7 +173,8 @@ TEST_F(ObjectReading, WarningsNameFileObjectAndOffset) {
 }
 
 TEST_F(ObjectReading, WarningsAreNotWithoutEnd) {
-    Warnings warnings(shortName);
+    const std::string name("a.pdf");
+    Warnings warnings(name);
     for (std::uint32_t i = 1; i < 10'000; ++i) warnings.add("damaged", i);
     EXPECT_EQ(warnings.lines().size(), Warnings::most + 1);
     EXPECT_EQ(warnings.lines().back(), "a.pdf: more damage, not listed");

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace quillon::pdf {
 namespace {
@@ -14,16 +16,16 @@ using Ranges = std::vector<FileRange>;
 TEST(StreamIndex, FindsAnEqualStreamOnly) {
     StreamIndex index;
     index.add(index.key("/Type/X", "data"), 7, nullptr, {});
-    EXPECT_EQ(index.find(index.key("/Type/X", "data"), nullptr, {}), 7U);
-    EXPECT_FALSE(index.find(index.key("/Type/Y", "data"), nullptr, {}));
-    EXPECT_FALSE(index.find(index.key("/Type/X", "date"), nullptr, {}));
-    EXPECT_FALSE(index.find(index.key("/Type/X", ""), nullptr, {}));
+    EXPECT_EQ(index.find(index.key("/Type/X", "data"), std::string_view("data")), 7U);
+    EXPECT_FALSE(index.find(index.key("/Type/Y", "data"), std::string_view("data")));
+    EXPECT_FALSE(index.find(index.key("/Type/X", "date"), std::string_view("date")));
+    EXPECT_FALSE(index.find(index.key("/Type/X", ""), std::string_view("")));
 }
 
 TEST(StreamIndex, TheBorderBetweenDictionaryAndDataCounts) {
     StreamIndex index;
     index.add(index.key("/A", "bc"), 7, nullptr, {});
-    EXPECT_FALSE(index.find(index.key("/Ab", "c"), nullptr, {}));
+    EXPECT_FALSE(index.find(index.key("/Ab", "c"), std::string_view("c")));
 }
 
 TEST(StreamIndex, DataInMemoryAndInAFileAreEqual) {
@@ -32,7 +34,7 @@ TEST(StreamIndex, DataInMemoryAndInAFileAreEqual) {
     const Ranges ranges{{2, 2}, {4, 2}};
     StreamIndex index;
     index.add(index.key("/A", *file, ranges), 3, file.get(), ranges);
-    EXPECT_EQ(index.find(index.key("/A", "data"), nullptr, {}), 3U);
+    EXPECT_EQ(index.find(index.key("/A", "data"), std::string_view("data")), 3U);
 }
 
 TEST(StreamIndex, EqualBytesOfDifferentFilesAreFoundHoweverTheyAreCut) {
@@ -44,7 +46,7 @@ TEST(StreamIndex, EqualBytesOfDifferentFilesAreFoundHoweverTheyAreCut) {
     const Ranges inB{{2, 300'001}, {300'003, 399'999}};
     StreamIndex index;
     index.add(index.key("/A", *a, inA), 3, a.get(), inA);
-    EXPECT_EQ(index.find(index.key("/A", *b, inB), b.get(), inB), 3U);
+    EXPECT_EQ(index.find(index.key("/A", *b, inB), *b, inB), 3U);
 }
 
 TEST(StreamIndex, BytesThatHaveChangedSinceAreNotTakenForEqual) {
@@ -55,14 +57,14 @@ TEST(StreamIndex, BytesThatHaveChangedSinceAreNotTakenForEqual) {
     StreamIndex index;
     index.add(index.key("/A", *a, ranges), 3, a.get(), ranges);
     std::filesystem::resize_file(dir.file("a"), 2);
-    EXPECT_FALSE(index.find(index.key("/A", *b, ranges), b.get(), ranges));
+    EXPECT_FALSE(index.find(index.key("/A", *b, ranges), *b, ranges));
 }
 
 TEST(StreamIndex, OfEqualStreamsTheFirstIsFound) {
     StreamIndex index;
     index.add(index.key("", "data"), 3, nullptr, {});
     index.add(index.key("", "data"), 9, nullptr, {});
-    EXPECT_EQ(index.find(index.key("", "data"), nullptr, {}), 3U);
+    EXPECT_EQ(index.find(index.key("", "data"), std::string_view("data")), 3U);
 }
 
 }  // namespace

@@ -1,0 +1,107 @@
+#include "pdf/read/ObjectStreamPrefetcher.h"
+
+namespace quillon::pdf {
+
+ObjectStreamPrefetcher::ObjectStreamPrefetcher() : thread_([this] { run(); }) {}
+
+ObjectStreamPrefetcher::~ObjectStreamPrefetcher() {
+    {
+        const std::lock_guard lock(mutex_);
+        stop_ = true;
+    }
+    changed_.notify_all();
+    thread_.join();
+}
+
+void ObjectStreamPrefetcher::expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams) {
+    if (streams.empty()) return;
+    const std::lock_guard lock(mutex_);
+    for (const Wanted& stream : streams) {
+        const Key key{file.get(), stream.number};
+        if (!jobs_.try_emplace(key, Job{file, stream.offset, State::Waiting, nullptr}).second) continue;
+        order_.push_back(key);
+    }
+    wakeReader();
+}
+
+/// The reader, once it is far enough ahead, sleeps until half of that is used: waking it costs more than it looks.
+void ObjectStreamPrefetcher::wakeReader() {
+    if (readerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
+}
+
+void ObjectStreamPrefetcher::waitFor(const Job& job, std::unique_lock<std::mutex>& lock) {
+    takerWaits_ = true;
+    while (job.state == State::Reading) changed_.wait(lock);
+    takerWaits_ = false;
+}
+
+std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::take(const InputFile& file, std::uint32_t number) {
+    std::unique_lock lock(mutex_);
+    const auto job = jobs_.find({&file, number});
+    if (job == jobs_.end()) return nullptr;
+    waitFor(job->second, lock);
+    auto objects = std::move(job->second.objects);
+    jobs_.erase(job);
+    if (objects) {
+        ahead_ -= objects->bytes().size();
+        wakeReader();
+    }
+    return objects;
+}
+
+void ObjectStreamPrefetcher::forget(const InputFile& file) {
+    std::unique_lock lock(mutex_);
+    for (auto job = jobs_.lower_bound({&file, 0}); job != jobs_.end() && job->first.first == &file;) {
+        waitFor(job->second, lock);
+        if (job->second.objects) ahead_ -= job->second.objects->bytes().size();
+        job = jobs_.erase(job);
+    }
+    wakeReader();
+}
+
+void ObjectStreamPrefetcher::run() {
+    std::unique_lock lock(mutex_);
+    while (!stop_) {
+        if (order_.empty() || ahead_ > mostAhead) {
+            readerWaits_ = true;
+            changed_.wait(lock);
+            readerWaits_ = false;
+        } else {
+            readNext(lock);
+        }
+    }
+}
+
+void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
+    const Key key = order_.front();
+    order_.pop_front();
+    const auto job = jobs_.find(key);
+    if (job == jobs_.end() || job->second.state != State::Waiting) return;
+    job->second.state = State::Reading;  // keeps the job where it is until it is Ready
+    const std::shared_ptr<InputFile> input = job->second.file;
+    const std::uint64_t offset = job->second.offset;
+    lock.unlock();
+    if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input);
+    auto objects = read(*file_, key.second, offset);
+    lock.lock();
+    if (objects) ahead_ += objects->bytes().size();
+    job->second.objects = std::move(objects);
+    job->second.state = State::Ready;
+    if (takerWaits_) changed_.notify_all();
+}
+
+/// Only a stream that describes itself without other objects can be read apart from the rest of its file.
+std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, std::uint32_t number, std::uint64_t offset) {
+    bool plain = true;
+    const auto stream = readStreamAt(file, offset, [&plain](Reference) {
+        plain = false;
+        return Object();
+    });
+    if (!stream || !plain || stream->reference.number != number) return nullptr;
+    for (const char* key : {"N", "First", "Filter", "DecodeParms"}) {
+        if (stream->dictionary[key].reference()) return nullptr;
+    }
+    return ObjectStream::decode(*stream);
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "pdf/io/BlockCache.h"
+#include "pdf/read/ObjectStream.h"
+
+namespace quillon::pdf {
+
+/// Reads and inflates object streams on a thread of its own, before the thread that copies objects comes to them. Only a hint:
+/// what was not read in time, or is not plain enough to be read apart, the copying thread reads itself, so the result never
+/// depends on timing.
+class ObjectStreamPrefetcher {
+public:
+    struct Wanted {
+        std::uint32_t number;  ///< object number of the stream
+        std::uint64_t offset;  ///< in the file
+    };
+
+    ObjectStreamPrefetcher();
+    ObjectStreamPrefetcher(const ObjectStreamPrefetcher&) = delete;
+    ObjectStreamPrefetcher& operator=(const ObjectStreamPrefetcher&) = delete;
+    ~ObjectStreamPrefetcher();
+
+    /// Announces streams of `file` that will be asked for, about in this order, behind those announced before.
+    void expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams);
+    /// The stream, each once; null when the caller must read it itself.
+    [[nodiscard]] std::shared_ptr<const ObjectStream> take(const InputFile& file, std::uint32_t number);
+    /// Drops what was announced of `file` and not taken.
+    void forget(const InputFile& file);
+
+private:
+    enum class State { Waiting, Reading, Ready };
+    struct Job {
+        std::shared_ptr<InputFile> file;
+        std::uint64_t offset = 0;
+        State state = State::Waiting;
+        std::shared_ptr<const ObjectStream> objects;
+    };
+    using Key = std::pair<const InputFile*, std::uint32_t>;
+
+    void run();
+    void wakeReader();
+    void waitFor(const Job& job, std::unique_lock<std::mutex>& lock);
+    void readNext(std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, std::uint32_t number, std::uint64_t offset);
+
+    // Bytes inflated and not taken yet beyond which the thread waits.
+    static constexpr std::size_t mostAhead = 3U << 20U;
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::map<Key, Job> jobs_;
+    std::deque<Key> order_;  // of the waiting jobs, and of some that are gone
+    std::size_t ahead_ = 0;
+    bool stop_ = false;
+    bool readerWaits_ = false;
+    bool takerWaits_ = false;
+    std::unique_ptr<BlockCache> file_;  // the thread's own
+    std::thread thread_;
+};
+
+}  // namespace quillon::pdf
