@@ -3,14 +3,19 @@
 #include "merge/cacheData.h"
 #include "platform/pdf/PDFDocument.h"
 
+#include <QFileInfo>
 #include <QString>
 
 namespace quillon {
 namespace {
 
+std::string nameOf(const QUrl& url) {
+    return (url.isLocalFile() ? url.toLocalFile() : url.toDisplayString()).toStdString();
+}
+
 std::string unreadable(const QUrl& url, const char* kind) {
-    const QString name = url.isLocalFile() ? url.toLocalFile() : url.toDisplayString();
-    return name.toStdString() + ": cannot be read as a " + kind;
+    if (url.isLocalFile() && !QFileInfo::exists(url.toLocalFile())) return nameOf(url) + ": does not exist";
+    return nameOf(url) + ": cannot be read as a " + kind;
 }
 
 }  // namespace
@@ -18,6 +23,7 @@ std::string unreadable(const QUrl& url, const char* kind) {
 void MergeWarnings::noteInput(const cacheData& entry, const PDFDocument* document) {
     if (document != nullptr) {
         add(document->warnings());
+        if (document->isLocked()) add({nameOf(entry.url()) + ": is protected and could not be unlocked; its pages are left out"});
     } else if (missed_.insert(&entry).second) {
         // Not through add: a file that stands in the list twice is missing twice.
         lines_.push_back(unreadable(entry.url(), "PDF"));
@@ -27,6 +33,7 @@ void MergeWarnings::noteInput(const cacheData& entry, const PDFDocument* documen
 void MergeWarnings::noteFile(const QUrl& url, const PDFDocument* document) {
     if (document != nullptr) {
         add(document->warnings());
+        if (document->isLocked()) add({nameOf(url) + ": is protected; no page of it is used"});
     } else {
         add({unreadable(url, "PDF")});
     }

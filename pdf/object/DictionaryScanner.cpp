@@ -4,6 +4,7 @@
 
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
+#include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 
 namespace quillon::pdf {
@@ -43,6 +44,15 @@ std::size_t skipDictionary(std::string_view text) noexcept {
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
     }
     return scanner.valid() ? scanner.position() : 0;
+}
+
+std::string_view soundDictionary(std::string_view text, std::string& repaired) {
+    if (const std::size_t end = skipDictionary(text); end != 0) return text.substr(0, end);
+    const Object parsed = Parser(text).parse();
+    if (!parsed.dictionary()) return {};
+    repaired.clear();
+    parsed.write(repaired);
+    return repaired;
 }
 
 bool keyIs(std::string_view key, std::string_view name) {

@@ -1,6 +1,7 @@
 #include "pdf/object/Lexer.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 
 #include "pdf/object/Characters.h"
@@ -33,6 +34,7 @@ bool readNumber(std::string_view text, Token& token) {
     const bool endsWell = at == text.size() || text[at] == '-';
     if (!endsWell || (digits == 0 && token.kind == TokenKind::Integer)) return false;
     token.integer = negative ? -whole : whole;
+    if (token.kind == TokenKind::Real) std::from_chars(text.data() + firstDigit, text.data() + at, value);
     token.real = negative ? -value : value;
     return true;
 }

@@ -19,8 +19,8 @@ namespace quillon::pdf {
 
 // Objects that only travel from a source to the output are not understood: the runs between the few bytes that matter are
 // copied as they stand, and only references change. That is several times faster than parsing and writing them again.
-// Text that is not well-formed, or that holds a comment, takes the slow road through the parser instead, so what is
-// written is always well-formed.
+// Text whose brackets or strings are not balanced, or that holds a comment, takes the slow road through the parser instead,
+// so what is written never spoils the objects around it.
 
 /// How a value's references are given their new numbers: a callable `std::uint32_t(Reference)`, 0 for null.
 template <class Mapper>

@@ -52,7 +52,7 @@ std::optional<CrossReferenceTable> CrossReferenceReader::read() {
         for (const auto& [number, entry] : freed_) table_.addOlder(number, entry);
         freed_.clear();
         const auto previous = offsetIn(section, "Prev");
-        if (!previous || visited_.contains(*previous + bias_)) break;
+        if (!previous || *previous == 0 || visited_.contains(*previous + bias_)) break;
         Dictionary older;
         if (!readSection(*previous, older)) return std::nullopt;
         complete(older);
@@ -154,7 +154,10 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
 bool CrossReferenceReader::readStream(std::uint64_t offset, Dictionary& trailer) {
     const auto stream = readStreamAt(file_, offset);
     if (!stream || !stream->dictionary["Type"].isName("XRef")) return false;
-    const auto data = decodeStream(stream->dictionary, stream->data, limits::decodedStream);
+    constexpr std::uint64_t widestRow = 24;
+    const std::uint64_t most = (file_.file().size() + limits::tableMargin) * widestRow;
+    const auto data =
+        decodeStream(stream->dictionary, stream->data, std::min<std::uint64_t>(most, limits::decodedStream));
     if (!data) return false;
     trailer = stream->dictionary;
     return addStreamEntries(stream->dictionary, *data);
@@ -178,6 +181,7 @@ bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::s
         const auto count = index[i + 1].integer();
         if (!first || !count || *first < 0 || *count < 0) return false;
         for (std::int64_t n = 0; n < *count && data.size() >= row; ++n, data.remove_prefix(row)) {
+            if (++rows_ > file_.file().size() + limits::tableMargin) return false;
             const std::uint64_t number = static_cast<std::uint64_t>(*first) + static_cast<std::uint64_t>(n);
             if (number > maximumObjectNumber) return false;
             const std::uint64_t type = width[0] == 0 ? 1 : bigEndian(data.substr(0, width[0]));

@@ -40,6 +40,7 @@ private:
     CrossReferenceTable table_;
     std::vector<std::pair<std::uint32_t, CrossReferenceEntry>> freed_;  // by the table read last
     std::unordered_set<std::uint64_t> visited_;
+    std::uint64_t rows_ = 0;  // of cross-reference streams
 };
 
 }  // namespace quillon::pdf

@@ -40,7 +40,7 @@ CrossReferenceTable FileScanner::scan() {
         const std::string_view text = view.text;
         if (text.empty()) break;
         const std::size_t object = text.find("obj");
-        const std::size_t trailer = text.find("trailer");
+        const std::size_t trailer = text.substr(0, object).find("trailer");
         if (object == std::string_view::npos && trailer == std::string_view::npos) {
             const bool atEnd = offset + text.size() >= size;
             offset += atEnd || text.size() <= overlap ? text.size() : text.size() - overlap;
@@ -62,12 +62,16 @@ CrossReferenceTable FileScanner::scan() {
 std::uint64_t FileScanner::handleObject(std::uint64_t offset, const ObjectHeader& header) {
     const std::uint64_t content = offset + header.length;
     const std::uint32_t number = header.reference.number;
-    if (number > maximumObjectNumber) return content;
+    if (number > maximumObjectNumber || number == 0) return content;
     table_.entries.at(number) = {offset, header.reference.generation, CrossReferenceEntry::Kind::InFile};
     constexpr std::size_t usualDictionary = 16 * 1024;
-    const OwnedText view = file_.view(content, usualDictionary);
-    const auto end = skipValue(view.text, 0);
-    const std::string_view dictionary = view.text.substr(0, end.value_or(0));
+    constexpr std::size_t shortDictionary = 256;
+    const bool patient = wasted_ < 4 * file_.file().size();
+    const OwnedText view = file_.view(content, patient ? usualDictionary : shortDictionary);
+    const std::string_view text = view.text.substr(0, patient ? usualDictionary : shortDictionary);
+    const auto end = skipValue(text, 0);
+    if (!end) wasted_ += text.size();
+    const std::string_view dictionary = text.substr(0, end.value_or(0));
     const std::string_view type = findValue(dictionary, "Type");
     if (type == "/Catalog") catalog_ = header.reference;
     const auto data = end ? streamDataBegin(view.text, *end) : std::nullopt;
@@ -109,7 +113,7 @@ void FileScanner::addObjectStream(const Found& found) {
     const auto stream = readStreamAt(file_, found.offset);
     const auto objects = stream ? ObjectStream::decode(*stream) : nullptr;
     if (!objects) return;
-    for (std::size_t i = 0; i < objects->count(); ++i) {
+    for (std::size_t i = 0; i < objects->count() && packed_ < file_.file().size() + limits::tableMargin; ++i, ++packed_) {
         const std::uint32_t number = objects->numberAt(i);
         if (number > maximumObjectNumber) continue;
         CrossReferenceEntry& entry = table_.entries.at(number);

@@ -33,6 +33,8 @@ private:
 
     BlockCache& file_;
     CrossReferenceTable table_;
+    std::uint64_t wasted_ = 0;  // bytes looked at for values that have no end
+    std::uint64_t packed_ = 0;  // objects found in object streams
     std::vector<Found> objectStreams_;
     std::optional<Reference> catalog_;
 };

@@ -50,15 +50,35 @@ bool ObjectReader::recover(std::string_view reason, std::uint32_t object, std::i
     }
     table_ = std::move(found);
     trim();
+    prefetcher_ = nullptr;  // what it reads is where objects were thought to be before
     offsets_.clear();
     return true;
 }
 
+bool ObjectReader::exists(Reference reference) const {
+    const CrossReferenceEntry entry = table_.entries.get(reference.number);
+    using enum CrossReferenceEntry::Kind;
+    if (entry.kind == Unknown || entry.kind == Free) return false;
+    const std::uint32_t generation = entry.kind == InFile ? entry.detail : 0;
+    return table_.recovered || generation == reference.generation;
+}
+
+bool ObjectReader::isNull(std::string_view valueText) {
+    const Object value = Parser(valueText).parse();
+    return value.reference() ? !exists(*value.reference()) : value.isNull();
+}
+
+bool ObjectReader::mayVisit(std::uint64_t places) const noexcept {
+    constexpr std::uint64_t shortestReference = 6;  // `1 0 R `
+    constexpr std::uint64_t margin = 4096;
+    return places <= (file_.file().size() + decodedBytes_) / shortestReference + margin;
+}
+
 std::optional<ObjectText> ObjectReader::find(Reference reference, std::size_t wanted) {
+    if (!exists(reference)) return std::nullopt;
     const CrossReferenceEntry entry = table_.entries.get(reference.number);
     switch (entry.kind) {
         case CrossReferenceEntry::Kind::InFile:
-            if (!table_.recovered && entry.detail != reference.generation) return std::nullopt;
             return findInFile(reference, entry, wanted);
         case CrossReferenceEntry::Kind::InObjectStream:
             return findInStream(reference.number, entry);
@@ -106,9 +126,18 @@ std::optional<ObjectText> ObjectReader::findWhole(Reference reference) {
         auto object = find(reference, wanted);
         if (!object) return object;
         object->valueEnd = skipValue(object->text(), 0).value_or(0);
-        constexpr std::size_t lookAhead = 32;
-        const bool whole = object->valueEnd != 0 && object->valueEnd + lookAhead <= object->text().size();
+        constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
+        const std::size_t next = skipBlank(object->text(), object->valueEnd);
+        const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
         if (whole || object->complete || wanted >= limits::objectText) return object;
+        // What is not closed where the next object begins never will be.
+        const std::uint64_t bound = nextObject(object->offset) - object->offset;
+        if (object->text().size() >= bound) {
+            object->source.text = object->text().substr(0, bound);
+            object->valueEnd = skipValue(object->text(), 0).value_or(0);
+            object->complete = true;
+            return object;
+        }
     }
 }
 

@@ -56,6 +56,13 @@ public:
     /// Malformed values are given as far as the file goes, up to a limit. Sets `valueEnd`.
     [[nodiscard]] std::optional<ObjectText> findWhole(Reference reference);
 
+    /// Whether the cross-reference data has such an object.
+    [[nodiscard]] bool exists(Reference reference) const;
+    /// Whether the text of a value is null or refers to nothing; such an entry counts as missing (ISO 32000-2, 7.3.7).
+    [[nodiscard]] bool isNull(std::string_view valueText);
+    /// Whether a structure that named `places` objects so far can still be that of a file of this size.
+    [[nodiscard]] bool mayVisit(std::uint64_t places) const noexcept;
+
     [[nodiscard]] Object parse(Reference reference);
     /// Follows references until something else is found.
     [[nodiscard]] Object resolve(const Object& object);

@@ -1,6 +1,7 @@
 #include "pdf/read/ObjectStream.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "pdf/filter/Filters.h"
 #include "pdf/object/Lexer.h"
@@ -17,19 +18,23 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
     auto result = std::make_shared<ObjectStream>();
     result->bytes_ = std::move(*decoded);
     const std::string_view text = result->bytes_;
-    result->index_.reserve(std::min<std::size_t>(static_cast<std::size_t>(*count), text.size() / 4 + 1));
+    const auto most = static_cast<std::int64_t>(std::min(limits::packedObjects, text.size() / 4 + 1));
+    result->index_.reserve(static_cast<std::size_t>(std::min(*count, most)));
     std::size_t at = 0;
-    for (std::int64_t i = 0; i < *count; ++i) {
+    for (std::int64_t i = 0; i < std::min(*count, most); ++i) {
         skipWhiteSpace(text, at);
         const auto number = readUnsigned(text, at);
         skipWhiteSpace(text, at);
         const auto offset = readUnsigned(text, at);
         if (!number || !offset || *number > UINT32_MAX) break;
-        const std::uint64_t place = *offset + static_cast<std::uint64_t>(*first);
-        if (place < text.size()) {
-            result->index_.push_back({static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(place)});
-        }
+        // An object beyond the end keeps its place in the index, so that those behind it keep theirs; it reads as nothing.
+        const std::uint64_t place = std::min<std::uint64_t>(*offset + static_cast<std::uint64_t>(*first), text.size());
+        result->index_.push_back({static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(place)});
     }
+    const auto numberOf = [&](std::uint32_t i) { return result->index_[i].number; };
+    result->byNumber_.resize(result->index_.size());
+    std::iota(result->byNumber_.begin(), result->byNumber_.end(), 0U);
+    if (!std::ranges::is_sorted(result->byNumber_, {}, numberOf)) std::ranges::stable_sort(result->byNumber_, {}, numberOf);
     return result;
 }
 
@@ -41,9 +46,9 @@ std::string_view ObjectStream::textAt(std::size_t index) const noexcept {
 
 std::optional<std::size_t> ObjectStream::find(std::uint32_t number, std::size_t hint) const noexcept {
     if (hint < index_.size() && index_[hint].number == number) return hint;
-    const auto found = std::ranges::find(index_, number, &Place::number);
-    if (found == index_.end()) return std::nullopt;
-    return static_cast<std::size_t>(found - index_.begin());
+    const auto found = std::ranges::lower_bound(byNumber_, number, {}, [this](std::uint32_t i) { return index_[i].number; });
+    if (found == byNumber_.end() || index_[*found].number != number) return std::nullopt;
+    return *found;
 }
 
 }  // namespace quillon::pdf

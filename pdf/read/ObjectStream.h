@@ -36,6 +36,7 @@ private:
 
     std::string bytes_;
     std::vector<Place> index_;
+    std::vector<std::uint32_t> byNumber_;  // places in the index, by object number
 };
 
 }  // namespace quillon::pdf

@@ -7,15 +7,6 @@ namespace quillon::pdf {
 
 namespace {
 
-/// The text of a dictionary, made well-formed if it is not; empty if it is no dictionary.
-std::string_view soundDictionary(std::string_view text, std::string& repaired) {
-    if (const std::size_t end = skipDictionary(text); end != 0) return text.substr(0, end);
-    const Object parsed = Parser(text).parse();
-    if (!parsed.dictionary()) return {};
-    parsed.write(repaired);
-    return repaired;
-}
-
 bool isNode(std::string_view dictionary) {
     bool hasKids = false;
     bool saysPage = false;
@@ -34,15 +25,19 @@ constexpr std::size_t largeTree = 256;
 
 // To know that a kid is a page and not a node, it must be looked at, and in a large file that inflates nearly every object
 // stream before the first page is shown. A node whose Count equals the number of its kids can only hold pages, unless the
-// counts lie: so a large tree is believed as long as all its counts agree with each other, and any other is walked.
+// counts lie: so a large tree is believed as long as all its counts agree with each other, and any other is walked. It can
+// still hold nodes of one page each in the place of pages; who meets one reads the tree again without believing it.
 
-PageTree::PageTree(ObjectReader& reader, const Object& root) {
-    walk(reader, root, true);
-    if (countsAddUp_ && pages_.size() >= largeTree) return;
+PageTree::PageTree(ObjectReader& reader, const Object& root, bool believeCounts) {
+    if (believeCounts) {
+        walk(reader, root, true);
+        if (countsAddUp_ && pages_.size() >= largeTree) return;
+    }
     pages_.clear();
     nodes_.clear();
     directPages_.clear();
     seenNodes_.clear();
+    visits_ = 0;
     walk(reader, root, false);
 }
 
@@ -90,7 +85,8 @@ void PageTree::enter(ObjectReader& reader, std::string_view text, std::uint32_t 
     DictionaryScanner scanner(soundDictionary(text, repaired));
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
         for (std::size_t i = 0; i < inheritedAttributeNames.size(); ++i) {
-            if (keyIs(entry.key, inheritedAttributeNames[i])) node.attributes[i] = entry.value;
+            if (!keyIs(entry.key, inheritedAttributeNames[i])) continue;
+            if (!reader.isNull(entry.value)) node.attributes[i] = entry.value;
         }
         if (keyIs(entry.key, "Kids")) kids = entry.value;
         if (keyIs(entry.key, "Count")) count = entry.value;
@@ -104,10 +100,15 @@ void PageTree::enter(ObjectReader& reader, std::string_view text, std::uint32_t 
 }
 
 void PageTree::visit(ObjectReader& reader, const Object& kid, bool trustCounts, std::vector<Level>& levels) {
+    if (!reader.mayVisit(++visits_)) {
+        reader.warnings().add("the page tree names more pages than the file can hold; the rest is left out");
+        levels.clear();
+        return;
+    }
     const std::uint32_t node = levels.back().node;
     const Reference* reference = kid.reference();
     if (reference && reference->number == 0) reference = nullptr;  // no object has this number
-    if (levels.back().trusted && reference && reader.table().entries.get(reference->number).place != 0) {
+    if (levels.back().trusted && reference && reader.exists(*reference)) {
         pages_.push_back({reference->number, reference->generation, node, 0});
         return;
     }

@@ -33,7 +33,8 @@ public:
     };
 
     /// Reads the tree below `root`, the value of the catalog's `Pages`.
-    PageTree(ObjectReader& reader, const Object& root);
+    /// With `believeCounts`, a large tree is read without looking at every page.
+    PageTree(ObjectReader& reader, const Object& root, bool believeCounts);
     /// The pages `pages`, without a tree: what is left when the tree cannot be found.
     explicit PageTree(const std::vector<Reference>& pages);
 
@@ -69,6 +70,7 @@ private:
     std::vector<Node> nodes_;
     std::vector<std::string> directPages_;
     std::unordered_set<std::uint32_t> seenNodes_;
+    std::uint64_t visits_ = 0;
     bool countsAddUp_ = true;
 };
 

@@ -23,7 +23,7 @@ Source::~Source() {
 
 bool Source::load() {
     const std::lock_guard lock(mutex_);
-    document_ = SourceDocument::load(file_, warnings_);
+    document_ = SourceDocument::load(file_, warnings_, believeCounts_);
     if (!document_) return false;
     pageCount_ = static_cast<std::uint32_t>(document_->pages().pages().size());
     encrypted_ = document_->isEncrypted();
@@ -38,13 +38,18 @@ std::vector<std::string> Source::warnings() const {
 }
 
 SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex_) {
-    if (!source_.document_) source_.document_ = SourceDocument::load(source_.file_, source_.warnings_);
+    if (!source_.document_) source_.document_ = SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_);
 }
 
 SourceAccess::~SourceAccess() {
     if (!source_.document_) return;
     source_.document_->trim();
     if (!SourceRegistry::instance().keep(source_, source_.document_->memory())) source_.document_.reset();
+}
+
+void SourceAccess::distrustCounts() {
+    source_.believeCounts_ = false;
+    release();
 }
 
 void SourceAccess::release() {

@@ -49,6 +49,7 @@ private:
     std::uint32_t pageCount_ = 0;               // set once, before the source is shared
     Version version_ = 10;                      // likewise
     bool encrypted_ = false;                    // likewise
+    bool believeCounts_ = true;                 // guarded by mutex_
 };
 
 /// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that asks
@@ -66,6 +67,8 @@ public:
     [[nodiscard]] Warnings& warnings() const noexcept { return source_.warnings_; }
     /// Drops the structure to free its memory.
     void release();
+    /// The same, and from now on every page of the tree is looked at.
+    void distrustCounts();
 
 private:
     Source& source_;

@@ -46,8 +46,9 @@ std::string_view kidsOfNode(std::string_view dictionary) {
 
 }  // namespace
 
-std::unique_ptr<SourceDocument> SourceDocument::load(const std::shared_ptr<InputFile>& file, Warnings& warnings) {
-    std::unique_ptr<SourceDocument> document(new SourceDocument(file, warnings));
+std::unique_ptr<SourceDocument> SourceDocument::load(const std::shared_ptr<InputFile>& file, Warnings& warnings,
+                                                     bool believeCounts) {
+    std::unique_ptr<SourceDocument> document(new SourceDocument(file, warnings, believeCounts));
     if (document->readStructure()) return document;
     const bool again = document->reader_.recover("the catalog or the page tree cannot be read; the file was scanned for objects");
     if (again && document->readStructure()) return document;
@@ -72,7 +73,7 @@ bool SourceDocument::readTree() {
     const Object& pages = (*catalog.dictionary())["Pages"];
     const Object top = reader_.resolve(pages);
     if (!top.dictionary() || !reader_.resolve((*top.dictionary())["Kids"]).array()) return false;
-    auto tree = std::make_unique<PageTree>(reader_, pages);
+    auto tree = std::make_unique<PageTree>(reader_, pages, believeCounts_);
     const bool claimsPages = reader_.resolve((*top.dictionary())["Count"]).integer().value_or(0) > 0;
     if (tree->pages().empty() && claimsPages) return false;
     pages_ = std::move(tree);
@@ -133,6 +134,7 @@ std::string SourceDocument::pageText(const PageTree::Page& page) {
         }
         if (skipBlank(text, 0) >= text.size() || text[skipBlank(text, 0)] != '<') return {};
         if (kids.empty()) return text;
+        misled_ = believeCounts_;
         const Object list = reader_.resolve(kids);
         if (!list.array() || list.array()->empty() || !list.array()->front().reference()) return {};
         reference = *list.array()->front().reference();

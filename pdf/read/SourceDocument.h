@@ -18,7 +18,9 @@ using Version = int;
 class SourceDocument {
 public:
     /// Null when no document can be found in the file. `warnings` must outlive the result.
-    [[nodiscard]] static std::unique_ptr<SourceDocument> load(const std::shared_ptr<InputFile>& file, Warnings& warnings);
+    /// With `believeCounts`, a large page tree is read without looking at every page.
+    [[nodiscard]] static std::unique_ptr<SourceDocument> load(const std::shared_ptr<InputFile>& file, Warnings& warnings,
+                                                              bool believeCounts);
 
     [[nodiscard]] ObjectReader& reader() noexcept { return reader_; }
     /// Empty while the document is locked.
@@ -37,13 +39,16 @@ public:
     /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a page
     /// gives its first page.
     [[nodiscard]] std::string pageText(const PageTree::Page& page);
+    /// Whether `pageText` has met a node in the place of a page: the page tree must be read again without believing it.
+    [[nodiscard]] bool wasMisled() const noexcept { return misled_; }
     /// MediaBox or CropBox, inherited if need be. Nothing when missing, or no rectangle, or without area.
     [[nodiscard]] std::optional<Rectangle> box(const PageTree::Page& page, InheritedAttribute attribute);
     /// 0, 90, 180 or 270 degrees clockwise.
     [[nodiscard]] int rotation(const PageTree::Page& page);
 
 private:
-    SourceDocument(const std::shared_ptr<InputFile>& file, Warnings& warnings) : reader_(file, warnings) {}
+    SourceDocument(const std::shared_ptr<InputFile>& file, Warnings& warnings, bool believeCounts)
+        : reader_(file, warnings), believeCounts_(believeCounts) {}
 
     bool readStructure();
     bool readTree();
@@ -56,6 +61,8 @@ private:
     std::optional<Reference> catalog_;
     Version version_ = 10;
     bool encrypted_ = false;
+    bool believeCounts_;
+    bool misled_ = false;
 };
 
 }  // namespace quillon::pdf

@@ -19,9 +19,9 @@ SourcePreloader::~SourcePreloader() {
 }
 
 void SourcePreloader::reached(std::size_t index) {
-    std::shared_ptr<Source> released;  // ends outside the lock
+    std::vector<std::shared_ptr<Source>> released;  // end outside the lock
     const std::lock_guard lock(mutex_);
-    if (index > 0 && index <= held_.size()) released = std::move(held_[index - 1]);
+    for (std::size_t i = reached_; i < std::min(index, held_.size()); ++i) released.push_back(std::move(held_[i]));
     reached_ = std::max(reached_, index);
     if (waits_) moved_.notify_all();
 }

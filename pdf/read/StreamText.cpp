@@ -64,13 +64,15 @@ bool endsStreamAt(BlockCache& file, std::uint64_t offset) {
 }
 
 std::uint64_t searchStreamLength(BlockCache& file, std::uint64_t offset, std::uint64_t limit) {
-    constexpr std::size_t step = 64 * 1024;
+    constexpr std::size_t longestStep = 64 * 1024;
     constexpr std::size_t overlap = 64;
     std::uint64_t end = std::min(limit, file.file().size());
-    for (std::uint64_t at = offset; at < end; at += step) {
+    std::size_t step = 1024;  // many are short
+    for (std::uint64_t at = offset; at < end; at += step, step = std::min(step * 4, longestStep)) {
         std::string text;
         file.append(at, std::min<std::uint64_t>(step + overlap, end - at), text);
-        const std::size_t keyword = std::min(text.find("endstream"), findObjectEnd(text));
+        const std::size_t stream = text.find("endstream");
+        const std::size_t keyword = std::min(stream, findObjectEnd(std::string_view(text).substr(0, stream)));
         if (keyword != std::string::npos) {
             end = at + keyword;
             break;

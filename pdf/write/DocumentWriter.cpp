@@ -4,7 +4,6 @@
 #include <array>
 #include <iterator>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/write/OutputFile.h"
@@ -35,6 +34,8 @@ public:
         : plan_(plan), file_(file), sources_(SourcePlan::of(plan)) {}
 
     bool write(WriteResult& result);
+    /// Whether a page tree turned out to be other than it was read; it is read differently from now on.
+    [[nodiscard]] bool mustRepeat() const noexcept { return repeat_; }
 
 private:
     using OpeningOverlays = std::unordered_map<std::uint32_t, SourceCopier::Overlay>;
@@ -43,7 +44,7 @@ private:
     static void announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
     void copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
     void copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
-    void copyBase(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    void copyBase(SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
     void writeMadePages();
     void writeMadePage(std::size_t index, std::string entries);
@@ -58,6 +59,7 @@ private:
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
     bool catalogWritten_ = false;
+    bool repeat_ = false;
     std::string firstId_;
 };
 
@@ -120,22 +122,27 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
         return;
     }
     document->reader().setPrefetcher(&prefetcher);
-    SourceCopier copier(*document, *output_);
+    SourceCopier copier(*document, *output_, source.source() == plan_.base);
     copyPages(source, *document, copier);
-    if (source.source() == plan_.base) copyBase(source, *document, copier);
+    if (source.source() == plan_.base) copyBase(*document, copier);
     copier.drain();
     prefetcher.forget(*source.source()->file());
-    access.release();
+    if (document->wasMisled()) {
+        repeat_ = true;
+        access.distrustCounts();
+    } else {
+        access.release();
+    }
 }
 
 void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
     const auto& pages = document.pages().pages();
-    std::unordered_set<std::uint32_t> announced;  // a page may stand in its own tree twice, under two indexes
+    std::unordered_map<std::uint32_t, std::uint32_t> announced;  // a page may stand in its own tree under several indexes
     std::vector<bool> first;
     OpeningOverlays overlays;
     for (const SourcePlan::Copy& copy : source.copies()) {
         const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
-        first.push_back(copy.first && (number == 0 || announced.insert(number).second));
+        first.push_back(copy.first && (number == 0 || announced.try_emplace(number, copy.sourcePage).second));
         const std::uint32_t place = tree_->pageNumber(copy.outputPage);
         if (first.back() && number != 0) copier.announce(number, place);
         if (!first.back() && number != 0) overlays[copy.opening].try_emplace(number, place);
@@ -149,6 +156,7 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
         job.withContent = plan_.pages[copy.outputPage].withContent;
         job.keepStructure = source.source() == plan_.base && first[i];
         job.overlay = first[i] ? nullptr : &overlays[copy.opening];
+        job.asked = first[i] || !job.page || announced[job.page->number] == copy.sourcePage;
         if (!job.page || !copier.copyPage(job)) {
             drop(copy.outputPage, source.source()->path(), "a page cannot be read; it is left out");
         }
@@ -156,7 +164,7 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
     }
 }
 
-void DocumentWriter::copyBase(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
+void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     copier.announceCatalog(catalog_);
     // A version in the catalog would contradict the header, and permissions granted by a signature end with the signature.
     std::vector<std::string_view> dropped{"Version", "Perms"};
@@ -167,7 +175,6 @@ void DocumentWriter::copyBase(const SourcePlan& source, SourceDocument& document
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();
-    static_cast<void>(source);
 }
 
 void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier) {
@@ -211,7 +218,7 @@ void DocumentWriter::writeMadePages() {
         } else if (const auto* maker = std::get_if<std::shared_ptr<const PageProducer>>(&plan_.pages[i].origin)) {
             std::optional<std::string> entries = (*maker)->produce(*output_);
             if (!entries) {
-                drop(i, "a picture", "cannot be read any more; its page is left out");
+                drop(i, (*maker)->name(), "cannot be read; its page is left out");
                 continue;
             }
             appendBox(*entries, (*maker)->mediaBox());
@@ -243,8 +250,15 @@ WriteResult writeDocument(const DocumentPlan& plan, const std::string& target) {
         result.warnings.push_back(target + ": not written, since the document has no page");
         return result;
     }
-    const auto file = OutputFile::create(target);
-    if (file && DocumentWriter(plan, *file).write(result)) result.written = file->commit(plan.sync);
+    for (bool repeat = true; repeat;) {
+        result = WriteResult();
+        const auto file = OutputFile::create(target);
+        if (!file) break;
+        DocumentWriter writer(plan, *file);
+        const bool complete = writer.write(result);
+        repeat = writer.mustRepeat();
+        if (complete && !repeat) result.written = file->commit(plan.sync);
+    }
     if (!result.written) result.warnings.push_back(target + ": could not be written; what stood there is untouched");
     return result;
 }

@@ -98,7 +98,8 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
     beginStream(own, entries, extent.length);
     const std::size_t begin = chunk_.size();
-    file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
+    const std::size_t got = file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
+    if (got < extent.length) noteShortened(file.file().path());
     chunk_.resize(begin + static_cast<std::size_t>(extent.length));
     const std::string_view data = std::string_view(chunk_).substr(begin);
     const auto key = streams_.key(entries, data);
@@ -112,6 +113,10 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return own;
+}
+
+void ObjectOutput::noteShortened(const std::string& path) {
+    if (std::ranges::find(shortened_, path) == shortened_.end()) shortened_.push_back(path);
 }
 
 std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
@@ -159,6 +164,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     flushBody();
     flushChunk();
     if (!pipeline_.finish()) return false;
+    for (const std::string& path : pipeline_.shortened()) noteShortened(path);
     for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();

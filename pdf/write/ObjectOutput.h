@@ -43,7 +43,7 @@ public:
     [[nodiscard]] bool finish(std::string_view trailer, std::string_view firstId);
 
     /// After finish(): inputs that became shorter while they were copied.
-    [[nodiscard]] const std::vector<std::string>& shortened() const noexcept { return pipeline_.shortened(); }
+    [[nodiscard]] const std::vector<std::string>& shortened() const noexcept { return shortened_; }
 
 private:
     struct Packed {
@@ -54,6 +54,7 @@ private:
     void beginBody();
     void flushBody();
     void flushChunk();
+    void noteShortened(const std::string& path);
     void beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length);
     std::uint32_t copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
                             std::span<const FileRange> ranges);
@@ -76,6 +77,7 @@ private:
     std::vector<Packed> packed_;
     std::string chunk_;
     std::vector<OutputPipeline::Placed> chunkObjects_;
+    std::vector<std::string> shortened_;
     // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in the upper
     // bits and an index in the lower 16.
     std::vector<std::uint64_t> places_{0};

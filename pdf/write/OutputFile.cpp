@@ -23,7 +23,12 @@ std::string folderOf(const std::string& path) {
 /// The file behind symbolic links; the path itself when there is none yet.
 std::string followLinks(const std::string& path) {
     std::array<char, PATH_MAX> resolved{};
-    return ::realpath(path.c_str(), resolved.data()) ? std::string(resolved.data()) : path;
+    if (::realpath(path.c_str(), resolved.data())) return resolved.data();
+    // A link to a file that is not there yet.
+    const ssize_t length = ::readlink(path.c_str(), resolved.data(), resolved.size());
+    if (length <= 0) return path;
+    const std::string next(resolved.data(), static_cast<std::size_t>(length));
+    return next.front() == '/' ? next : folderOf(path) + '/' + next;
 }
 
 std::string temporaryName(const std::string& folder) {
@@ -39,7 +44,10 @@ std::unique_ptr<OutputFile> OutputFile::create(const std::string& target) {
     const bool exists = ::lstat(place.c_str(), &status) == 0;
     if (exists && (!S_ISREG(status.st_mode) || ::access(place.c_str(), W_OK) != 0)) return nullptr;
     const std::string folder = folderOf(place);
-    constexpr mode_t mode = 0666;
+    // What replaces a private file must be private before it takes its place.
+    constexpr mode_t usual = 0666;
+    constexpr mode_t permissions = 0777;
+    const mode_t mode = exists ? status.st_mode & permissions : usual;
     std::string temporary;
     // A file without a name disappears by itself, even when the program is killed.
     // To be named later it needs the process's own view of its descriptors.

@@ -16,6 +16,9 @@ public:
 
     [[nodiscard]] virtual Rectangle mediaBox() const = 0;
 
+    /// What to call the page in a warning: the path of its file.
+    [[nodiscard]] virtual std::string name() const = 0;
+
     /// Adds the page's objects to `sink` and returns the entries of its page dictionary besides `/Type`, `/Parent` and
     /// `/MediaBox`, for instance `/Resources<<…>>/Contents 7 0 R`. Nothing when the page cannot be made any more (its file
     /// has gone): the page is then left out.

@@ -24,9 +24,9 @@ bool oneOf(std::string_view key, std::span<const std::string_view> names) {
 
 }  // namespace
 
-SourceCopier::SourceCopier(SourceDocument& document, ObjectOutput& output)
+SourceCopier::SourceCopier(SourceDocument& document, ObjectOutput& output, bool isBase)
     : document_(document), reader_(document.reader()), output_(output), rewriter_(Mapper{this}),
-      numbers_(reader_.file().file().size()) {
+      numbers_(reader_.file().file().size()), isBase_(isBase) {
     numbers_.expect(reader_.table().entries.denseSize());
     for (const PageTree::Node& node : document_.pages().nodes()) {
         if (node.number != 0) numbers_.at(node.number) = null;
@@ -44,6 +44,8 @@ void SourceCopier::announceCatalog(std::uint32_t number) {
 std::uint32_t SourceCopier::map(Reference reference) {
     if (overlay_) {
         if (const auto own = overlay_->find(reference.number); own != overlay_->end()) return own->second;
+        const auto same = openingOverlay_->find(reference.number);
+        if (same != openingOverlay_->end()) return same->second;
     }
     const std::uint32_t known = numbers_.get(reference.number);
     if (known != 0) return known == null ? 0 : known;
@@ -54,9 +56,8 @@ std::uint32_t SourceCopier::discover(Reference reference) {
     const CrossReferenceTable& table = reader_.table();
     const CrossReferenceEntry entry = table.entries.get(reference.number);
     using enum CrossReferenceEntry::Kind;
-    if (entry.kind == Unknown || entry.kind == Free) return 0;
+    if (!reader_.exists(reference)) return 0;
     if (entry.kind == InFile) {
-        if (!table.recovered && entry.detail != reference.generation) return 0;
         if (const auto stream = copyStreamNow(reference)) return *stream;
     }
     const std::uint32_t number = output_.reserve();
@@ -90,16 +91,17 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
     std::string entries;
-    std::string_view length;
-    DictionaryScanner scanner(dictionary);
-    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
-        if (keyIs(entry.key, "Length")) {
-            length = entry.value;
-        } else {
-            writeEntry(entry, entries);
-        }
+    std::string length;
+    bool structured = false;
+    std::string repaired;
+    if (!writeStreamEntries(dictionary, entries, length, structured)) {
+        entries.clear();
+        Parser(dictionary).parse().write(repaired);
+        writeStreamEntries(repaired, entries, length, structured);
     }
     number = openStreams_.back().second;
+    // A part of the structure tree is one place of the document, not any that looks the same.
+    if (structured && isBase_ && number == 0) number = output_.reserve();
     openStreams_.pop_back();
     overlay_ = overlay;
     const std::size_t data = object.streamData().value_or(object.valueEnd);
@@ -110,6 +112,21 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
         extent.length = 0;
     }
     return output_.addFileStream(number, entries, reader_.file(), extent);
+}
+
+/// False when the dictionary is malformed.
+bool SourceCopier::writeStreamEntries(std::string_view dictionary, std::string& out, std::string& length, bool& structured) {
+    DictionaryScanner scanner(dictionary);
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        const bool structure = keyIs(entry.key, "StructParents") || keyIs(entry.key, "StructParent");
+        structured = structured || structure;
+        if (keyIs(entry.key, "Length")) {
+            length = entry.value;
+        } else if (!structure || isBase_) {
+            writeEntry(entry, out);
+        }
+    }
+    return scanner.valid();
 }
 
 void SourceCopier::writeEntry(const DictionaryScanner::Entry& entry, std::string& out) {
@@ -173,7 +190,7 @@ void SourceCopier::writePlain(std::uint32_t number, std::string_view text) {
 
 void SourceCopier::closePlain(std::uint32_t number, std::size_t begin) {
     std::string& body = output_.body();
-    if (reader_.charge(body.size() - begin)) {
+    if (!charges_ || reader_.charge(body.size() - begin)) {
         output_.close(number, begin);
     } else {
         body.resize(begin);
@@ -187,10 +204,11 @@ void SourceCopier::copyValue(std::string_view text, std::string& out) {
 
 bool SourceCopier::copyPage(const PageJob& job) {
     const std::string text = document_.pageText(*job.page);
-    if (text.empty()) return false;
+    if (text.empty() || (!job.asked && !reader_.charge(text.size()))) return false;
     std::vector<Pending> copies;
     Overlay own;
     if (job.overlay) {
+        openingOverlay_ = job.overlay;
         own = duplicateAnnotations(job, text, copies);
         overlay_ = &own;
     }
@@ -201,20 +219,27 @@ bool SourceCopier::copyPage(const PageJob& job) {
     const std::size_t begin = body.size();
     body += page;
     output_.close(job.number, begin);
+    charges_ = !job.asked || !job.overlay;
     for (const Pending& copy : copies) copyObject(copy);
+    charges_ = true;
     overlay_ = nullptr;
     return true;
 }
 
 void SourceCopier::writePage(const PageJob& job, std::string_view text, std::string& out) {
     out += "<</Type/Page/Parent " + std::to_string(job.parent) + " 0 R";
+    std::string repaired;
     std::array<bool, inheritedAttributeNames.size()> own{};
-    DictionaryScanner scanner(text);
+    DictionaryScanner scanner(soundDictionary(text, repaired));
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
         if (keyIs(entry.key, "Type") || keyIs(entry.key, "Parent")) continue;
         if (!job.withContent && keyIs(entry.key, "Contents")) continue;
         if (!job.keepStructure && keyIs(entry.key, "StructParents")) continue;
-        for (std::size_t i = 0; i < own.size(); ++i) own[i] = own[i] || keyIs(entry.key, inheritedAttributeNames[i]);
+        const auto name = std::ranges::find_if(inheritedAttributeNames, [&](auto known) { return keyIs(entry.key, known); });
+        if (name != inheritedAttributeNames.end()) {
+            if (reader_.isNull(entry.value)) continue;
+            own[static_cast<std::size_t>(name - inheritedAttributeNames.begin())] = true;
+        }
         writeEntry(entry, out);
     }
     for (std::size_t i = 0; i < own.size(); ++i) {
@@ -267,7 +292,7 @@ void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::s
 
 SourceCopier::Overlay SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view text,
                                                          std::vector<Pending>& copies) {
-    Overlay overlay = *job.overlay;
+    Overlay overlay;
     if (job.page->number != 0) overlay[job.page->number] = job.number;
     const std::string_view value = findValue(text, "Annots");
     const Object annotations = reader_.resolve(value);

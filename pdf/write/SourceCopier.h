@@ -28,7 +28,8 @@ public:
     /// references from this copy lead to instead.
     using Overlay = std::unordered_map<std::uint32_t, std::uint32_t>;
 
-    SourceCopier(SourceDocument& document, ObjectOutput& output);
+    /// `isBase`: the source's catalog is the output's, and so is its structure tree.
+    SourceCopier(SourceDocument& document, ObjectOutput& output, bool isBase);
 
     /// Announces that the page with this object number is written as `number`; its references lead there.
     void announce(std::uint32_t page, std::uint32_t number) { numbers_.at(page) = number; }
@@ -41,7 +42,8 @@ public:
         std::uint32_t parent = 0;       ///< of its node
         bool withContent = true;        ///< carry the page's own content over
         bool keepStructure = false;     ///< its entries of the structure tree stay valid in the output
-        const Overlay* overlay = nullptr;  ///< for a copy other than the first; null for that
+        const Overlay* overlay = nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
+        bool asked = true;  ///< this copy was asked for; false if only the source's own tree names the page several times
     };
     /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
     /// cannot be read.
@@ -75,6 +77,7 @@ private:
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
+    bool writeStreamEntries(std::string_view dictionary, std::string& out, std::string& length, bool& structured);
     void writeEntry(const DictionaryScanner::Entry& entry, std::string& out);
     void writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out);
     void writePage(const PageJob& job, std::string_view text, std::string& out);
@@ -89,7 +92,10 @@ private:
     ObjectOutput& output_;
     ReferenceRewriter<Mapper> rewriter_;
     ObjectMap<std::uint32_t> numbers_;  // 0: not met yet
-    const Overlay* overlay_ = nullptr;  // of the page being copied
+    const Overlay* overlay_ = nullptr;         // of the page being copied
+    const Overlay* openingOverlay_ = nullptr;  // of the pages taken from the same opening
+    bool charges_ = true;                      // whether what is copied counts towards what the file can hold
+    bool isBase_;
     std::vector<Pending> pending_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> openStreams_;  // source number and number in the output, 0 if none yet
     std::unordered_map<std::int64_t, std::uint32_t> resources_;         // of page tree nodes

@@ -73,6 +73,10 @@ QSizeF Image::size() const {
     return orientation.exchangesAxes() ? stored.transposed() : stored;
 }
 
+std::string Image::name() const {
+    return picture_->path();
+}
+
 pdf::Rectangle Image::mediaBox() const {
     return {0, 0, size().width(), size().height()};
 }

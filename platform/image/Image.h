@@ -38,6 +38,9 @@ public:
     /// Of the size above, with the corner at the origin.
     [[nodiscard]] pdf::Rectangle mediaBox() const override;
 
+    /// The path of the file.
+    [[nodiscard]] std::string name() const override;
+
     /// JPEG files, the pixel data of PNG files without alpha or interlacing, and CCITT Group 4 strips of TIFF files are
     /// copied; all else is decoded and encoded again without loss. Nothing when the file has changed since it was
     /// loaded so that no pixels of it can be had, or when they are damaged from the start.

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] static std::unique_ptr<const Picture> open(const std::shared_ptr<pdf::InputFile>& file,
                                                              const QByteArray& suffix);
 
+    [[nodiscard]] const std::string& path() const noexcept { return file_->path(); }
     [[nodiscard]] const Properties& properties() const noexcept { return properties_; }
 
     /// Adds the picture to `sink` as an image XObject (ISO 32000-2, 8.9.5) and returns its number. Nothing when the
