@@ -13,8 +13,8 @@
 #include "platform/image/Image.h"
 #include "platform/jobs/MainThread.h"
 #include "platform/pdf/DocumentAttributes.h"
-#include "platform/pdf/PDFDestination.h"
 #include "platform/pdf/DocumentPreloader.h"
+#include "platform/pdf/PDFDestination.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/WriteOptions.h"
 

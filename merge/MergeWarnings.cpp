@@ -23,7 +23,8 @@ std::string unreadable(const QUrl& url, const char* kind) {
 void MergeWarnings::noteInput(const cacheData& entry, const PDFDocument* document) {
     if (document != nullptr) {
         add(document->warnings());
-        if (document->isLocked()) add({nameOf(entry.url()) + ": is protected and could not be unlocked; its pages are left out"});
+        if (document->isLocked())
+            add({nameOf(entry.url()) + ": is protected and could not be unlocked; its pages are left out"});
     } else if (missed_.insert(&entry).second) {
         // Not through add: a file that stands in the list twice is missing twice.
         lines_.push_back(unreadable(entry.url(), "PDF"));

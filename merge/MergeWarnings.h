@@ -28,7 +28,7 @@ public:
 
 private:
     std::vector<std::string> lines_;
-    std::set<std::string> known_;  // what add has added
+    std::set<std::string> known_;        // what add has added
     std::set<const cacheData*> missed_;  // entries whose file could not be read
 };
 

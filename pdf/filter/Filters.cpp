@@ -43,7 +43,8 @@ std::optional<std::string> decodeStream(const Dictionary& dictionary, std::strin
         const Dictionary* own = i < parameterList.size() ? parameterList[i].dictionary() : nullptr;
         if (!filters[i].name()) return std::nullopt;
         const std::string previous = out ? std::move(*out) : std::string();
-        out = decodeOne(*filters[i].name(), own ? *own : noParameters, i == 0 ? data : std::string_view(previous), limit);
+        out =
+            decodeOne(*filters[i].name(), own ? *own : noParameters, i == 0 ? data : std::string_view(previous), limit);
         if (!out) return std::nullopt;
     }
     if (!out) out = std::string(data);

@@ -11,7 +11,9 @@ namespace quillon::pdf {
 namespace {
 
 struct ReleaseDecompressor {
-    void operator()(libdeflate_decompressor* decompressor) const noexcept { libdeflate_free_decompressor(decompressor); }
+    void operator()(libdeflate_decompressor* decompressor) const noexcept {
+        libdeflate_free_decompressor(decompressor);
+    }
 };
 
 /// The fast road: right data, inflated at one go. The room is kept for the next call, unless it became very large.

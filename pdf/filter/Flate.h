@@ -11,8 +11,8 @@ struct libdeflate_compressor;
 
 namespace quillon::pdf {
 
-/// Inflates zlib data (FlateDecode). Damaged or broken-off data gives what comes before the damage. Nothing when more than
-/// `limit` bytes would come out.
+/// Inflates zlib data (FlateDecode). Damaged or broken-off data gives what comes before the damage. Nothing when more
+/// than `limit` bytes would come out.
 [[nodiscard]] std::optional<std::string> inflate(std::string_view data, std::size_t limit);
 
 /// The CRC-32 of `data`.

@@ -1,10 +1,10 @@
 #include "pdf/filter/TextFilters.h"
 
+#include "pdf/object/Characters.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
-
-#include "pdf/object/Characters.h"
 
 namespace quillon::pdf {
 

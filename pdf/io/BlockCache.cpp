@@ -55,7 +55,8 @@ const BlockCache::Block& BlockCache::block(std::uint64_t index) {
     return blocks_.emplace_back(std::move(block));
 }
 
-/// A block to be filled: once the cache is full, the one used longest ago, with its memory unless somebody still reads there.
+/// A block to be filled: once the cache is full, the one used longest ago, with its memory unless somebody still reads
+/// there.
 BlockCache::Block BlockCache::recycledBlock() {
     Block block;
     if (blocks_.size() == mostBlocks) {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "pdf/io/InputFile.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "pdf/io/InputFile.h"
 
 namespace quillon::pdf {
 
@@ -26,8 +26,8 @@ public:
 
     explicit BlockCache(std::shared_ptr<InputFile> file) : file_(std::move(file)) {}
 
-    /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more. Stays valid as long as
-    /// the result is held.
+    /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more. Stays valid as
+    /// long as the result is held.
     [[nodiscard]] OwnedText view(std::uint64_t offset, std::size_t wanted);
 
     /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.

@@ -9,7 +9,7 @@ namespace quillon::pdf {
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    std::uint64_t size = 0;              ///< bytes
+    std::uint64_t size = 0;                ///< bytes
     std::int64_t modifiedNanoseconds = 0;  ///< since the epoch
 
     auto operator<=>(const FileIdentity&) const = default;

@@ -47,8 +47,8 @@ std::size_t InputFile::readAt(std::uint64_t offset, std::span<char> into) {
     if (!descriptor) return 0;
     std::size_t done = 0;
     while (done < into.size()) {
-        const ssize_t got = ::pread(descriptor->number(), into.data() + done, into.size() - done,
-                                    static_cast<off_t>(offset + done));
+        const ssize_t got =
+            ::pread(descriptor->number(), into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) break;
         done += static_cast<std::size_t>(got);

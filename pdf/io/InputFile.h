@@ -1,5 +1,8 @@
 #pragma once
 
+#include "pdf/io/FileIdentity.h"
+#include "pdf/io/OpenFiles.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -7,17 +10,14 @@
 #include <span>
 #include <string>
 
-#include "pdf/io/FileIdentity.h"
-#include "pdf/io/OpenFiles.h"
-
 namespace quillon::pdf {
 
 /// A regular file that is read at given offsets.
 ///
-/// The file is never mapped, so an input that is cut short, replaced or unplugged while it is read gives short reads and
-/// no signal. Of all InputFiles of the program only a few are open at a time (see OpenFiles): the descriptor of one that
-/// was not read for a while is closed, and opened again, with its identity checked, when it is next read.
-/// Every operation may be called from any thread.
+/// The file is never mapped, so an input that is cut short, replaced or unplugged while it is read gives short reads
+/// and no signal. Of all InputFiles of the program only a few are open at a time (see OpenFiles): the descriptor of one
+/// that was not read for a while is closed, and opened again, with its identity checked, when it is next read. Every
+/// operation may be called from any thread.
 class InputFile {
     struct Passkey {};
 
@@ -25,8 +25,8 @@ public:
     /// Only for open().
     InputFile(Passkey, std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity);
 
-    /// Opens `path` (file system encoding). Null when it does not exist, may not be read, or is no regular file; a FIFO or
-    /// a device is recognised without waiting for it.
+    /// Opens `path` (file system encoding). Null when it does not exist, may not be read, or is no regular file; a FIFO
+    /// or a device is recognised without waiting for it.
     [[nodiscard]] static std::shared_ptr<InputFile> open(const std::string& path);
 
     /// The identity of the file at `path` now; nothing when there is no regular file.

@@ -1,9 +1,9 @@
 #include "pdf/io/OpenFiles.h"
 
+#include "pdf/io/InputFile.h"
+
 #include <algorithm>
 #include <unistd.h>
-
-#include "pdf/io/InputFile.h"
 
 namespace quillon::pdf {
 

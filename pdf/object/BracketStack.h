@@ -1,9 +1,9 @@
 #pragma once
 
+#include "pdf/object/Parser.h"
+
 #include <array>
 #include <cstddef>
-
-#include "pdf/object/Parser.h"
 
 namespace quillon::pdf {
 

@@ -1,11 +1,11 @@
 #include "pdf/object/DictionaryScanner.h"
 
-#include <algorithm>
-
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
+
+#include <algorithm>
 
 namespace quillon::pdf {
 

@@ -32,10 +32,12 @@ private:
     bool done_ = false;
 };
 
-/// Behind the dictionary at the start of `text` (white space before it allowed); 0 when none stands there or it is malformed.
+/// Behind the dictionary at the start of `text` (white space before it allowed); 0 when none stands there or it is
+/// malformed.
 [[nodiscard]] std::size_t skipDictionary(std::string_view text) noexcept;
 
-/// The text of the dictionary at the start of `text`, made well-formed in `repaired` if it is not; empty if there is none.
+/// The text of the dictionary at the start of `text`, made well-formed in `repaired` if it is not; empty if there is
+/// none.
 [[nodiscard]] std::string_view soundDictionary(std::string_view text, std::string& repaired);
 
 /// Whether a key as written in a file means `name`; `#xx` escapes are honoured.

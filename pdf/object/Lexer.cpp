@@ -1,10 +1,10 @@
 #include "pdf/object/Lexer.h"
 
+#include "pdf/object/Characters.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
-
-#include "pdf/object/Characters.h"
 
 namespace quillon::pdf {
 
@@ -29,7 +29,8 @@ bool readNumber(std::string_view text, Token& token) {
     if (at < text.size() && text[at] == '.') {
         token.kind = TokenKind::Real;
         double place = 0.1;
-        for (++at; at < text.size() && isDigit(text[at]); ++at, ++digits, place /= 10) value += (text[at] - '0') * place;
+        for (++at; at < text.size() && isDigit(text[at]); ++at, ++digits, place /= 10)
+            value += (text[at] - '0') * place;
     }
     const bool endsWell = at == text.size() || text[at] == '-';
     if (!endsWell || (digits == 0 && token.kind == TokenKind::Integer)) return false;
@@ -79,8 +80,10 @@ Token Lexer::next() {
             break;
         case '<':
             token.kind = doubled ? TokenKind::DictionaryOpen : TokenKind::String;
-            if (doubled) position_ += 2;
-            else readHexString(token.value);
+            if (doubled)
+                position_ += 2;
+            else
+                readHexString(token.value);
             break;
         case '>':
             token.kind = doubled ? TokenKind::DictionaryClose : TokenKind::Keyword;

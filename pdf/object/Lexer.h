@@ -1,12 +1,12 @@
 #pragma once
 
+#include "pdf/object/Characters.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "pdf/object/Characters.h"
 
 namespace quillon::pdf {
 
@@ -14,8 +14,8 @@ enum class TokenKind {
     End,
     Integer,
     Real,
-    String,     ///< literal or hexadecimal, `value` decoded
-    Name,       ///< `value` decoded, without the slash
+    String,  ///< literal or hexadecimal, `value` decoded
+    Name,    ///< `value` decoded, without the slash
     ArrayOpen,
     ArrayClose,
     DictionaryOpen,
@@ -25,14 +25,14 @@ enum class TokenKind {
 
 struct Token {
     TokenKind kind = TokenKind::End;
-    std::size_t begin = 0;      ///< where the token starts in the text
-    std::int64_t integer = 0;   ///< Integer; saturated
-    double real = 0;            ///< Integer and Real
-    std::string value;          ///< String, Name, Keyword
+    std::size_t begin = 0;     ///< where the token starts in the text
+    std::int64_t integer = 0;  ///< Integer; saturated
+    double real = 0;           ///< Integer and Real
+    std::string value;         ///< String, Name, Keyword
 };
 
-/// Splits PDF text into the tokens of ISO 32000-2, 7.2 and 7.3. Total: any bytes give some tokens, and End for ever after
-/// the last. A string or name that the text breaks off is taken as far as it goes.
+/// Splits PDF text into the tokens of ISO 32000-2, 7.2 and 7.3. Total: any bytes give some tokens, and End for ever
+/// after the last. A string or name that the text breaks off is taken as far as it goes.
 class Lexer {
 public:
     explicit Lexer(std::string_view text, std::size_t position = 0) noexcept : text_(text), position_(position) {}

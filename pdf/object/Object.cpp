@@ -1,11 +1,11 @@
 #include "pdf/object/Object.h"
 
+#include "pdf/object/Characters.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-
-#include "pdf/object/Characters.h"
 
 namespace quillon::pdf {
 
@@ -68,7 +68,8 @@ struct Writer {
 
 const Object& Dictionary::operator[](std::string_view key) const noexcept {
     static const Object null;
-    const auto found = std::find_if(entries_.rbegin(), entries_.rend(), [key](const auto& entry) { return entry.first == key; });
+    const auto found =
+        std::find_if(entries_.rbegin(), entries_.rend(), [key](const auto& entry) { return entry.first == key; });
     return found == entries_.rend() ? null : found->second;
 }
 

@@ -27,8 +27,8 @@ struct Name {
 
 using Array = std::vector<Object>;
 
-/// A dictionary in the order of its file. A key that is missing reads as null, as one whose value is null does; of equal
-/// keys the last one holds, as most readers have it.
+/// A dictionary in the order of its file. A key that is missing reads as null, as one whose value is null does; of
+/// equal keys the last one holds, as most readers have it.
 class Dictionary {
 public:
     [[nodiscard]] const Object& operator[](std::string_view key) const noexcept;

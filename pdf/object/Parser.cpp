@@ -54,9 +54,9 @@ Object Parser::parseNumber(const Token& token) {
 }
 
 bool Parser::endsObject(const Token& token) {
-    const bool ends = token.kind == TokenKind::End || (token.kind == TokenKind::Keyword &&
-                                                       (token.value == "endobj" || token.value == "stream" ||
-                                                        token.value == "obj" || token.value == "endstream"));
+    const bool ends = token.kind == TokenKind::End ||
+                      (token.kind == TokenKind::Keyword && (token.value == "endobj" || token.value == "stream" ||
+                                                            token.value == "obj" || token.value == "endstream"));
     if (!ends) return false;
     clean_ = false;
     lexer_.seek(token.begin);

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <string_view>
-
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Object.h"
 
+#include <string_view>
+
 namespace quillon::pdf {
 
-/// Parses values (ISO 32000-2, 7.3). Total: what cannot be read becomes null, what is not closed is closed where the text
-/// or the object ends.
+/// Parses values (ISO 32000-2, 7.3). Total: what cannot be read becomes null, what is not closed is closed where the
+/// text or the object ends.
 class Parser {
 public:
     /// Arrays and dictionaries nested deeper than this read as null, so that no input exhausts the stack.

@@ -1,5 +1,11 @@
 #pragma once
 
+#include "pdf/object/BracketStack.h"
+#include "pdf/object/Characters.h"
+#include "pdf/object/Object.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,18 +15,12 @@
 #include <string>
 #include <string_view>
 
-#include "pdf/object/BracketStack.h"
-#include "pdf/object/Characters.h"
-#include "pdf/object/Object.h"
-#include "pdf/object/Parser.h"
-#include "pdf/object/ValueSkipper.h"
-
 namespace quillon::pdf {
 
-// Objects that only travel from a source to the output are not understood: the runs between the few bytes that matter are
-// copied as they stand, and only references change. That is several times faster than parsing and writing them again.
-// Text whose brackets or strings are not balanced, or that holds a comment, takes the slow road through the parser instead,
-// so what is written never spoils the objects around it.
+// Objects that only travel from a source to the output are not understood: the runs between the few bytes that matter
+// are copied as they stand, and only references change. That is several times faster than parsing and writing them
+// again. Text whose brackets or strings are not balanced, or that holds a comment, takes the slow road through the
+// parser instead, so what is written never spoils the objects around it.
 
 /// How a value's references are given their new numbers: a callable `std::uint32_t(Reference)`, 0 for null.
 template <class Mapper>
@@ -43,7 +43,8 @@ public:
     /// The same through the parser; always succeeds.
     std::size_t slow(std::string_view text, std::size_t position, std::string& out);
 
-    /// Appends `text`, which is a value that was found well-formed, or any text at all, by the fast road if it can be gone.
+    /// Appends `text`, which is a value that was found well-formed, or any text at all, by the fast road if it can be
+    /// gone.
     void value(std::string_view text, std::string& out) {
         if (isPlainScalar(text)) {
             if (!out.empty() && isRegular(out.back()) && isRegular(text.front())) out += ' ';
@@ -83,7 +84,8 @@ inline constexpr auto rewriterStops = [] {
 
 /// Whether the `j` at `at` ends the keyword `obj` or `endobj`: then a bracket is missing.
 [[nodiscard]] inline bool endsObjectKeyword(std::string_view text, std::size_t at) noexcept {
-    return at >= 2 && text[at - 1] == 'b' && text[at - 2] == 'o' && (at + 1 == text.size() || !isRegular(text[at + 1])) &&
+    return at >= 2 && text[at - 1] == 'b' && text[at - 2] == 'o' &&
+           (at + 1 == text.size() || !isRegular(text[at + 1])) &&
            (at == 2 || !isRegular(text[at - 3]) || text[at - 3] == 'd');
 }
 
@@ -184,7 +186,8 @@ void ReferenceRewriter<Mapper>::append(std::uint32_t number, std::string& out) {
 }
 
 template <class Mapper>
-std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view text, std::size_t position, std::string& out) {
+std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view text, std::size_t position,
+                                                             std::string& out) {
     const auto end = skipValue(text, position);
     if (!end) return std::nullopt;
     const std::string_view whole = text.substr(position, *end - position);

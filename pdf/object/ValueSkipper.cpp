@@ -1,10 +1,10 @@
 #include "pdf/object/ValueSkipper.h"
 
-#include <array>
-
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
+
+#include <array>
 
 namespace quillon::pdf {
 

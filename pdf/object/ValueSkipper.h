@@ -6,9 +6,9 @@
 
 namespace quillon::pdf {
 
-/// Finds where a value ends without parsing it. Returns the position behind the value that starts at `position` (white space
-/// and comments before it are passed over); a reference counts as one value. Nothing when the value is not closed within
-/// the text, is closed by the wrong bracket, is nested too deeply, or when no value stands there.
+/// Finds where a value ends without parsing it. Returns the position behind the value that starts at `position` (white
+/// space and comments before it are passed over); a reference counts as one value. Nothing when the value is not closed
+/// within the text, is closed by the wrong bracket, is nested too deeply, or when no value stands there.
 [[nodiscard]] std::optional<std::size_t> skipValue(std::string_view text, std::size_t position) noexcept;
 
 /// Behind the string that starts at `position` with `(`; nothing when it is not closed.

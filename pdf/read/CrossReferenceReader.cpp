@@ -1,14 +1,14 @@
 #include "pdf/read/CrossReferenceReader.h"
 
-#include <algorithm>
-#include <array>
-
 #include "pdf/filter/Filters.h"
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
 #include "pdf/read/Limits.h"
 #include "pdf/read/StreamText.h"
+
+#include <algorithm>
+#include <array>
 
 namespace quillon::pdf {
 
@@ -43,8 +43,8 @@ std::optional<CrossReferenceTable> CrossReferenceReader::read() {
     }
     table_.trailer = section;
     while (true) {
-        // A hybrid file hides the newer objects of a section in a stream that older readers do not know. Its table calls
-        // them free, so what is free counts only after that stream.
+        // A hybrid file hides the newer objects of a section in a stream that older readers do not know. Its table
+        // calls them free, so what is free counts only after that stream.
         if (const auto hybrid = offsetIn(section, "XRefStm")) {
             Dictionary ignored;
             if (!readSection(*hybrid, ignored)) return std::nullopt;
@@ -136,7 +136,8 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
             }
             ++at;
             CrossReferenceEntry entry;
-            entry.kind = kind == 'n' && *place != 0 ? CrossReferenceEntry::Kind::InFile : CrossReferenceEntry::Kind::Free;
+            entry.kind =
+                kind == 'n' && *place != 0 ? CrossReferenceEntry::Kind::InFile : CrossReferenceEntry::Kind::Free;
             entry.place = *place + bias_;
             entry.detail = static_cast<std::uint32_t>(std::min<std::uint64_t>(*generation, 65535));
             const auto number = static_cast<std::uint32_t>(first + done);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "pdf/io/BlockCache.h"
+#include "pdf/read/CrossReferenceTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -7,13 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "pdf/io/BlockCache.h"
-#include "pdf/read/CrossReferenceTable.h"
-
 namespace quillon::pdf {
 
-/// Reads the cross-reference sections of a file from `startxref` back along `Prev` and `XRefStm`: tables, streams and hybrids
-/// (ISO 32000-2, 7.5.4, 7.5.6, 7.5.8).
+/// Reads the cross-reference sections of a file from `startxref` back along `Prev` and `XRefStm`: tables, streams and
+/// hybrids (ISO 32000-2, 7.5.4, 7.5.6, 7.5.8).
 class CrossReferenceReader {
 public:
     /// `headerOffset` is where `%PDF-` stands; offsets that do not fit as they are, are tried from there.

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
-
 #include "pdf/object/Object.h"
 #include "pdf/object/ObjectMap.h"
+
+#include <cstdint>
 
 namespace quillon::pdf {
 
@@ -19,7 +19,7 @@ struct CrossReferenceEntry {
 /// The cross-reference data of a file, all its sections merged.
 struct CrossReferenceTable {
     ObjectMap<CrossReferenceEntry> entries;
-    Dictionary trailer;  ///< of the newest section, completed from older ones
+    Dictionary trailer;      ///< of the newest section, completed from older ones
     bool recovered = false;  ///< found by scanning the file; generations then do not count
 
     /// Keeps an entry that is known already: sections are read from the newest to the oldest.

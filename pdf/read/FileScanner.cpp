@@ -1,7 +1,5 @@
 #include "pdf/read/FileScanner.h"
 
-#include <algorithm>
-
 #include "pdf/object/Characters.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Lexer.h"
@@ -9,6 +7,8 @@
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/Limits.h"
 #include "pdf/read/ObjectStream.h"
+
+#include <algorithm>
 
 namespace quillon::pdf {
 
@@ -113,7 +113,8 @@ void FileScanner::addObjectStream(const Found& found) {
     const auto stream = readStreamAt(file_, found.offset);
     const auto objects = stream ? ObjectStream::decode(*stream) : nullptr;
     if (!objects) return;
-    for (std::size_t i = 0; i < objects->count() && packed_ < file_.file().size() + limits::tableMargin; ++i, ++packed_) {
+    for (std::size_t i = 0; i < objects->count() && packed_ < file_.file().size() + limits::tableMargin;
+         ++i, ++packed_) {
         const std::uint32_t number = objects->numberAt(i);
         if (number > maximumObjectNumber) continue;
         CrossReferenceEntry& entry = table_.entries.at(number);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <vector>
-
 #include "pdf/io/BlockCache.h"
 #include "pdf/read/CrossReferenceTable.h"
 #include "pdf/read/StreamText.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace quillon::pdf {
 

@@ -1,14 +1,14 @@
 #include "pdf/read/ObjectReader.h"
 
-#include <algorithm>
-#include <unordered_set>
-
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/CrossReferenceReader.h"
 #include "pdf/read/FileScanner.h"
 #include "pdf/read/Limits.h"
 #include "pdf/read/StreamText.h"
+
+#include <algorithm>
+#include <unordered_set>
 
 namespace quillon::pdf {
 
@@ -185,7 +185,8 @@ std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t
     auto stream = readStreamAt(file_, entry.place, plain);
     if (stream && stream->reference.number == number) {
         for (const char* key : {"N", "First", "Filter", "DecodeParms"}) {
-            if (const Reference* target = stream->dictionary[key].reference()) stream->dictionary.append(key, plain(*target));
+            if (const Reference* target = stream->dictionary[key].reference())
+                stream->dictionary.append(key, plain(*target));
         }
         if (auto objects = ObjectStream::decode(*stream)) return objects;
     }

@@ -1,12 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
-#include <optional>
-#include <string_view>
-#include <unordered_map>
-#include <vector>
-
 #include "pdf/io/BlockCache.h"
 #include "pdf/object/Object.h"
 #include "pdf/read/CrossReferenceTable.h"
@@ -14,19 +7,28 @@
 #include "pdf/read/ObjectStreamPrefetcher.h"
 #include "pdf/read/Warnings.h"
 
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
 namespace quillon::pdf {
 
 /// The text of an object and, for streams, where their data is.
 struct ObjectText {
-    OwnedText source;         ///< from the beginning of the value, at least to the asked length; usually beyond the value
-    bool inFile = false;      ///< directly in the file, where alone a stream can be
-    bool complete = false;    ///< `source` reaches to where no object can go on
-    std::uint64_t offset = 0; ///< in the file, of the first byte of `source`; only if `inFile`
-    std::size_t valueEnd = 0; ///< behind the value; 0 where it is not known, or malformed
+    OwnedText source;       ///< from the beginning of the value, at least to the asked length; usually beyond the value
+    bool inFile = false;    ///< directly in the file, where alone a stream can be
+    bool complete = false;  ///< `source` reaches to where no object can go on
+    std::uint64_t offset = 0;  ///< in the file, of the first byte of `source`; only if `inFile`
+    std::size_t valueEnd = 0;  ///< behind the value; 0 where it is not known, or malformed
 
     [[nodiscard]] std::string_view text() const noexcept { return source.text; }
     /// The value alone, if its end is known; otherwise all of `text`.
-    [[nodiscard]] std::string_view value() const noexcept { return valueEnd != 0 ? text().substr(0, valueEnd) : text(); }
+    [[nodiscard]] std::string_view value() const noexcept {
+        return valueEnd != 0 ? text().substr(0, valueEnd) : text();
+    }
     /// Where the data of a stream begins in `text`; nothing for any other object. Asks for `valueEnd`.
     [[nodiscard]] std::optional<std::size_t> streamData() const noexcept;
 };
@@ -36,8 +38,8 @@ struct StreamExtent {
     std::uint64_t length = 0;
 };
 
-/// Finds the objects of one file. An entry of the cross-reference data that leads elsewhere makes it scan the file, once, and
-/// go on with what was found. Not thread-safe.
+/// Finds the objects of one file. An entry of the cross-reference data that leads elsewhere makes it scan the file,
+/// once, and go on with what was found. Not thread-safe.
 class ObjectReader {
 public:
     /// Reads the cross-reference data, by scanning if need be. `warnings` must outlive the reader.
@@ -68,15 +70,15 @@ public:
     [[nodiscard]] Object resolve(const Object& object);
     [[nodiscard]] Object resolve(std::string_view valueText);
 
-    /// Where the data of a stream is that begins at the file offset `data`; `length` is the text of its `Length`, empty if
-    /// it has none.
+    /// Where the data of a stream is that begins at the file offset `data`; `length` is the text of its `Length`, empty
+    /// if it has none.
     [[nodiscard]] StreamExtent streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data);
 
     /// Replaces the cross-reference data by what a scan of the file finds. False when that was done before.
     bool recover(std::string_view reason, std::uint32_t object = 0, std::int64_t offset = -1);
 
-    /// Counts bytes that were taken over from the file. False once that is more than a file of its size can hold, as with
-    /// objects that overlap each other to blow up the output.
+    /// Counts bytes that were taken over from the file. False once that is more than a file of its size can hold, as
+    /// with objects that overlap each other to blow up the output.
     [[nodiscard]] bool charge(std::uint64_t bytes) noexcept;
 
     /// The object streams of the file, in the order in which their objects are numbered.

@@ -1,11 +1,11 @@
 #include "pdf/read/ObjectStream.h"
 
-#include <algorithm>
-#include <numeric>
-
 #include "pdf/filter/Filters.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/read/Limits.h"
+
+#include <algorithm>
+#include <numeric>
 
 namespace quillon::pdf {
 
@@ -27,14 +27,16 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
         skipWhiteSpace(text, at);
         const auto offset = readUnsigned(text, at);
         if (!number || !offset || *number > UINT32_MAX) break;
-        // An object beyond the end keeps its place in the index, so that those behind it keep theirs; it reads as nothing.
+        // An object beyond the end keeps its place in the index, so that those behind it keep theirs; it reads as
+        // nothing.
         const std::uint64_t place = std::min<std::uint64_t>(*offset + static_cast<std::uint64_t>(*first), text.size());
         result->index_.push_back({static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(place)});
     }
     const auto numberOf = [&](std::uint32_t i) { return result->index_[i].number; };
     result->byNumber_.resize(result->index_.size());
     std::iota(result->byNumber_.begin(), result->byNumber_.end(), 0U);
-    if (!std::ranges::is_sorted(result->byNumber_, {}, numberOf)) std::ranges::stable_sort(result->byNumber_, {}, numberOf);
+    if (!std::ranges::is_sorted(result->byNumber_, {}, numberOf))
+        std::ranges::stable_sort(result->byNumber_, {}, numberOf);
     return result;
 }
 
@@ -46,7 +48,8 @@ std::string_view ObjectStream::textAt(std::size_t index) const noexcept {
 
 std::optional<std::size_t> ObjectStream::find(std::uint32_t number, std::size_t hint) const noexcept {
     if (hint < index_.size() && index_[hint].number == number) return hint;
-    const auto found = std::ranges::lower_bound(byNumber_, number, {}, [this](std::uint32_t i) { return index_[i].number; });
+    const auto found =
+        std::ranges::lower_bound(byNumber_, number, {}, [this](std::uint32_t i) { return index_[i].number; });
     if (found == byNumber_.end() || index_[*found].number != number) return std::nullopt;
     return *found;
 }

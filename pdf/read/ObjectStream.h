@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/read/StreamText.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -8,12 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "pdf/read/StreamText.h"
-
 namespace quillon::pdf {
 
-/// A decoded object stream (ISO 32000-2, 7.5.7). Streams linked by `Extends` need no care of their own: the cross-reference
-/// data names the very stream that holds an object.
+/// A decoded object stream (ISO 32000-2, 7.5.7). Streams linked by `Extends` need no care of their own: the
+/// cross-reference data names the very stream that holds an object.
 class ObjectStream {
 public:
     /// Null when it cannot be decoded at all.

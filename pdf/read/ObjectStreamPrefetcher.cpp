@@ -91,7 +91,8 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
 }
 
 /// Only a stream that describes itself without other objects can be read apart from the rest of its file.
-std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, std::uint32_t number, std::uint64_t offset) {
+std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, std::uint32_t number,
+                                                                 std::uint64_t offset) {
     bool plain = true;
     const auto stream = readStreamAt(file, offset, [&plain](Reference) {
         plain = false;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "pdf/io/BlockCache.h"
+#include "pdf/read/ObjectStream.h"
+
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -10,14 +13,11 @@
 #include <utility>
 #include <vector>
 
-#include "pdf/io/BlockCache.h"
-#include "pdf/read/ObjectStream.h"
-
 namespace quillon::pdf {
 
-/// Reads and inflates object streams on a thread of its own, before the thread that copies objects comes to them. Only a hint:
-/// what was not read in time, or is not plain enough to be read apart, the copying thread reads itself, so the result never
-/// depends on timing.
+/// Reads and inflates object streams on a thread of its own, before the thread that copies objects comes to them. Only
+/// a hint: what was not read in time, or is not plain enough to be read apart, the copying thread reads itself, so the
+/// result never depends on timing.
 class ObjectStreamPrefetcher {
 public:
     struct Wanted {
@@ -51,7 +51,8 @@ private:
     void wakeReader();
     void waitFor(const Job& job, std::unique_lock<std::mutex>& lock);
     void readNext(std::unique_lock<std::mutex>& lock);
-    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, std::uint32_t number, std::uint64_t offset);
+    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, std::uint32_t number,
+                                                                  std::uint64_t offset);
 
     // Bytes inflated and not taken yet beyond which the thread waits.
     static constexpr std::size_t mostAhead = 3U << 20U;

@@ -23,10 +23,11 @@ constexpr std::size_t largeTree = 256;
 
 }  // namespace
 
-// To know that a kid is a page and not a node, it must be looked at, and in a large file that inflates nearly every object
-// stream before the first page is shown. A node whose Count equals the number of its kids can only hold pages, unless the
-// counts lie: so a large tree is believed as long as all its counts agree with each other, and any other is walked. It can
-// still hold nodes of one page each in the place of pages; who meets one reads the tree again without believing it.
+// To know that a kid is a page and not a node, it must be looked at, and in a large file that inflates nearly every
+// object stream before the first page is shown. A node whose Count equals the number of its kids can only hold pages,
+// unless the counts lie: so a large tree is believed as long as all its counts agree with each other, and any other is
+// walked. It can still hold nodes of one page each in the place of pages; who meets one reads the tree again without
+// believing it.
 
 PageTree::PageTree(ObjectReader& reader, const Object& root, bool believeCounts) {
     if (believeCounts) {
@@ -122,7 +123,8 @@ void PageTree::visit(ObjectReader& reader, const Object& kid, bool trustCounts, 
     std::string repaired;
     const std::string_view text = soundDictionary(object ? object->value() : std::string_view(direct), repaired);
     if (text.empty()) {
-        reader.warnings().add("an entry of the page tree is no page; it is left out", reference ? reference->number : 0);
+        reader.warnings().add("an entry of the page tree is no page; it is left out",
+                              reference ? reference->number : 0);
         countsAddUp_ = false;
         return;
     }
@@ -143,7 +145,8 @@ void PageTree::visit(ObjectReader& reader, const Object& kid, bool trustCounts, 
 
 std::int64_t PageTree::inheritedFrom(const Page& page, InheritedAttribute attribute) const noexcept {
     for (std::int64_t node = page.node; node >= 0; node = nodes_[static_cast<std::size_t>(node)].parent) {
-        if (!nodes_[static_cast<std::size_t>(node)].attributes[static_cast<std::size_t>(attribute)].empty()) return node;
+        if (!nodes_[static_cast<std::size_t>(node)].attributes[static_cast<std::size_t>(attribute)].empty())
+            return node;
     }
     return -1;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/read/ObjectReader.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -8,27 +10,26 @@
 #include <unordered_set>
 #include <vector>
 
-#include "pdf/read/ObjectReader.h"
-
 namespace quillon::pdf {
 
 /// The attributes that a page inherits from the nodes above it (ISO 32000-2, 7.7.3.4).
 enum class InheritedAttribute : std::uint8_t { Resources, MediaBox, CropBox, Rotate };
-inline constexpr std::array<std::string_view, 4> inheritedAttributeNames = {"Resources", "MediaBox", "CropBox", "Rotate"};
+inline constexpr std::array<std::string_view, 4> inheritedAttributeNames = {"Resources", "MediaBox", "CropBox",
+                                                                            "Rotate"};
 
 /// The pages of a file in order (ISO 32000-2, 7.7.3). Made once when a file is opened; it survives loops, nulls, wrong
 /// counts, missing types and pages that stand in it twice.
 class PageTree {
 public:
     struct Page {
-        std::uint32_t number = 0;      ///< object number; 0 for a page that stands directly in its node
+        std::uint32_t number = 0;  ///< object number; 0 for a page that stands directly in its node
         std::uint32_t generation = 0;
-        std::uint32_t node = 0;        ///< index of the node that holds it
-        std::uint32_t direct = 0;      ///< of a direct page, its place among them
+        std::uint32_t node = 0;    ///< index of the node that holds it
+        std::uint32_t direct = 0;  ///< of a direct page, its place among them
     };
     struct Node {
-        std::uint32_t number = 0;  ///< object number, 0 if direct
-        std::int64_t parent = -1;  ///< index, -1 for the root
+        std::uint32_t number = 0;                                            ///< object number, 0 if direct
+        std::int64_t parent = -1;                                            ///< index, -1 for the root
         std::array<std::string, inheritedAttributeNames.size()> attributes;  ///< texts of values, empty where missing
     };
 

@@ -38,7 +38,8 @@ std::vector<std::string> Source::warnings() const {
 }
 
 SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex_) {
-    if (!source_.document_) source_.document_ = SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_);
+    if (!source_.document_)
+        source_.document_ = SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_);
 }
 
 SourceAccess::~SourceAccess() {

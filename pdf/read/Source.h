@@ -1,20 +1,20 @@
 #pragma once
 
+#include "pdf/read/SourceDocument.h"
+
 #include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
-#include "pdf/read/SourceDocument.h"
-
 namespace quillon::pdf {
 
 class SourceAccess;
 
-/// One input file, however often it is opened: while anyone holds it, opening the same unchanged file again gives the same
-/// object, at the price of a `stat`. Cheap to keep by the thousand: the structure of the file is in memory only for the
-/// sources used last and is read again when asked for. Every operation may be called from any thread.
+/// One input file, however often it is opened: while anyone holds it, opening the same unchanged file again gives the
+/// same object, at the price of a `stat`. Cheap to keep by the thousand: the structure of the file is in memory only
+/// for the sources used last and is read again when asked for. Every operation may be called from any thread.
 class Source : public std::enable_shared_from_this<Source> {
     struct Passkey {};
 
@@ -52,8 +52,8 @@ private:
     bool believeCounts_ = true;                 // guarded by mutex_
 };
 
-/// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that asks
-/// for the same source waits.
+/// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that
+/// asks for the same source waits.
 class SourceAccess {
 public:
     explicit SourceAccess(Source& source);

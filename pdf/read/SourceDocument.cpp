@@ -1,11 +1,11 @@
 #include "pdf/read/SourceDocument.h"
 
-#include <algorithm>
-
 #include "pdf/object/Characters.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
+
+#include <algorithm>
 
 namespace quillon::pdf {
 
@@ -50,7 +50,8 @@ std::unique_ptr<SourceDocument> SourceDocument::load(const std::shared_ptr<Input
                                                      bool believeCounts) {
     std::unique_ptr<SourceDocument> document(new SourceDocument(file, warnings, believeCounts));
     if (document->readStructure()) return document;
-    const bool again = document->reader_.recover("the catalog or the page tree cannot be read; the file was scanned for objects");
+    const bool again =
+        document->reader_.recover("the catalog or the page tree cannot be read; the file was scanned for objects");
     if (again && document->readStructure()) return document;
     return document->collectPages() ? std::move(document) : nullptr;
 }
@@ -95,7 +96,8 @@ bool SourceDocument::collectPages() {
     });
     if (found.empty()) return false;
     std::ranges::sort(found);
-    reader_.warnings().add("the page tree cannot be read; the pages were collected in the order of their object numbers");
+    reader_.warnings().add(
+        "the page tree cannot be read; the pages were collected in the order of their object numbers");
     pages_ = std::make_unique<PageTree>(found);
     readVersion(nullptr);
     return true;

@@ -1,26 +1,26 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "pdf/Geometry.h"
 #include "pdf/read/ObjectReader.h"
 #include "pdf/read/PageTree.h"
+
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace quillon::pdf {
 
 /// A PDF version, `major` * 10 + `minor`.
 using Version = int;
 
-/// The structure of one file as read into memory: cross-reference data, catalog, page tree. Can be dropped and read again at
-/// any time (see Source). Not thread-safe.
+/// The structure of one file as read into memory: cross-reference data, catalog, page tree. Can be dropped and read
+/// again at any time (see Source). Not thread-safe.
 class SourceDocument {
 public:
     /// Null when no document can be found in the file. `warnings` must outlive the result.
     /// With `believeCounts`, a large page tree is read without looking at every page.
-    [[nodiscard]] static std::unique_ptr<SourceDocument> load(const std::shared_ptr<InputFile>& file, Warnings& warnings,
-                                                              bool believeCounts);
+    [[nodiscard]] static std::unique_ptr<SourceDocument> load(const std::shared_ptr<InputFile>& file,
+                                                              Warnings& warnings, bool believeCounts);
 
     [[nodiscard]] ObjectReader& reader() noexcept { return reader_; }
     /// Empty while the document is locked.
@@ -36,8 +36,8 @@ public:
     /// Bytes of the structure.
     [[nodiscard]] std::size_t memory() const noexcept;
 
-    /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a page
-    /// gives its first page.
+    /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a
+    /// page gives its first page.
     [[nodiscard]] std::string pageText(const PageTree::Page& page);
     /// Whether `pageText` has met a node in the place of a page: the page tree must be read again without believing it.
     [[nodiscard]] bool wasMisled() const noexcept { return misled_; }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "pdf/read/Source.h"
+
 #include <cstdint>
 #include <memory>
-
-#include "pdf/read/Source.h"
 
 namespace quillon::pdf {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/read/Source.h"
+
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -7,12 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include "pdf/read/Source.h"
-
 namespace quillon::pdf {
 
-/// Opens files on a thread of its own before their turn: every second one of a list, while the owner opens those between.
-/// Since a file that is open is found and not read again, the owner just opens its files as ever; only the time differs.
+/// Opens files on a thread of its own before their turn: every second one of a list, while the owner opens those
+/// between. Since a file that is open is found and not read again, the owner just opens its files as ever; only the
+/// time differs.
 class SourcePreloader {
 public:
     /// `paths` are the files in the order in which they will be opened.

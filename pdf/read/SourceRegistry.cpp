@@ -1,8 +1,8 @@
 #include "pdf/read/SourceRegistry.h"
 
-#include <algorithm>
-
 #include "pdf/read/Source.h"
+
+#include <algorithm>
 
 namespace quillon::pdf {
 

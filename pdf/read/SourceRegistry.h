@@ -1,12 +1,12 @@
 #pragma once
 
+#include "pdf/io/FileIdentity.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
-
-#include "pdf/io/FileIdentity.h"
 
 namespace quillon::pdf {
 
@@ -29,8 +29,8 @@ public:
     [[nodiscard]] std::shared_ptr<Source> add(const std::shared_ptr<Source>& source);
     void remove(Source& source);
 
-    /// Whether `source` may keep its structure of `bytes` bytes. The first to ask have the room: inputs are opened in a row
-    /// and then copied in a row, so making room by dropping the oldest would drop each just before it is needed.
+    /// Whether `source` may keep its structure of `bytes` bytes. The first to ask have the room: inputs are opened in a
+    /// row and then copied in a row, so making room by dropping the oldest would drop each just before it is needed.
     [[nodiscard]] bool keep(const Source& source, std::size_t bytes);
     /// `source` has dropped its structure.
     void drop(const Source& source);

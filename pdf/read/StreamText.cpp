@@ -1,18 +1,19 @@
 #include "pdf/read/StreamText.h"
 
-#include <algorithm>
-
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/Limits.h"
 
+#include <algorithm>
+
 namespace quillon::pdf {
 
 namespace {
 
-/// Where an `endobj` stands that something belonging to the file's structure follows: binary data may hold the word alone.
+/// Where an `endobj` stands that something belonging to the file's structure follows: binary data may hold the word
+/// alone.
 std::size_t findObjectEnd(std::string_view text) {
     constexpr std::string_view keyword = "endobj";
     for (std::size_t at = text.find(keyword); at != std::string_view::npos; at = text.find(keyword, at + 1)) {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "pdf/io/BlockCache.h"
+#include "pdf/object/Object.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "pdf/io/BlockCache.h"
-#include "pdf/object/Object.h"
 
 namespace quillon::pdf {
 
@@ -26,8 +26,8 @@ struct ObjectHeader {
 /// Whether `endstream` follows at `offset`, behind an end of line.
 [[nodiscard]] bool endsStreamAt(BlockCache& file, std::uint64_t offset);
 
-/// The length of stream data that begins at `offset`, found by searching `endstream`, or an `endobj` that ends an object, up
-/// to `limit` (an offset); an end of line before the keyword does not count.
+/// The length of stream data that begins at `offset`, found by searching `endstream`, or an `endobj` that ends an
+/// object, up to `limit` (an offset); an end of line before the keyword does not count.
 [[nodiscard]] std::uint64_t searchStreamLength(BlockCache& file, std::uint64_t offset, std::uint64_t limit);
 
 /// A whole stream object, as for a file's own structure.
@@ -37,8 +37,8 @@ struct StreamText {
     std::string data;  ///< encoded
 };
 
-/// Reads the stream that stands at `offset`; nothing when none does. An indirect `Length` is looked up with `resolve`; without
-/// it, or when the length is wrong, the end is searched.
+/// Reads the stream that stands at `offset`; nothing when none does. An indirect `Length` is looked up with `resolve`;
+/// without it, or when the length is wrong, the end is searched.
 [[nodiscard]] std::optional<StreamText> readStreamAt(BlockCache& file, std::uint64_t offset,
                                                      const std::function<Object(Reference)>& resolve = {});
 

@@ -1,15 +1,15 @@
 #include "pdf/write/DocumentWriter.h"
 
-#include <algorithm>
-#include <array>
-#include <iterator>
-#include <unordered_map>
-
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/write/OutputFile.h"
 #include "pdf/write/PageTreeWriter.h"
 #include "pdf/write/SourceCopier.h"
 #include "pdf/write/SourcePlan.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <unordered_map>
 
 namespace quillon::pdf {
 
@@ -88,9 +88,11 @@ bool DocumentWriter::write(WriteResult& result) {
         body += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R>>";
         output.close(catalog_, begin);
     }
-    const std::string trailer = "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
+    const std::string trailer =
+        "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
     const bool finished = output.finish(trailer, firstId_);
-    for (const SourcePlan& source : sources_) std::ranges::move(source.source()->warnings(), std::back_inserter(warnings_));
+    for (const SourcePlan& source : sources_)
+        std::ranges::move(source.source()->warnings(), std::back_inserter(warnings_));
     for (const std::string& file : output.shortened()) {
         warnings_.push_back(file + ": became shorter while it was copied; what is missing was made up with zeros");
     }
@@ -117,7 +119,8 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     SourceDocument* document = access.document();
     if (!document || document->isEncrypted()) {
         for (const SourcePlan::Copy& copy : source.copies()) {
-            drop(copy.outputPage, source.source()->path(), "has changed or gone since it was opened; its pages are left out");
+            drop(copy.outputPage, source.source()->path(),
+                 "has changed or gone since it was opened; its pages are left out");
         }
         return;
     }
@@ -137,7 +140,8 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
 
 void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
     const auto& pages = document.pages().pages();
-    std::unordered_map<std::uint32_t, std::uint32_t> announced;  // a page may stand in its own tree under several indexes
+    std::unordered_map<std::uint32_t, std::uint32_t>
+        announced;  // a page may stand in its own tree under several indexes
     std::vector<bool> first;
     OpeningOverlays overlays;
     for (const SourcePlan::Copy& copy : source.copies()) {
@@ -166,10 +170,12 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
 
 void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     copier.announceCatalog(catalog_);
-    // A version in the catalog would contradict the header, and permissions granted by a signature end with the signature.
+    // A version in the catalog would contradict the header, and permissions granted by a signature end with the
+    // signature.
     std::vector<std::string_view> dropped{"Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
-    // An index of structure for pages that are not all there, in their order, is kept as it is: missing pages read as null.
+    // An index of structure for pages that are not all there, in their order, is kept as it is: missing pages read as
+    // null.
     copier.copyCatalog(catalog_, tree_->root(), dropped);
     catalogWritten_ = true;
     writeInformation(&document, &copier);
@@ -181,7 +187,8 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
     information_ = output_->reserve();
     std::string text = "<<";
     const auto replaced = [&](std::string_view key) {
-        return key == "Producer" || std::ranges::any_of(plan_.information, [&](const auto& entry) { return entry.first == key; });
+        return key == "Producer" ||
+               std::ranges::any_of(plan_.information, [&](const auto& entry) { return entry.first == key; });
     };
     if (base) {
         const Object old = base->reader().resolve(base->reader().trailer()["Info"]);

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "pdf/Geometry.h"
+#include "pdf/read/SourcePage.h"
+#include "pdf/write/PageProducer.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "pdf/Geometry.h"
-#include "pdf/read/SourcePage.h"
-#include "pdf/write/PageProducer.h"
 
 namespace quillon::pdf {
 
@@ -47,11 +47,11 @@ struct WriteResult {
     std::vector<std::string> warnings;  ///< what was left out or made up while writing; a line each
 };
 
-/// Writes `plan` to the file `target` (file system encoding), whole or not at all; the target may be one of the inputs. Not
-/// written are a document without any page, and one whose target cannot be written.
+/// Writes `plan` to the file `target` (file system encoding), whole or not at all; the target may be one of the inputs.
+/// Not written are a document without any page, and one whose target cannot be written.
 ///
-/// The sources are copied one after the other, each with all its pages, since the order of pages is only in the page tree;
-/// a second thread deflates and writes. The same plan gives the same bytes.
+/// The sources are copied one after the other, each with all its pages, since the order of pages is only in the page
+/// tree; a second thread deflates and writes. The same plan gives the same bytes.
 [[nodiscard]] WriteResult writeDocument(const DocumentPlan& plan, const std::string& target);
 
 }  // namespace quillon::pdf

@@ -1,11 +1,11 @@
 #include "pdf/write/ObjectOutput.h"
 
-#include <algorithm>
-#include <array>
-
 #include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
 #include "pdf/object/Object.h"
+
+#include <algorithm>
+#include <array>
 
 namespace quillon::pdf {
 
@@ -61,8 +61,9 @@ void ObjectOutput::flushBody() {
         places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;
     }
     body_.replace(0, index.size(), index);
-    pipeline_.writeDeflated(
-        stream, "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom), std::move(body_));
+    pipeline_.writeDeflated(stream,
+                            "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom),
+                            std::move(body_));
     body_ = pipeline_.buffer();
     beginBody();
     packed_.clear();
@@ -119,8 +120,8 @@ void ObjectOutput::noteShortened(const std::string& path) {
     if (std::ranges::find(shortened_, path) == shortened_.end()) shortened_.push_back(path);
 }
 
-std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
-                                      std::span<const FileRange> ranges) {
+std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries,
+                                      const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges) {
     const auto key = streams_.key(entries, *file, ranges);
     if (const auto known = number == 0 ? streams_.find(key, *file, ranges) : std::nullopt) return *known;
     if (number == 0) number = reserve();
@@ -176,8 +177,8 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     Deflater(1).deflate(predictUp(rows, rowBytes), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
-                       "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) + ">>/Length " +
-                       std::to_string(deflated.size()) + ">>stream\n" + deflated;
+                       "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) +
+                       ">>/Length " + std::to_string(deflated.size()) + ">>stream\n" + deflated;
     text += streamEnd;
     text += "startxref\n" + std::to_string(offset) + "\n%%EOF\n";
     return file_.write(text);

@@ -1,20 +1,20 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "pdf/read/ObjectReader.h"
 #include "pdf/write/ObjectSink.h"
 #include "pdf/write/OutputPipeline.h"
 #include "pdf/write/StreamIndex.h"
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace quillon::pdf {
 
-/// The objects of the file being written: gives them their numbers, packs plain objects into object streams (ISO 32000-2,
-/// 7.5.7), puts streams out as they are, equal ones once, and writes the cross-reference stream at the end. Used by one
-/// thread.
+/// The objects of the file being written: gives them their numbers, packs plain objects into object streams (ISO
+/// 32000-2, 7.5.7), puts streams out as they are, equal ones once, and writes the cross-reference stream at the end.
+/// Used by one thread.
 class ObjectOutput final : public ObjectSink {
 public:
     explicit ObjectOutput(OutputFile& file);
@@ -28,8 +28,8 @@ public:
     /// Ends the object whose value was appended to `body()` from position `begin` on.
     void close(std::uint32_t number, std::size_t begin);
 
-    /// Writes a stream whose data is part of a file. `entries` as for addStream. An equal stream that is written already is
-    /// used instead, unless `number` is given (not 0). Returns the object number.
+    /// Writes a stream whose data is part of a file. `entries` as for addStream. An equal stream that is written
+    /// already is used instead, unless `number` is given (not 0). Returns the object number.
     std::uint32_t addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file, StreamExtent extent);
 
     std::uint32_t addObject(std::string_view value) override;
@@ -37,9 +37,9 @@ public:
     std::uint32_t addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
                             std::span<const FileRange> ranges) override;
 
-    /// Writes what is left, the cross-reference stream with `trailer` (the text of its entries besides its own and `ID`) and
-    /// the end of the file. `firstId` is the first half of the `ID` if the document has one already. False if any writing
-    /// failed.
+    /// Writes what is left, the cross-reference stream with `trailer` (the text of its entries besides its own and
+    /// `ID`) and the end of the file. `firstId` is the first half of the `ID` if the document has one already. False if
+    /// any writing failed.
     [[nodiscard]] bool finish(std::string_view trailer, std::string_view firstId);
 
     /// After finish(): inputs that became shorter while they were copied.
@@ -78,8 +78,8 @@ private:
     std::string chunk_;
     std::vector<OutputPipeline::Placed> chunkObjects_;
     std::vector<std::string> shortened_;
-    // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in the upper
-    // bits and an index in the lower 16.
+    // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in
+    // the upper bits and an index in the lower 16.
     std::vector<std::uint64_t> places_{0};
     static constexpr std::uint64_t inStream = std::uint64_t{1} << 63U;
 };

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "pdf/io/InputFile.h"
+
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string_view>
-
-#include "pdf/io/InputFile.h"
 
 namespace quillon::pdf {
 

@@ -7,13 +7,14 @@
 
 namespace quillon::pdf {
 
-/// A file that comes into being whole or not at all: written without a name in the target's folder, or under a temporary
-/// one where the file system cannot do that, synced, and put in the target's place by a rename. Until `commit` succeeds,
-/// what stood at the target stays as it was; without it, nothing is left behind. Used by one thread at a time.
+/// A file that comes into being whole or not at all: written without a name in the target's folder, or under a
+/// temporary one where the file system cannot do that, synced, and put in the target's place by a rename. Until
+/// `commit` succeeds, what stood at the target stays as it was; without it, nothing is left behind. Used by one thread
+/// at a time.
 class OutputFile {
 public:
-    /// Null when nothing can be written in the target's folder, or when a folder, device or the like stands at `target`.
-    /// A symbolic link is followed: the file that it leads to is replaced.
+    /// Null when nothing can be written in the target's folder, or when a folder, device or the like stands at
+    /// `target`. A symbolic link is followed: the file that it leads to is replaced.
     [[nodiscard]] static std::unique_ptr<OutputFile> create(const std::string& target);
 
     OutputFile(const OutputFile&) = delete;

@@ -12,7 +12,8 @@ constexpr int deflateLevel = 1;
 
 }  // namespace
 
-OutputPipeline::OutputPipeline(OutputFile& file) : file_(file), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
+OutputPipeline::OutputPipeline(OutputFile& file)
+    : file_(file), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
     if (!hash_) throw std::bad_alloc();
     XXH3_128bits_reset(hash_.get());
     thread_ = std::thread([this] { run(); });
@@ -128,8 +129,8 @@ void OutputPipeline::run() {
 void OutputPipeline::writeItem(Item& item) {
     if (!item.dictionary.empty()) {
         places_.push_back({item.objects.front().number, file_.size()});
-        put(std::to_string(item.objects.front().number) + " 0 obj\n<<" + item.dictionary + "/Filter/FlateDecode/Length " +
-            std::to_string(item.bytes.size()) + ">>stream\n");
+        put(std::to_string(item.objects.front().number) + " 0 obj\n<<" + item.dictionary +
+            "/Filter/FlateDecode/Length " + std::to_string(item.bytes.size()) + ">>stream\n");
         put(item.bytes);
         put("\nendstream\nendobj\n");
         return;
@@ -156,8 +157,8 @@ void OutputPipeline::copyRange(InputFile& file, FileRange range) {
 }
 
 void OutputPipeline::put(std::string_view bytes) {
-    // A checksum of each piece goes into the digest: much quicker than a hash of everything, and quite enough for telling
-    // files apart.
+    // A checksum of each piece goes into the digest: much quicker than a hash of everything, and quite enough for
+    // telling files apart.
     const std::uint32_t sum = checksum(bytes);
     XXH3_128bits_update(hash_.get(), &sum, sizeof sum);
     if (!failed_) failed_ = !file_.write(bytes);

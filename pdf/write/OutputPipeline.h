@@ -1,5 +1,9 @@
 #pragma once
 
+#include "pdf/filter/Flate.h"
+#include "pdf/write/ObjectSink.h"
+#include "pdf/write/OutputFile.h"
+
 #include <xxhash.h>
 
 #include <condition_variable>
@@ -12,18 +16,14 @@
 #include <utility>
 #include <vector>
 
-#include "pdf/filter/Flate.h"
-#include "pdf/write/ObjectSink.h"
-#include "pdf/write/OutputFile.h"
-
 namespace quillon::pdf {
 
-/// The second half of writing: deflates object streams and writes everything to the file, beside the thread that finds and
-/// rewrites the objects.
+/// The second half of writing: deflates object streams and writes everything to the file, beside the thread that finds
+/// and rewrites the objects.
 ///
-/// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. Deflating is by
-/// far the most work here; when the caller is ahead by more than `mostAhead` bytes, it deflates too instead of waiting. All
-/// calls come from one thread, the caller's.
+/// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. Deflating is
+/// by far the most work here; when the caller is ahead by more than `mostAhead` bytes, it deflates too instead of
+/// waiting. All calls come from one thread, the caller's.
 class OutputPipeline {
 public:
     /// An object in a run of bytes: its number, and where it begins.
@@ -39,7 +39,8 @@ public:
 
     /// Whole objects as they stand; `objects` with offsets from the beginning of `bytes`.
     void write(std::string bytes, std::vector<Placed> objects);
-    /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`, `body` is not deflated yet.
+    /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`, `body` is not
+    /// deflated yet.
     void writeDeflated(std::uint32_t number, std::string dictionary, std::string body);
     /// Bytes that are copied from a file when their turn comes. A file that has become shorter is made up with zeros.
     void copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges);
@@ -86,10 +87,10 @@ private:
     OutputFile& file_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
     Deflater callersDeflater_;
-    std::vector<Placed> places_;         // the writer's until finish()
+    std::vector<Placed> places_;          // the writer's until finish()
     std::vector<std::string> shortened_;  // likewise
-    std::string copyBuffer_;             // likewise
-    bool failed_ = false;                // likewise
+    std::string copyBuffer_;              // likewise
+    bool failed_ = false;                 // likewise
 
     std::mutex mutex_;
     std::condition_variable changed_;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "pdf/Geometry.h"
 #include "pdf/write/ObjectSink.h"
+
+#include <optional>
+#include <string>
 
 namespace quillon::pdf {
 
@@ -20,8 +20,8 @@ public:
     [[nodiscard]] virtual std::string name() const = 0;
 
     /// Adds the page's objects to `sink` and returns the entries of its page dictionary besides `/Type`, `/Parent` and
-    /// `/MediaBox`, for instance `/Resources<<…>>/Contents 7 0 R`. Nothing when the page cannot be made any more (its file
-    /// has gone): the page is then left out.
+    /// `/MediaBox`, for instance `/Resources<<…>>/Contents 7 0 R`. Nothing when the page cannot be made any more (its
+    /// file has gone): the page is then left out.
     [[nodiscard]] virtual std::optional<std::string> produce(ObjectSink& sink) const = 0;
 };
 

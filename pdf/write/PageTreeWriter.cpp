@@ -36,8 +36,8 @@ std::size_t PageTreeWriter::write() {
     return writeLevel(kids, top, {}).front().pages;
 }
 
-/// Writes the nodes of one level over their kids, leaving out kids without pages. `parents` are the nodes above; empty for
-/// the root.
+/// Writes the nodes of one level over their kids, leaving out kids without pages. `parents` are the nodes above; empty
+/// for the root.
 std::vector<PageTreeWriter::Kid> PageTreeWriter::writeLevel(const std::vector<Kid>& kids,
                                                             const std::vector<std::uint32_t>& nodes,
                                                             const std::vector<std::uint32_t>& parents) {

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "pdf/write/ObjectOutput.h"
+
 #include <cstdint>
 #include <vector>
 
-#include "pdf/write/ObjectOutput.h"
-
 namespace quillon::pdf {
 
-/// The page tree of the file being written (ISO 32000-2, 7.7.3): balanced, so that a viewer finds any page of a huge document
-/// in a few steps.
+/// The page tree of the file being written (ISO 32000-2, 7.7.3): balanced, so that a viewer finds any page of a huge
+/// document in a few steps.
 class PageTreeWriter {
 public:
     /// Reserves the numbers of the root, of `pages` pages and of the nodes between.

@@ -1,16 +1,16 @@
 #include "pdf/write/SourceCopier.h"
 
+#include "pdf/read/StreamText.h"
+
 #include <algorithm>
 #include <array>
-
-#include "pdf/read/StreamText.h"
 
 namespace quillon::pdf {
 
 namespace {
 
-/// Whether `text` is a page's dictionary. Asked of objects that are no page of the tree: a page that an update has removed,
-/// for one. Nearly every object passes here, so a quick search for the name comes first.
+/// Whether `text` is a page's dictionary. Asked of objects that are no page of the tree: a page that an update has
+/// removed, for one. Nearly every object passes here, so a quick search for the name comes first.
 bool isPageObject(std::string_view text) {
     for (std::size_t at = text.find('P', 1); at != std::string_view::npos; at = text.find('P', at + 1)) {
         if (text[at - 1] == '/' && text.substr(at, 4) == "Page") return findValue(text, "Type") == "/Page";
@@ -25,8 +25,12 @@ bool oneOf(std::string_view key, std::span<const std::string_view> names) {
 }  // namespace
 
 SourceCopier::SourceCopier(SourceDocument& document, ObjectOutput& output, bool isBase)
-    : document_(document), reader_(document.reader()), output_(output), rewriter_(Mapper{this}),
-      numbers_(reader_.file().file().size()), isBase_(isBase) {
+    : document_(document),
+      reader_(document.reader()),
+      output_(output),
+      rewriter_(Mapper{this}),
+      numbers_(reader_.file().file().size()),
+      isBase_(isBase) {
     numbers_.expect(reader_.table().entries.denseSize());
     for (const PageTree::Node& node : document_.pages().nodes()) {
         if (node.number != 0) numbers_.at(node.number) = null;
@@ -115,7 +119,8 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
 }
 
 /// False when the dictionary is malformed.
-bool SourceCopier::writeStreamEntries(std::string_view dictionary, std::string& out, std::string& length, bool& structured) {
+bool SourceCopier::writeStreamEntries(std::string_view dictionary, std::string& out, std::string& length,
+                                      bool& structured) {
     DictionaryScanner scanner(dictionary);
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
         const bool structure = keyIs(entry.key, "StructParents") || keyIs(entry.key, "StructParent");
@@ -135,7 +140,8 @@ void SourceCopier::writeEntry(const DictionaryScanner::Entry& entry, std::string
     rewriter_.value(entry.value, out);
 }
 
-void SourceCopier::writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out) {
+void SourceCopier::writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped,
+                                std::string& out) {
     const std::size_t before = out.size();
     DictionaryScanner scanner(dictionary);
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
@@ -235,7 +241,8 @@ void SourceCopier::writePage(const PageJob& job, std::string_view text, std::str
         if (keyIs(entry.key, "Type") || keyIs(entry.key, "Parent")) continue;
         if (!job.withContent && keyIs(entry.key, "Contents")) continue;
         if (!job.keepStructure && keyIs(entry.key, "StructParents")) continue;
-        const auto name = std::ranges::find_if(inheritedAttributeNames, [&](auto known) { return keyIs(entry.key, known); });
+        const auto name =
+            std::ranges::find_if(inheritedAttributeNames, [&](auto known) { return keyIs(entry.key, known); });
         if (name != inheritedAttributeNames.end()) {
             if (reader_.isNull(entry.value)) continue;
             own[static_cast<std::size_t>(name - inheritedAttributeNames.begin())] = true;
@@ -287,8 +294,8 @@ void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::s
     output_.close(number, begin);
 }
 
-// A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or a
-// comment, must not show on the other, and each annotation names its page. Whatever else the page needs is shared.
+// A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or
+// a comment, must not show on the other, and each annotation names its page. Whatever else the page needs is shared.
 
 SourceCopier::Overlay SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view text,
                                                          std::vector<Pending>& copies) {

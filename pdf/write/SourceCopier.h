@@ -1,5 +1,11 @@
 #pragma once
 
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/ObjectMap.h"
+#include "pdf/object/ReferenceRewriter.h"
+#include "pdf/read/SourceDocument.h"
+#include "pdf/write/ObjectOutput.h"
+
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -8,20 +14,14 @@
 #include <unordered_map>
 #include <vector>
 
-#include "pdf/object/DictionaryScanner.h"
-#include "pdf/object/ObjectMap.h"
-#include "pdf/object/ReferenceRewriter.h"
-#include "pdf/read/SourceDocument.h"
-#include "pdf/write/ObjectOutput.h"
-
 namespace quillon::pdf {
 
 /// Copies pages of one source and everything reachable from them.
 ///
-/// Every object of the source is written once, under a number given when a reference to it is first met; plain objects wait
-/// in a list until then, streams are written at once, so that the number of an equal stream can stand in the reference. Only
-/// a page that was announced is ever copied: references to any other page, and to the nodes of the page tree, become null,
-/// so that a link to a page that was not taken cannot drag it along.
+/// Every object of the source is written once, under a number given when a reference to it is first met; plain objects
+/// wait in a list until then, streams are written at once, so that the number of an equal stream can stand in the
+/// reference. Only a page that was announced is ever copied: references to any other page, and to the nodes of the page
+/// tree, become null, so that a link to a page that was not taken cannot drag it along.
 class SourceCopier {
 public:
     /// Objects of a page that is written a second time, and the pages of the same opening: their own numbers, that
@@ -38,12 +38,14 @@ public:
 
     struct PageJob {
         const PageTree::Page* page = nullptr;
-        std::uint32_t number = 0;       ///< of the copy
-        std::uint32_t parent = 0;       ///< of its node
-        bool withContent = true;        ///< carry the page's own content over
-        bool keepStructure = false;     ///< its entries of the structure tree stay valid in the output
-        const Overlay* overlay = nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
-        bool asked = true;  ///< this copy was asked for; false if only the source's own tree names the page several times
+        std::uint32_t number = 0;    ///< of the copy
+        std::uint32_t parent = 0;    ///< of its node
+        bool withContent = true;     ///< carry the page's own content over
+        bool keepStructure = false;  ///< its entries of the structure tree stay valid in the output
+        const Overlay* overlay =
+            nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
+        bool asked =
+            true;  ///< this copy was asked for; false if only the source's own tree names the page several times
     };
     /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
     /// cannot be read.
@@ -91,14 +93,15 @@ private:
     ObjectReader& reader_;
     ObjectOutput& output_;
     ReferenceRewriter<Mapper> rewriter_;
-    ObjectMap<std::uint32_t> numbers_;  // 0: not met yet
+    ObjectMap<std::uint32_t> numbers_;         // 0: not met yet
     const Overlay* overlay_ = nullptr;         // of the page being copied
     const Overlay* openingOverlay_ = nullptr;  // of the pages taken from the same opening
     bool charges_ = true;                      // whether what is copied counts towards what the file can hold
     bool isBase_;
     std::vector<Pending> pending_;
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> openStreams_;  // source number and number in the output, 0 if none yet
-    std::unordered_map<std::int64_t, std::uint32_t> resources_;         // of page tree nodes
+    std::vector<std::pair<std::uint32_t, std::uint32_t>>
+        openStreams_;  // source number and number in the output, 0 if none yet
+    std::unordered_map<std::int64_t, std::uint32_t> resources_;  // of page tree nodes
 };
 
 }  // namespace quillon::pdf

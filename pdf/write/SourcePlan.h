@@ -1,12 +1,12 @@
 #pragma once
 
+#include "pdf/write/DocumentWriter.h"
+#include "pdf/write/SourceCopier.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <vector>
-
-#include "pdf/write/DocumentWriter.h"
-#include "pdf/write/SourceCopier.h"
 
 namespace quillon::pdf {
 
@@ -14,8 +14,8 @@ namespace quillon::pdf {
 /// references to it mean.
 ///
 /// A file that was opened several times (listed twice, or taken page by page) is one source. Links between pages of one
-/// opening should stay among its copies, so the first copy of a page, which everything shared refers to, is the one of the
-/// opening that took most pages; the pages of other openings get an overlay.
+/// opening should stay among its copies, so the first copy of a page, which everything shared refers to, is the one of
+/// the opening that took most pages; the pages of other openings get an overlay.
 class SourcePlan {
 public:
     struct Copy {
@@ -37,7 +37,8 @@ public:
     [[nodiscard]] const std::shared_ptr<Source>& source() const noexcept { return source_; }
     [[nodiscard]] const std::vector<Copy>& copies() const noexcept { return copies_; }
 
-    /// The plans for all sources of `plan`, in the order of their first pages; the base is among them even without pages.
+    /// The plans for all sources of `plan`, in the order of their first pages; the base is among them even without
+    /// pages.
     [[nodiscard]] static std::vector<SourcePlan> of(const DocumentPlan& plan);
 
 private:

@@ -20,7 +20,8 @@ public:
         buffer_.clear();
         while (buffer_.size() < most && range_ < ranges_.size()) {
             const FileRange range = ranges_[range_];
-            const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(most - buffer_.size(), range.length - done_));
+            const auto wanted =
+                static_cast<std::size_t>(std::min<std::uint64_t>(most - buffer_.size(), range.length - done_));
             const std::size_t before = buffer_.size();
             buffer_.resize(before + wanted);
             const std::size_t got = file_.readAt(range.offset + done_, std::span(buffer_).subspan(before));
@@ -71,7 +72,8 @@ StreamIndex::Key StreamIndex::key(std::string_view dictionary, std::string_view 
     return {XXH3_128bits_withSeed(data.data(), data.size(), seed), data.size()};
 }
 
-StreamIndex::Key StreamIndex::key(std::string_view dictionary, InputFile& file, std::span<const FileRange> ranges) const {
+StreamIndex::Key StreamIndex::key(std::string_view dictionary, InputFile& file,
+                                  std::span<const FileRange> ranges) const {
     const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(), XXH3_freeState);
     XXH3_128bits_reset_withSeed(state.get(), XXH3_64bits_withSeed(dictionary.data(), dictionary.size(), seed_));
     RangeReader reader(file, ranges);
@@ -100,11 +102,13 @@ std::optional<std::uint32_t> StreamIndex::find(const Key& key, std::string_view 
     return equal->number;
 }
 
-std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile& file, std::span<const FileRange> ranges) const {
+std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile& file,
+                                               std::span<const FileRange> ranges) const {
     const Known* equal = known(key);
     if (!equal) return std::nullopt;
     const bool comparable = equal->file && ranges.size() == 1;
-    if (comparable && !sameBytes(file, ranges.front(), *equal->file, {equal->offset, equal->length})) return std::nullopt;
+    if (comparable && !sameBytes(file, ranges.front(), *equal->file, {equal->offset, equal->length}))
+        return std::nullopt;
     return equal->number;
 }
 

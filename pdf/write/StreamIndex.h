@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/write/ObjectSink.h"
+
 #include <xxhash.h>
 
 #include <cstdint>
@@ -10,14 +12,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "pdf/write/ObjectSink.h"
-
 namespace quillon::pdf {
 
 /// Knows the streams written so far, so that an equal one of another input is written once: fonts, logos, profiles.
 ///
-/// Streams are told apart by a 128-bit hash of dictionary and data with a seed that no input can know, and where the data
-/// comes from a file, the bytes are compared as well.
+/// Streams are told apart by a 128-bit hash of dictionary and data with a seed that no input can know, and where the
+/// data comes from a file, the bytes are compared as well.
 class StreamIndex {
 public:
     struct Key {
@@ -32,7 +32,8 @@ public:
     /// The number of an equal stream; nothing if there is none. `data` is the data if it is in memory, otherwise it is
     /// read from `ranges` of `file`.
     [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, std::string_view data) const;
-    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile& file, std::span<const FileRange> ranges) const;
+    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile& file,
+                                                    std::span<const FileRange> ranges) const;
     /// `file` must outlive the index; null for data made in memory.
     void add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges);
 

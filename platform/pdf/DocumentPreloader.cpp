@@ -1,8 +1,8 @@
 #include "platform/pdf/DocumentPreloader.h"
 
-#include <string>
-
 #include "platform/pdf/FilePath.h"
+
+#include <string>
 
 namespace quillon {
 

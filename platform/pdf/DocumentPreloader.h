@@ -1,15 +1,16 @@
 #pragma once
 
+#include "pdf/read/SourcePreloader.h"
+
 #include <QUrl>
+
 #include <cstddef>
 #include <vector>
 
-#include "pdf/read/SourcePreloader.h"
-
 namespace quillon {
 
-/// Opens documents ahead of time on a second thread, for one who will open a whole list of them. Only a hint: PDFDocument
-/// is used as ever and finds what is open already.
+/// Opens documents ahead of time on a second thread, for one who will open a whole list of them. Only a hint:
+/// PDFDocument is used as ever and finds what is open already.
 class DocumentPreloader {
 public:
     /// `urls` in the order in which they will be opened; an empty URL is passed over.

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QUrl>
+
 #include <string>
 
 namespace quillon {

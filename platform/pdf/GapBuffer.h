@@ -7,13 +7,14 @@
 
 namespace quillon {
 
-/// A sequence whose edits cost the distance from the last one, not the length: a document of a hundred thousand pages is
-/// thinned, woven or reversed by a hundred thousand edits beside each other.
+/// A sequence whose edits cost the distance from the last one, not the length: a document of a hundred thousand pages
+/// is thinned, woven or reversed by a hundred thousand edits beside each other.
 template <class T>
 class GapBuffer {
 public:
     GapBuffer() = default;
-    explicit GapBuffer(std::vector<T> items) : items_(std::move(items)), gapBegin_(items_.size()), gapEnd_(items_.size()) {}
+    explicit GapBuffer(std::vector<T> items)
+        : items_(std::move(items)), gapBegin_(items_.size()), gapEnd_(items_.size()) {}
 
     [[nodiscard]] std::size_t size() const noexcept { return items_.size() - (gapEnd_ - gapBegin_); }
     /// `index` is less than size().
@@ -42,7 +43,9 @@ private:
         constexpr std::size_t least = 16;
         const std::size_t added = std::max(least, items_.size());
         std::vector<T> wider(items_.size() + added);
-        const auto at = [](std::vector<T>& items, std::size_t index) { return items.begin() + static_cast<std::ptrdiff_t>(index); };
+        const auto at = [](std::vector<T>& items, std::size_t index) {
+            return items.begin() + static_cast<std::ptrdiff_t>(index);
+        };
         std::move(items_.begin(), at(items_, gapBegin_), wider.begin());
         std::move(at(items_, gapEnd_), items_.end(), at(wider, gapEnd_ + added));
         items_ = std::move(wider);

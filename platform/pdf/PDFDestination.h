@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointF>
+
 #include <memory>
 
 namespace quillon {

@@ -1,15 +1,15 @@
 #include "platform/pdf/PDFDocument.h"
 
-#include <algorithm>
-#include <array>
-#include <utility>
-
 #include "platform/pdf/DocumentAttributes.h"
 #include "platform/pdf/DrawingContext.h"
 #include "platform/pdf/FilePath.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/TextString.h"
 #include "platform/pdf/WriteOptions.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace quillon {
 

@@ -1,16 +1,17 @@
 #pragma once
 
+#include "pdf/write/DocumentWriter.h"
+#include "platform/pdf/PDFPage.h"
+#include "platform/pdf/PageList.h"
+
 #include <QString>
 #include <QUrl>
 #include <QVariantMap>
+
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "pdf/write/DocumentWriter.h"
-#include "platform/pdf/PDFPage.h"
-#include "platform/pdf/PageList.h"
 
 namespace quillon {
 
@@ -45,8 +46,8 @@ public:
     [[nodiscard]] std::shared_ptr<PDFPage> pageAtIndex(int index);
     /// The first index at which the page stands, -1 if nowhere.
     [[nodiscard]] int indexForPage(const std::shared_ptr<PDFPage>& page);
-    /// Inserts a page, possibly one of another document, in front of the page at `atIndex`; an index past the end means the
-    /// end, a negative one the front. No page (null): nothing happens.
+    /// Inserts a page, possibly one of another document, in front of the page at `atIndex`; an index past the end means
+    /// the end, a negative one the front. No page (null): nothing happens.
     void insertPage(const std::shared_ptr<PDFPage>& page, int atIndex);
     /// Nothing happens outside 0 … pageCount() - 1.
     void removePageAtIndex(int index);
@@ -61,8 +62,8 @@ public:
     /// missing entry has no key.
     [[nodiscard]] QVariantMap documentAttributes() const;
 
-    /// Draws and writes every page, whole file or none: on failure what stood at `url` stays as it was. `withOptions` is
-    /// keyed by the keys of WriteOptions.h. False when there is no page or the target cannot be written.
+    /// Draws and writes every page, whole file or none: on failure what stood at `url` stays as it was. `withOptions`
+    /// is keyed by the keys of WriteOptions.h. False when there is no page or the target cannot be written.
     bool writeToURL(const QUrl& url, const QVariantMap& withOptions);
 
     /// The number of pages of the last successful write, 0 before it.

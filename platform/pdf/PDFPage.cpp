@@ -1,8 +1,8 @@
 #include "platform/pdf/PDFPage.h"
 
-#include <utility>
-
 #include "platform/pdf/DrawingContext.h"
+
+#include <utility>
 
 namespace quillon {
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QRectF>
-#include <memory>
-#include <optional>
-
 #include "pdf/read/SourcePage.h"
 #include "platform/image/Image.h"
+
+#include <QRectF>
+
+#include <memory>
+#include <optional>
 
 namespace quillon {
 
@@ -16,7 +17,8 @@ enum class PDFDisplayBox { MediaBox, CropBox };
 /// written. Not thread-safe: a page is used by one thread at a time.
 class PDFPage {
 public:
-    /// A blank page. Written behind another page it takes that page's media box and rotation, otherwise 612 × 792 points.
+    /// A blank page. Written behind another page it takes that page's media box and rotation, otherwise 612 × 792
+    /// points.
     PDFPage();
 
     /// `initWithImage:`: a page that shows `image` and has its size.
@@ -27,7 +29,8 @@ public:
     virtual ~PDFPage();
 
     /// Draws the page into the current DrawingContext. Called by the writer once for each time that the page stands in
-    /// the document, in page order, on the writing thread. The base class carries the page's own content over untouched.
+    /// the document, in page order, on the writing thread. The base class carries the page's own content over
+    /// untouched.
     virtual void drawWithBox(PDFDisplayBox box);
 
     /// The box in points of the page's own user space. A missing crop box is the media box, a missing or unusable media

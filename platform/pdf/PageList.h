@@ -1,18 +1,18 @@
 #pragma once
 
+#include "platform/pdf/GapBuffer.h"
+
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <unordered_map>
 
-#include "platform/pdf/GapBuffer.h"
-
 namespace quillon {
 
 class PDFPage;
 
-/// The pages of a document in order. Page objects of a file are made when they are first asked for; as long as nothing is
-/// edited the list costs nothing, so a file may be opened again and again for one page.
+/// The pages of a document in order. Page objects of a file are made when they are first asked for; as long as nothing
+/// is edited the list costs nothing, so a file may be opened again and again for one page.
 class PageList {
 public:
     /// Makes the page object for a zero-based page of the file.

@@ -2,6 +2,7 @@
 
 #include <QStringDecoder>
 #include <QStringEncoder>
+
 #include <algorithm>
 #include <array>
 
@@ -34,7 +35,8 @@ int encodeCharacter(char16_t character) {
     if (const auto at = std::ranges::find(from80, character); character != 0 && at != from80.end()) {
         return 0x80 + static_cast<int>(at - from80.begin());
     }
-    const bool latin = (character >= 0x20 && character < 0x7F) || (character > 0xA0 && character <= 0xFF && character != 0xAD);
+    const bool latin =
+        (character >= 0x20 && character < 0x7F) || (character > 0xA0 && character <= 0xFF && character != 0xAD);
     const bool control = character == u'\t' || character == u'\n' || character == u'\r';
     return latin || control ? static_cast<int>(character) : -1;
 }
@@ -60,7 +62,8 @@ std::string toTextString(const QString& text) {
 QString fromTextString(std::string_view bytes) {
     const auto decode = [bytes](QStringConverter::Encoding encoding, std::size_t mark) {
         QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
-        const QString text = decoder.decode(QByteArrayView(bytes.data() + mark, static_cast<qsizetype>(bytes.size() - mark)));
+        const QString text =
+            decoder.decode(QByteArrayView(bytes.data() + mark, static_cast<qsizetype>(bytes.size() - mark)));
         return text;
     };
     if (bytes.starts_with(utf16Mark)) return decode(QStringConverter::Utf16BE, 2);
@@ -68,7 +71,8 @@ QString fromTextString(std::string_view bytes) {
     if (bytes.starts_with(utf8Mark)) return decode(QStringConverter::Utf8, 3);
     QString text;
     for (const char byte : bytes) {
-        if (const char16_t character = decodeByte(static_cast<unsigned char>(byte)); character != 0) text += QChar(character);
+        if (const char16_t character = decodeByte(static_cast<unsigned char>(byte)); character != 0)
+            text += QChar(character);
     }
     return text;
 }

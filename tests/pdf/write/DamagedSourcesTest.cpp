@@ -1,0 +1,169 @@
+#include "pdf/filter/Flate.h"
+#include "pdf/write/DocumentWriter.h"
+#include "tests/pdf/EngineTest.h"
+#include "tests/support/ExternalReader.h"
+#include "tests/support/JudgedPdf.h"
+#include "tests/support/PdfFixture.h"
+#include "tests/support/RawPdf.h"
+
+#include <QJsonArray>
+
+#include <chrono>
+#include <string>
+
+namespace quillon::pdf {
+namespace {
+
+using test::JudgedPdf;
+using test::RawPdf;
+
+/// Files that are odd or hostile, and what becomes of them in the output.
+class DamagedSources : public EngineTest {
+protected:
+    static QString text(const char* latin) { return QString::fromLatin1(latin); }
+
+    /// Opens and writes; how long that took.
+    double secondsFor(std::string_view bytes) const {
+        const auto start = std::chrono::steady_clock::now();
+        if (const auto source = open(bytes)) {
+            static_cast<void>(writeDocument(planOf({source}), dir.file("out.pdf")));
+        }
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    }
+};
+
+TEST_F(DamagedSources, ALargeTreeOfNodesWithOnePageEachKeepsWhatTheyHandDown) {
+    constexpr int count = 300;
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    std::string kids;
+    for (int i = 0; i < count; ++i) {
+        const std::string node = std::to_string(10 + 2 * i);
+        const std::string page = std::to_string(11 + 2 * i);
+        kids += node + " 0 R ";
+        pdf.object(10 + 2 * i,
+                   "<</Type/Pages/Count 1/Parent 2 0 R/MediaBox[0 0 111 222]/Rotate 90/Kids[" + page + " 0 R]>>");
+        pdf.object(11 + 2 * i,
+                   "<</Type/Page/Parent " + node + " 0 R/Annots[<</Subtype/Link/Rect[0 0 9 9]/Dest[11 0 R/Fit]>>]>>");
+    }
+    pdf.object(2, "<</Type/Pages/Count " + std::to_string(count) + "/Kids[" + kids + "]>>").table();
+    const JudgedPdf out(write(planOf({open(pdf.bytes())})));
+    ASSERT_EQ(out.pages().size(), count);
+    const QJsonObject last = out.dictionary(out.pages().last());
+    EXPECT_EQ(last[text("/MediaBox")].toArray(), (QJsonArray{0, 0, 111, 222}));
+    EXPECT_EQ(last[text("/Rotate")].toInt(), 90);
+    EXPECT_EQ(out.annotations(count - 1)[0][text("/Dest")].toArray()[0].toString(), out.pages().first());
+}
+
+TEST_F(DamagedSources, APageThatIsTakenVeryOftenKeepsItsAnnotations) {
+    std::string annotations;
+    for (int i = 0; i < 100; ++i) annotations += std::to_string(10 + i) + " 0 R ";
+    RawPdf pdf;
+    pdf.catalogOf({3}).page(3, "one", "/Parent 2 0 R/MediaBox[0 0 612 792]/Annots[" + annotations + "]");
+    for (int i = 0; i < 100; ++i) {
+        pdf.object(10 + i, "<</Subtype/Link/Rect[0 0 9 9]/P 3 0 R/A<</S/URI/URI(" + std::string(3000, 'u') + ")>>>>");
+    }
+    const auto source = open(pdf.table().bytes());
+    DocumentPlan plan;
+    for (int i = 0; i < 80; ++i) {
+        plan.pages.push_back({SourcePage{source, 0, newOpening()}, true});
+    }
+    const JudgedPdf out(write(plan));
+    EXPECT_EQ(out.annotations(79).size(), 100);
+    EXPECT_EQ(out.annotations(79)[99][text("/P")].toString(), out.pages().last());
+    EXPECT_EQ(source->warnings(), Strings());
+}
+
+TEST_F(DamagedSources, OneMalformedEntryLosesNoOther) {
+    RawPdf pdf;
+    pdf.catalogOf({3}).object(
+        3, "<</Type/Page/Parent 2 0 R/Foo 1 2/MediaBox[0 0 99 99]/Contents 4 0 R" + RawPdf::font() + ">>");
+    const std::string content = RawPdf::content("one");
+    std::string hex;
+    for (const char c : content) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        hex += digits[static_cast<unsigned char>(c) >> 4U];
+        hex += digits[static_cast<unsigned char>(c) & 15U];
+    }
+    pdf.stream(4, "/Foo 1 2/Filter/ASCIIHexDecode", hex + '>').table();
+    EXPECT_EQ(test::pageMarks(write(planOf({open(pdf.bytes())}))), Strings{"one"});
+}
+
+TEST_F(DamagedSources, NullInAPageDoesNotHideWhatItInherits) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    pdf.object(2, "<</Type/Pages/Count 1/Kids[5 0 R]/MediaBox[0 0 50 60]>>");
+    pdf.object(5, "<</Type/Pages/Parent 2 0 R/Count 1/Kids[3 0 R]/MediaBox 77 0 R>>");
+    pdf.object(3, "<</Type/Page/Parent 5 0 R/MediaBox null/Resources null>>").table();
+    const JudgedPdf out(write(planOf({open(pdf.bytes())})));
+    EXPECT_EQ(out.dictionary(out.pages()[0])[text("/MediaBox")].toArray(), (QJsonArray{0, 0, 50, 60}));
+}
+
+TEST_F(DamagedSources, PlacesInTheStructureTreeOfAnotherInputAreLeftBehind) {
+    const auto file = [](const char* mark) {
+        RawPdf pdf;
+        pdf.catalogOf({3}).page(3, mark, "/Parent 2 0 R/MediaBox[0 0 9 9]/StructParents 0/XF 8 0 R");
+        return pdf.stream(8, "/Subtype/Form/BBox[0 0 9 9]/StructParents 1", "q Q").table().bytes();
+    };
+    const JudgedPdf out(write(planOf({open(file("A"), "a.pdf"), open(file("B"), "b.pdf")})));
+    const QJsonObject first = out.dictionary(out.pages()[0]);
+    const QJsonObject second = out.dictionary(out.pages()[1]);
+    EXPECT_EQ(first[text("/StructParents")].toInt(-1), 0);
+    EXPECT_EQ(out.dictionary(first[text("/XF")])[text("/StructParents")].toInt(-1), 1);
+    EXPECT_FALSE(second.contains(text("/StructParents")));
+    EXPECT_FALSE(out.dictionary(second[text("/XF")]).contains(text("/StructParents")));
+}
+
+TEST_F(DamagedSources, ATreeThatMultipliesPagesIsCutOff) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    std::string pages;
+    std::string nodes;
+    for (int i = 0; i < 5000; ++i) pages += "3 0 R ";
+    for (int i = 0; i < 2000; ++i) {
+        nodes += std::to_string(10 + i) + " 0 R ";
+        pdf.object(10 + i, "<</Type/Pages/Parent 2 0 R/Count 5000/Kids 4 0 R>>");
+    }
+    pdf.object(3, "<</Type/Page/Parent 2 0 R>>").object(4, '[' + pages + ']');
+    pdf.object(2, "<</Type/Pages/Count 10000000/Kids[" + nodes + "]>>").table();
+    const auto source = open(pdf.bytes());
+    ASSERT_TRUE(source);
+    EXPECT_LT(source->pageCount(), 100'000U);
+    ASSERT_EQ(source->warnings().size(), 1U);
+    EXPECT_NE(source->warnings()[0].find("more pages than the file can hold"), std::string::npos);
+}
+
+TEST_F(DamagedSources, HostileFilesEndSoon) {
+    constexpr double patience = 10;  // seconds, on a slow machine under a sanitizer; without bounds these take minutes
+    std::string streams;
+    std::string strings;
+    for (int i = 1; i < 40'000; ++i) {
+        streams += std::to_string(i) + " 0 obj<<>>stream\nendstream\n";
+        strings += std::to_string(i) + " 0 obj(\n";
+    }
+    EXPECT_LT(secondsFor("%PDF-1.4\n" + streams), patience);
+    EXPECT_LT(secondsFor("%PDF-1.4\n" + strings), patience);
+    RawPdf unclosed;
+    std::string references;
+    unclosed.catalogOf({3});
+    for (int i = 10; i < 20'000; ++i) {
+        unclosed.object(i, "(");
+        references += std::to_string(i) + " 0 R ";
+    }
+    unclosed.page(3, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]/X[" + references + "]").table();
+    EXPECT_LT(secondsFor(unclosed.bytes()), patience);
+}
+
+TEST_F(DamagedSources, ACrossReferenceStreamOfEndlessRowsIsNotBelieved) {
+    std::string rows;
+    Deflater(6).deflate(std::string(50U << 20U, '\0'), rows);
+    RawPdf pdf;
+    pdf.catalogOf({3}).page(3, "one");
+    const std::size_t start = pdf.size();
+    pdf.stream(30, "/Type/XRef/Root 1 0 R/Size 50000000/W[0 1 0]/Filter/FlateDecode", rows);
+    pdf.raw("startxref\n" + std::to_string(start) + "\n%%EOF\n");
+    EXPECT_EQ(marks(pdf.bytes()), Strings{"one"});
+}
+
+}  // namespace
+}  // namespace quillon::pdf
