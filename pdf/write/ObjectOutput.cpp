@@ -94,7 +94,6 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
                                           StreamExtent extent) {
     const FileRange range{extent.offset, extent.length};
     if (extent.length > largeStream) return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
-    // The data is read to where it will stand, and taken back if it turns out to be there already.
     const std::size_t before = chunk_.size();
     const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
     beginStream(own, entries, extent.length);
@@ -102,18 +101,24 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     const std::size_t got = file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
     if (got < extent.length) noteShortened(file.file().path());
     chunk_.resize(begin + static_cast<std::size_t>(extent.length));
-    const std::string_view data = std::string_view(chunk_).substr(begin);
+    return endStream({own, number == 0, before, begin}, entries, file.file(), std::span(&range, 1));
+}
+
+/// The data was read to where it will stand; it is taken back if an equal stream is there already.
+std::uint32_t ObjectOutput::endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
+                                      std::span<const FileRange> ranges) {
+    const std::string_view data = std::string_view(chunk_).substr(stream.data);
     const auto key = streams_.key(entries, data);
-    if (const auto known = number == 0 ? streams_.find(key, data) : std::nullopt) {
-        chunk_.resize(before);
+    if (const auto known = stream.shareable ? streams_.find(key, data) : std::nullopt) {
+        chunk_.resize(stream.begin);
         chunkObjects_.pop_back();
         return *known;
     }
-    if (number == 0) static_cast<void>(reserve());
-    streams_.add(key, own, &file.file(), std::span(&range, 1));
+    if (stream.shareable) static_cast<void>(reserve());
+    streams_.add(key, stream.number, &file, ranges);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
-    return own;
+    return stream.number;
 }
 
 void ObjectOutput::noteShortened(const std::string& path) {
@@ -126,7 +131,7 @@ std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view ent
     if (const auto known = number == 0 ? streams_.find(key, *file, ranges) : std::nullopt) return *known;
     if (number == 0) number = reserve();
     streams_.add(key, number, file.get(), ranges);
-    if (std::ranges::find(held_, file) == held_.end()) held_.push_back(file);
+    hold(file);
     beginStream(number, entries, key.length);
     flushChunk();
     pipeline_.copy(file, {ranges.begin(), ranges.end()});
@@ -158,7 +163,24 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const 
 
 std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
                                       std::span<const FileRange> ranges) {
-    return copyLarge(0, entries, file, ranges);
+    std::uint64_t length = 0;
+    for (const FileRange& range : ranges) length += range.length;
+    if (length > largeStream) return copyLarge(0, entries, file, ranges);
+    hold(file);
+    const std::size_t before = chunk_.size();
+    const auto own = static_cast<std::uint32_t>(places_.size());
+    beginStream(own, entries, length);
+    const std::size_t begin = chunk_.size();
+    for (const FileRange& range : ranges) {
+        const std::size_t at = chunk_.size();
+        chunk_.resize(at + static_cast<std::size_t>(range.length));
+        if (file->readAt(range.offset, std::span(chunk_).subspan(at)) < range.length) noteShortened(file->path());
+    }
+    return endStream({own, true, before, begin}, entries, *file, ranges);
+}
+
+void ObjectOutput::hold(const std::shared_ptr<InputFile>& file) {
+    if (held_.empty() || held_.back() != file) held_.push_back(file);
 }
 
 bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {

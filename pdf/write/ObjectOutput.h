@@ -53,6 +53,17 @@ private:
 
     void beginBody();
     void flushBody();
+    /// A stream whose data is being read into the chunk.
+    struct OpenStream {
+        std::uint32_t number;
+        bool shareable;     // an equal one may be used instead; the number is not reserved yet
+        std::size_t begin;  // of the object in the chunk
+        std::size_t data;   // of the data
+    };
+
+    std::uint32_t endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
+                            std::span<const FileRange> ranges);
+    void hold(const std::shared_ptr<InputFile>& file);
     void flushChunk();
     void noteShortened(const std::string& path);
     void beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length);
@@ -67,7 +78,7 @@ private:
     static constexpr std::size_t indexRoom = bodyObjects * 22;
     static constexpr std::size_t chunkBytes = 256 * 1024;
     // Data longer than this is not held in memory but copied when its turn comes.
-    static constexpr std::uint64_t largeStream = 1U << 20U;
+    static constexpr std::uint64_t largeStream = 4U << 20U;
 
     OutputFile& file_;
     OutputPipeline pipeline_;

@@ -93,7 +93,7 @@ TEST_F(MergeDriver, WhatCannotBeReadIsAWarningAndContributesNothing) {
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(pageMarks(out()), (Strings{"B1", "B2"}));
     EXPECT_EQ(reported(result, "warnings"), "2");
-    EXPECT_EQ(result.errors, dir_.file("missing.pdf") + ": cannot be read as a picture\n" + dir_.file("text.txt") +
+    EXPECT_EQ(result.errors, dir_.file("missing.pdf") + ": does not exist\n" + dir_.file("text.txt") +
                                  ": cannot be read as a picture\n");
 }
 
@@ -118,8 +118,7 @@ TEST_F(MergeDriver, NothingToWriteIsFailure) {
     EXPECT_EQ(reported(result, "pages"), "0");
     EXPECT_EQ(reported(result, "bytes"), "0");
     // A line a warning; the engine may add its own about the target.
-    EXPECT_EQ(result.errors.rfind(dir_.file("missing.pdf") + ": cannot be read as a picture\n", 0), 0U)
-        << result.errors;
+    EXPECT_EQ(result.errors.rfind(dir_.file("missing.pdf") + ": does not exist\n", 0), 0U) << result.errors;
     EXPECT_EQ(reported(result, "warnings"),
               std::to_string(std::count(result.errors.begin(), result.errors.end(), '\n')));
     EXPECT_FALSE(wroteSomething());

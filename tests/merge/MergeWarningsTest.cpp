@@ -1,5 +1,7 @@
 #include "merge/MergeWarnings.h"
 #include "tests/merge/MergeTest.h"
+#include "tests/support/ExternalReader.h"
+#include "tests/support/PdfFixture.h"
 
 namespace quillon::test {
 namespace {
@@ -17,7 +19,7 @@ TEST(MergeWarnings, AnEntryThatDoesNotOpenIsNamedOnceHoweverOftenItIsTried) {
     const cacheData entry(QUrl::fromLocalFile(QStringLiteral("/files/a b.pdf")));
     MergeWarnings warnings;
     for (int i = 0; i < 3; ++i) warnings.noteInput(entry, nullptr);
-    EXPECT_EQ(warnings.lines(), Lines{"/files/a b.pdf: cannot be read as a PDF"});
+    EXPECT_EQ(warnings.lines(), Lines{"/files/a b.pdf: does not exist"});
 }
 
 TEST(MergeWarnings, TwoEntriesOfAMissingFileAreTwoLines) {
@@ -32,7 +34,7 @@ TEST(MergeWarnings, TwoEntriesOfAMissingFileAreTwoLines) {
 TEST(MergeWarnings, AFileThatIsNoEntryIsNamedOnce) {
     MergeWarnings warnings;
     for (int i = 0; i < 3; ++i) warnings.noteFile(QUrl::fromLocalFile(QStringLiteral("/pad.pdf")), nullptr);
-    EXPECT_EQ(warnings.lines(), Lines{"/pad.pdf: cannot be read as a PDF"});
+    EXPECT_EQ(warnings.lines(), Lines{"/pad.pdf: does not exist"});
 }
 
 class MergeWarningsOfAJob : public MergeTest {};
@@ -49,7 +51,7 @@ TEST_F(MergeWarningsOfAJob, NameEveryInputThatDoesNotOpen) {
     add("A", 1);
     addFile(urlOf(dir_.write("broken.png", "no picture"))).setIsImage(true);
     run();
-    EXPECT_EQ(job().warnings(), (Lines{dir_.file("missing.pdf") + ": cannot be read as a PDF",
+    EXPECT_EQ(job().warnings(), (Lines{dir_.file("missing.pdf") + ": does not exist",
                                        dir_.file("broken.png") + ": cannot be read as a picture"}));
 }
 
@@ -58,7 +60,21 @@ TEST_F(MergeWarningsOfAJob, AFollowerThatIsTriedInEveryRoundCountsOnce) {
     addMissing(MergeMethodCross, QStringLiteral("1"));
     add("B", 4, MergeMethodCross, QStringLiteral("1"));
     run();
-    EXPECT_EQ(job().warnings(), Lines{dir_.file("missing.pdf") + ": cannot be read as a PDF"});
+    EXPECT_EQ(job().warnings(), Lines{dir_.file("missing.pdf") + ": does not exist"});
+}
+
+TEST_F(MergeWarningsOfAJob, NameAProtectedInput) {
+    const std::string plain = dir_.write("plain.pdf", PdfFixture("P", 1).bytes());
+    const QString locked = QString::fromStdString(dir_.file("locked.pdf"));
+    const auto made = runProgram(QStringLiteral("qpdf"),
+                                 {QStringLiteral("--encrypt"), QStringLiteral("u"), QStringLiteral("o"),
+                                  QStringLiteral("256"), QStringLiteral("--"), QString::fromStdString(plain), locked});
+    ASSERT_EQ(made.exitCode, 0);
+    add("A", 1);
+    addFile(QUrl::fromLocalFile(locked));
+    run();
+    ASSERT_EQ(job().warnings().size(), 1U);
+    EXPECT_NE(job().warnings()[0].find("is protected"), std::string::npos);
 }
 
 TEST_F(MergeWarningsOfAJob, NameAPaddingFileThatDoesNotOpenOnce) {
@@ -68,7 +84,7 @@ TEST_F(MergeWarningsOfAJob, NameAPaddingFileThatDoesNotOpenOnce) {
     add("B", 2);
     add("C", 2);
     run();
-    EXPECT_EQ(job().warnings(), Lines{dir_.file("pad.pdf") + ": cannot be read as a PDF"});
+    EXPECT_EQ(job().warnings(), Lines{dir_.file("pad.pdf") + ": does not exist"});
 }
 
 }  // namespace
