@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 /// Bounds that no sound file comes near, so that a hostile one cannot exhaust memory.
 namespace quillon::pdf::limits {
