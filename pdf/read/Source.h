@@ -2,7 +2,6 @@
 
 #include "pdf/read/SourceDocument.h"
 
-#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>

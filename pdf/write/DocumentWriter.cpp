@@ -174,8 +174,6 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     // signature.
     std::vector<std::string_view> dropped{"Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
-    // An index of structure for pages that are not all there, in their order, is kept as it is: missing pages read as
-    // null.
     copier.copyCatalog(catalog_, tree_->root(), dropped);
     catalogWritten_ = true;
     writeInformation(&document, &copier);
