@@ -71,6 +71,10 @@ bool PDFDocument::unlockWithPassword(const QString&) {
     return !isLocked();
 }
 
+bool PDFDocument::allowsCopying() const {
+    return !isLocked();
+}
+
 int PDFDocument::pageCount() const {
     return static_cast<int>(pages_.size());
 }

@@ -40,6 +40,8 @@ public:
     [[nodiscard]] bool isLocked() const;
     /// True when the document is unlocked afterwards. An absent password is a null string.
     bool unlockWithPassword(const QString& password);
+    /// Whether text and pictures may be taken from the document. False while it is locked.
+    [[nodiscard]] bool allowsCopying() const;
 
     [[nodiscard]] int pageCount() const;
     /// Null outside 0 … pageCount() - 1. The same page object at every call.

@@ -4,7 +4,6 @@
 
 #include <functional>
 
-class QMessageBox;
 class QWidget;
 
 namespace quillon {
@@ -13,7 +12,7 @@ namespace quillon {
 class Alert {
 public:
     /// Is given the alert's window, which is still visible, for the callback to order out.
-    using DidEnd = std::function<void(QMessageBox& alert)>;
+    using DidEnd = std::function<void(QWidget& alert)>;
 
     Alert() = delete;
 

@@ -33,6 +33,7 @@ void configure(QFileDialog& dialog, const OpenPanel& panel) {
     dialog.setWindowTitle(panel.allowsMultipleSelection ? QStringLiteral("Add Files")
                                                         : QStringLiteral("Choose a File"));
     dialog.setFileMode(panel.allowsMultipleSelection ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     if (!panel.allowedFileTypes.isEmpty()) dialog.setNameFilter(nameFilter(panel.allowedFileTypes));
 }
 
@@ -84,6 +85,7 @@ void FilePanels::beginSavePanel(const SavePanel& panel, QWidget& modalForWindow,
     dialog->setObjectName(QStringLiteral("savePanel"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setOption(QFileDialog::HideNameFilterDetails);
     dialog->setNameFilter(nameFilter({panel.allowedFileType}));
     dialog->setDefaultSuffix(panel.allowedFileType);
     dialog->setWindowModality(Qt::WindowModal);

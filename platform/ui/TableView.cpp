@@ -7,13 +7,31 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QPainter>
+#include <QProxyStyle>
 #include <QScrollBar>
 
 #include <algorithm>
 
 namespace quillon {
+namespace {
+
+/// More room beside texts than the desktop's style gives them, so that a number and the text to its right do not touch.
+class RoomyStyle final : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+        constexpr int room = 6;
+        return metric == PM_HeaderMargin || metric == PM_FocusFrameHMargin ? std::max(usual, room) : usual;
+    }
+};
+
+}  // namespace
 
 TableView::TableView(QWidget* parent) : QTreeView(parent), model_(std::make_unique<TableModel>()) {
+    auto* style = new RoomyStyle;
+    style->setParent(this);
+    setStyle(style);
+    header()->setStyle(style);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);  // so that no row is measured to find the place of another
@@ -193,6 +211,8 @@ void TableView::changeEvent(QEvent* event) {
 
 void TableView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
+    // Values are found out when they are drawn.
+    Q_EMIT changed();
     if (numberOfRows() == 0) paintPlaceholder();
     if (dropHighlighted_) {
         QPainter painter(viewport());

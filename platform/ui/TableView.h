@@ -76,7 +76,7 @@ public:
     void keyboardSearch(const QString& search) override;
 
 Q_SIGNALS:
-    /// Rows came, went, moved or changed, or another one is selected.
+    /// Rows came, went, moved, changed or were drawn, or another one is selected.
     void changed();
 
 protected:

@@ -77,7 +77,7 @@ TEST_F(Sheets, EscapeAndTheCloseButtonOnlyAsk) {
 TEST_F(Sheets, AnAlertShowsItsMessageAsItStandsAndEndsByItsButton) {
     bool ended = false;
     Alert::beginSheet(QStringLiteral("<b>2 & 3</b>"), QStringLiteral("Close"), QString(), window_,
-                      [&ended](QMessageBox& alert) {
+                      [&ended](QWidget& alert) {
                           ended = true;
                           alert.hide();
                       });
