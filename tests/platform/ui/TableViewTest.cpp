@@ -121,6 +121,17 @@ TEST_F(Table, SelectsOneRowAtATime) {
     EXPECT_EQ(table_.selectedRow(), -1);
 }
 
+TEST_F(Table, TheFirstMovementByKeysSelectsTheCurrentRow) {
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Up, Qt::Key_Down}) {
+        table_.clearSelection();
+        table_.selectionModel()->setCurrentIndex(table_.model()->index(0, 0), QItemSelectionModel::NoUpdate);
+        QTest::keyClick(&table_, key);
+        EXPECT_EQ(table_.selectedRow(), 0);
+    }
+    QTest::keyClick(&table_, Qt::Key_Down);
+    EXPECT_EQ(table_.selectedRow(), 1);
+}
+
 TEST_F(Table, ReloadingKeepsTheSelectionAtItsRowOrMovesItToTheLast) {
     table_.selectRowIndexes({2}, false);
     table_.reloadData();
