@@ -39,6 +39,7 @@ private:
     void copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
     void copyBase(SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
+    std::string writeMetadata();
     void writeMadePages();
     void writeMadePage(std::size_t index, std::string entries);
     void drop(std::size_t page, std::string_view file, std::string_view reason);
@@ -79,9 +80,10 @@ bool DocumentWriter::write(WriteResult& result) {
     if (information_ == 0) writeInformation(nullptr, nullptr);
     result.pages = tree.write();
     if (!catalogWritten_) {
+        const std::string metadata = writeMetadata();
         std::string& body = output.body();
         const std::size_t begin = body.size();
-        body += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R>>";
+        body += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R" + metadata + ">>";
         output.close(catalog_, begin);
     }
     const std::string trailer =
@@ -173,11 +175,21 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     // signature.
     std::vector<std::string_view> dropped{"Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
-    copier.copyCatalog(catalog_, tree_->root(), dropped);
+    const std::string metadata = writeMetadata();
+    if (!metadata.empty()) dropped.emplace_back("Metadata");
+    copier.copyCatalog(catalog_, tree_->root(), dropped, metadata);
     catalogWritten_ = true;
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();
+}
+
+/// The entry of the catalog; empty when it stays as it is. Not deflated, so that programs that know nothing of PDF find
+/// the metadata.
+std::string DocumentWriter::writeMetadata() {
+    if (plan_.metadata.empty()) return {};
+    const std::uint32_t number = output_->addStream("/Type/Metadata/Subtype/XML", plan_.metadata);
+    return "/Metadata " + std::to_string(number) + " 0 R";
 }
 
 void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier) {
@@ -204,7 +216,9 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
         writeName(text, key);
         writeString(text, value);
     }
-    text += "/Producer(Quillon " QUILLON_VERSION ")>>";
+    text += "/Producer";
+    writeString(text, producer);
+    text += ">>";
     std::string& body = output_->body();
     const std::size_t begin = body.size();
     body += text;

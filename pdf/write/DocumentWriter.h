@@ -14,6 +14,9 @@
 
 namespace quillon::pdf {
 
+/// The producer that every document names.
+inline constexpr const char* producer = "Quillon " QUILLON_VERSION;
+
 /// A page without content.
 struct BlankPage {
     Rectangle mediaBox{0, 0, 612, 792};
@@ -38,6 +41,8 @@ struct DocumentPlan {
     /// Entries of the document information (ISO 32000-2, 14.3.3) that replace the base's: key, and value as a PDF text
     /// string; an empty value removes the entry.
     std::vector<std::pair<std::string, std::string>> information;
+    /// The XMP metadata of the document, in place of the base's; empty: those stay.
+    std::string metadata;
     /// Wait until the file has reached the disk.
     bool sync = true;
 };

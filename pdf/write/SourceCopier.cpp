@@ -298,7 +298,8 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
     return number;
 }
 
-void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped) {
+void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped,
+                               std::string_view added) {
     std::string catalog = "<</Type/Catalog/Pages " + std::to_string(pages) + " 0 R";
     const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
     if (object) {
@@ -306,6 +307,7 @@ void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::s
         left.insert(left.end(), {"Type", "Pages"});
         writeEntries(object->text(), left, catalog);
     }
+    catalog += added;
     catalog += ">>";
     std::string& body = output_.body();
     const std::size_t begin = body.size();

@@ -55,8 +55,9 @@ public:
     /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
     /// cannot be read.
     [[nodiscard]] bool copyPage(const PageJob& job);
-    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped`.
-    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped);
+    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped` and with the entries `added`.
+    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped,
+                     std::string_view added);
     /// Appends the value `text` of the source to `out`, references rewritten.
     void copyValue(std::string_view text, std::string& out);
     /// Copies every plain object that was met and not copied yet.
