@@ -3,6 +3,7 @@
 #include "pdf/Geometry.h"
 #include "pdf/read/SourcePage.h"
 #include "pdf/write/PageProducer.h"
+#include "pdf/write/Painting.h"
 
 #include <cstdint>
 #include <memory>
@@ -12,6 +13,9 @@
 #include <vector>
 
 namespace quillon::pdf {
+
+/// The producer that every document names.
+inline constexpr const char* producer = "Quillon " QUILLON_VERSION;
 
 /// A page without content.
 struct BlankPage {
@@ -23,7 +27,8 @@ struct BlankPage {
 struct OutputPage {
     /// Null where there is no blank page: one of the usual size.
     std::variant<std::shared_ptr<const BlankPage>, SourcePage, std::shared_ptr<const PageProducer>> origin;
-    bool withContent = true;  ///< false: the content of a source's page stays behind
+    bool withContent = true;                             ///< false: the content of a source's page stays behind
+    std::shared_ptr<const Painting> painting = nullptr;  ///< null: nothing is painted over it
 };
 
 /// A document to be written.
@@ -36,6 +41,8 @@ struct DocumentPlan {
     /// Entries of the document information (ISO 32000-2, 14.3.3) that replace the base's: key, and value as a PDF text
     /// string; an empty value removes the entry.
     std::vector<std::pair<std::string, std::string>> information;
+    /// The XMP metadata of the document, in place of the base's; empty: those stay.
+    std::string metadata;
     /// Wait until the file has reached the disk.
     bool sync = true;
 };

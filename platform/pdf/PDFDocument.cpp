@@ -1,13 +1,17 @@
 #include "platform/pdf/PDFDocument.h"
 
+#include "pdf/read/SourceHolds.h"
 #include "platform/pdf/DocumentAttributes.h"
+#include "platform/pdf/DocumentInformation.h"
 #include "platform/pdf/DrawingContext.h"
 #include "platform/pdf/FilePath.h"
+#include "platform/pdf/MarkPainter.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/TextString.h"
 #include "platform/pdf/WriteOptions.h"
 
 #include <algorithm>
+#include <any>
 #include <array>
 #include <utility>
 
@@ -27,6 +31,23 @@ std::vector<std::pair<std::string, std::string>> informationFrom(const QVariantM
         if (options.contains(option)) information.emplace_back(key, toTextString(options.value(option).toString()));
     }
     return information;
+}
+
+/// The metadata of a document as they stand in its file, and its dates.
+QByteArray readMetadata(pdf::SourceDocument& document, DocumentInformation& information) {
+    pdf::ObjectReader& reader = document.reader();
+    const pdf::Object old = reader.resolve(reader.trailer()["Info"]);
+    const auto dateOf = [&](const char* key) {
+        const pdf::Object value = old.dictionary() ? reader.resolve((*old.dictionary())[key]) : pdf::Object();
+        return value.string() ? fromTextString(*value.string()) : QString();
+    };
+    information.creationDate = dateOf("CreationDate");
+    information.modificationDate = dateOf("ModDate");
+    const pdf::Object catalog = document.catalog() ? reader.parse(*document.catalog()) : pdf::Object();
+    if (!catalog.dictionary() || !(*catalog.dictionary())["Metadata"].reference()) return {};
+    constexpr std::size_t most = 4U << 20U;
+    const auto bytes = reader.decodedStream(*(*catalog.dictionary())["Metadata"].reference(), most);
+    return bytes ? QByteArray::fromStdString(*bytes) : QByteArray();
 }
 
 }  // namespace
@@ -140,10 +161,13 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
         return false;
     }
     if (path.empty()) return false;
+    pdf::SourceHolds holds;
+    if (source_) holds.use(source_);
     pdf::DocumentPlan plan = paint();
     plan.base = isLocked() ? nullptr : source_;
     plan.keepOutline = !outlineReplaced_;
     plan.information = informationFrom(withOptions);
+    plan.metadata = metadata(withOptions);
     plan.sync = !withOptions.value(kWriteWithoutSync).toBool();
     pdf::WriteResult result = pdf::writeDocument(plan, path);
     writeWarnings_ = std::move(result.warnings);
@@ -151,14 +175,49 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     return result.written;
 }
 
+/// The XMP metadata that say what the document information will say; empty when there are none so far and nothing is to
+/// be said.
+std::string PDFDocument::metadata(const QVariantMap& withOptions) const {
+    const QVariantMap attributes = documentAttributes();
+    bool anything = false;
+    const auto textOf = [&](const QString& attribute, const QString& option) {
+        const QVariant own = attributes.value(attribute);
+        QString text = own.typeId() == QMetaType::QStringList ? own.toStringList().join(QString()) : own.toString();
+        if (withOptions.contains(option)) text = withOptions.value(option).toString();
+        anything = anything || !text.isEmpty();
+        return text.isEmpty() ? QString() : text;
+    };
+    DocumentInformation information;
+    information.title = textOf(PDFDocumentTitleAttribute, kCGPDFContextTitle);
+    information.author = textOf(PDFDocumentAuthorAttribute, kCGPDFContextAuthor);
+    information.subject = textOf(PDFDocumentSubjectAttribute, kCGPDFContextSubject);
+    information.keywords = textOf(PDFDocumentKeywordsAttribute, kCGPDFContextKeywords);
+    information.creator = textOf(PDFDocumentCreatorAttribute, kCGPDFContextCreator);
+    information.producer = QString::fromLatin1(pdf::producer);
+    information.keywordsReplaced =
+        withOptions.contains(kCGPDFContextKeywords) &&
+        attributes.value(PDFDocumentKeywordsAttribute).toStringList().join(QString()) != information.keywords;
+    QByteArray existing;
+    if (source_ && !isLocked()) {
+        const pdf::SourceAccess access(*source_);
+        if (access.document()) existing = readMetadata(*access.document(), information);
+    }
+    return anything || !existing.isEmpty() ? information.metadata(existing) : std::string();
+}
+
 /// Lets every page draw itself, in order, and notes what is to be written for it.
 pdf::DocumentPlan PDFDocument::paint() {
     pdf::DocumentPlan plan;
     plan.pages.reserve(pages_.size());
+    std::any store;
+    MarkPainter painter;
+    pdf::SourceHolds holds;
     for (std::size_t index = 0; index < pages_.size(); ++index) {
         PDFPage& page = *pages_.at(index);
-        const DrawingContext context(page);
+        if (page.source_) holds.use(page.source_->source);
+        DrawingContext context(page, store);
         page.drawWithBox(PDFDisplayBox::MediaBox);
+        painter.add(context.takeMarks());
         pdf::OutputPage output;
         output.withContent = context.contentDrawn();
         if (page.source_) {
@@ -169,6 +228,10 @@ pdf::DocumentPlan PDFDocument::paint() {
             output.origin = std::make_shared<const pdf::BlankPage>(blankPageAt(index));
         }
         plan.pages.push_back(std::move(output));
+    }
+    auto paintings = painter.paintings();
+    for (std::size_t index = 0; index < paintings.size(); ++index) {
+        plan.pages[index].painting = std::move(paintings[index]);
     }
     return plan;
 }

@@ -82,6 +82,7 @@ protected:
 private:
     [[nodiscard]] std::shared_ptr<PDFPage> makePage(std::size_t index) const;
     [[nodiscard]] pdf::DocumentPlan paint();
+    [[nodiscard]] std::string metadata(const QVariantMap& withOptions) const;
     [[nodiscard]] pdf::BlankPage blankPageAt(std::size_t index);
 
     std::shared_ptr<pdf::Source> source_;  // null for a document that was made empty
