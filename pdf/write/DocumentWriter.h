@@ -2,10 +2,12 @@
 
 #include "pdf/Geometry.h"
 #include "pdf/read/SourcePage.h"
+#include "pdf/security/Encryptor.h"
 #include "pdf/write/PageProducer.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -36,6 +38,8 @@ struct DocumentPlan {
     /// Entries of the document information (ISO 32000-2, 14.3.3) that replace the base's: key, and value as a PDF text
     /// string; an empty value removes the entry.
     std::vector<std::pair<std::string, std::string>> information;
+    /// Nothing: whoever has the file can read it.
+    std::optional<Protection> protection;
     /// Wait until the file has reached the disk.
     bool sync = true;
 };
@@ -51,7 +55,8 @@ struct WriteResult {
 /// Not written are a document without any page, and one whose target cannot be written.
 ///
 /// The sources are copied one after the other, each with all its pages, since the order of pages is only in the page
-/// tree; a second thread deflates and writes. The same plan gives the same bytes.
+/// tree; a second thread deflates and writes. The same plan gives the same bytes, unless it is protected: keys are made
+/// at random. Pages of a source that is locked are left out.
 [[nodiscard]] WriteResult writeDocument(const DocumentPlan& plan, const std::string& target);
 
 }  // namespace quillon::pdf
