@@ -1,5 +1,6 @@
 #include "pdf/read/ObjectReader.h"
 
+#include "pdf/filter/Filters.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/CrossReferenceReader.h"
@@ -214,6 +215,31 @@ StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view l
     warnings_.add("the length of the stream is wrong; " + std::to_string(bytes) + " bytes were found", number,
                   static_cast<std::int64_t>(data));
     return {data, bytes};
+}
+
+std::optional<std::string> ObjectReader::decodedStream(Reference reference, std::size_t limit) {
+    const auto object = findWhole(reference);
+    if (!object || !object->streamData()) return std::nullopt;
+    const Object parsed = Parser(object->value()).parse();
+    if (!parsed.dictionary()) return std::nullopt;
+    Dictionary dictionary = *parsed.dictionary();
+    std::string length;
+    dictionary["Length"].write(length);
+    const StreamExtent extent = streamExtent(reference.number, length, object->offset + *object->streamData());
+    if (extent.length > limit) return std::nullopt;
+    for (const char* key : {"Filter", "DecodeParms"}) dictionary.append(key, resolveDeep(dictionary[key]));
+    std::string data;
+    file_.append(extent.offset, static_cast<std::size_t>(extent.length), data);
+    return decodeStream(dictionary, data, limit);
+}
+
+/// Resolves an array's elements too.
+Object ObjectReader::resolveDeep(const Object& object) {
+    const Object resolved = resolve(object);
+    if (!resolved.array()) return resolved;
+    Array elements;
+    for (const Object& element : *resolved.array()) elements.push_back(resolve(element));
+    return elements;
 }
 
 std::uint64_t ObjectReader::nextObject(std::uint64_t offset) {

@@ -74,6 +74,10 @@ public:
     /// if it has none.
     [[nodiscard]] StreamExtent streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data);
 
+    /// The decoded data of a stream, damaged data as far as they go. Nothing for any other object, and for a stream
+    /// that has a filter of pictures or decodes to more than `limit` bytes.
+    [[nodiscard]] std::optional<std::string> decodedStream(Reference reference, std::size_t limit);
+
     /// Replaces the cross-reference data by what a scan of the file finds. False when that was done before.
     bool recover(std::string_view reason, std::uint32_t object = 0, std::int64_t offset = -1);
 
@@ -103,6 +107,7 @@ private:
     std::optional<ObjectText> findInStream(std::uint32_t number, const CrossReferenceEntry& entry);
     std::shared_ptr<const ObjectStream> objectStream(std::uint32_t number);
     std::shared_ptr<const ObjectStream> readObjectStream(std::uint32_t number);
+    Object resolveDeep(const Object& object);
     void makeRoom(std::size_t bytes);
     std::uint64_t nextObject(std::uint64_t offset);
 

@@ -43,9 +43,26 @@ SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex
 }
 
 SourceAccess::~SourceAccess() {
-    if (!source_.document_) return;
-    source_.document_->trim();
-    if (!SourceRegistry::instance().keep(source_, source_.document_->memory())) source_.document_.reset();
+    settle(source_);
+}
+
+/// Decides whether the structure stays in memory after use.
+void SourceAccess::settle(Source& source) {
+    if (!source.document_ || source.holds_ > 0) return;
+    source.document_->trim();
+    if (!SourceRegistry::instance().keep(source, source.document_->memory())) source.document_.reset();
+}
+
+/// Does not read the structure: it may never be asked for.
+void SourceAccess::hold(Source& source) {
+    const std::lock_guard lock(source.mutex_);
+    ++source.holds_;
+}
+
+void SourceAccess::unhold(Source& source) {
+    const std::lock_guard lock(source.mutex_);
+    --source.holds_;
+    settle(source);
 }
 
 void SourceAccess::distrustCounts() {

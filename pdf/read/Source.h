@@ -49,6 +49,7 @@ private:
     Version version_ = 10;                      // likewise
     bool encrypted_ = false;                    // likewise
     bool believeCounts_ = true;                 // guarded by mutex_
+    int holds_ = 0;                             // guarded by mutex_; of SourceHolds
 };
 
 /// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that
@@ -70,6 +71,12 @@ public:
     void distrustCounts();
 
 private:
+    friend class SourceHolds;
+
+    static void settle(Source& source);
+    static void hold(Source& source);
+    static void unhold(Source& source);
+
     Source& source_;
     std::unique_lock<std::mutex> lock_;
 };

@@ -3,6 +3,8 @@
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/write/OutputFile.h"
 #include "pdf/write/PageTreeWriter.h"
+#include "pdf/write/PaintWriter.h"
+#include "pdf/write/PaintedPages.h"
 #include "pdf/write/SourceCopier.h"
 #include "pdf/write/SourcePlan.h"
 
@@ -17,15 +19,6 @@ namespace {
 
 // Cross-reference and object streams came with PDF 1.5.
 constexpr Version lowestVersion = 15;
-
-void appendBox(std::string& out, const Rectangle& box) {
-    out += "/MediaBox[";
-    for (const double value : {box.left, box.bottom, box.right, box.top}) {
-        if (out.back() != '[') out += ' ';
-        writeReal(out, value);
-    }
-    out += ']';
-}
 
 /// One run of writeDocument, from the first byte of the file to the last.
 class DocumentWriter {
@@ -56,6 +49,7 @@ private:
     std::vector<std::string> warnings_;
     ObjectOutput* output_ = nullptr;
     PageTreeWriter* tree_ = nullptr;
+    PaintWriter* painter_ = nullptr;
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
     bool catalogWritten_ = false;
@@ -70,6 +64,8 @@ bool DocumentWriter::write(WriteResult& result) {
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
     tree_ = &tree;
+    PaintWriter painter(output);
+    painter_ = &painter;
     {
         // While one source is copied, the object streams of the next are inflated.
         ObjectStreamPrefetcher prefetcher;
@@ -144,6 +140,7 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
         announced;  // a page may stand in its own tree under several indexes
     std::vector<bool> first;
     OpeningOverlays overlays;
+    PaintedPages painted(document, copier, *painter_);
     for (const SourcePlan::Copy& copy : source.copies()) {
         const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
         first.push_back(copy.first && (number == 0 || announced.try_emplace(number, copy.sourcePage).second));
@@ -158,6 +155,8 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
         job.number = tree_->pageNumber(copy.outputPage);
         job.parent = tree_->parentOf(copy.outputPage);
         job.withContent = plan_.pages[copy.outputPage].withContent;
+        job.painting = plan_.pages[copy.outputPage].painting.get();
+        job.painter = &painted;
         job.keepStructure = source.source() == plan_.base && first[i];
         job.overlay = first[i] ? nullptr : &overlays[copy.opening];
         job.asked = first[i] || !job.page || announced[job.page->number] == copy.sourcePage;
@@ -216,8 +215,8 @@ void DocumentWriter::writeMadePages() {
     for (std::size_t i = 0; i < plan_.pages.size(); ++i) {
         if (const auto* blank = std::get_if<std::shared_ptr<const BlankPage>>(&plan_.pages[i].origin)) {
             const BlankPage page = *blank ? **blank : BlankPage();
-            std::string entries = "/Resources<<>>";
-            appendBox(entries, page.mediaBox);
+            std::string entries = "/Resources<<>>/MediaBox";
+            writeRectangle(entries, page.mediaBox);
             if (page.rotation != 0) entries += "/Rotate " + std::to_string(page.rotation);
             writeMadePage(i, std::move(entries));
         } else if (const auto* maker = std::get_if<std::shared_ptr<const PageProducer>>(&plan_.pages[i].origin)) {
@@ -226,13 +225,15 @@ void DocumentWriter::writeMadePages() {
                 drop(i, (*maker)->name(), "cannot be read; its page is left out");
                 continue;
             }
-            appendBox(*entries, (*maker)->mediaBox());
+            *entries += "/MediaBox";
+            writeRectangle(*entries, (*maker)->mediaBox());
             writeMadePage(i, std::move(*entries));
         }
     }
 }
 
 void DocumentWriter::writeMadePage(std::size_t index, std::string entries) {
+    if (const auto& painting = plan_.pages[index].painting) entries = painter_->paintOver(entries, *painting);
     std::string& body = output_->body();
     const std::size_t begin = body.size();
     body += "<</Type/Page/Parent " + std::to_string(tree_->parentOf(index)) + " 0 R" + entries + ">>";

@@ -3,6 +3,7 @@
 #include "pdf/Geometry.h"
 #include "pdf/read/SourcePage.h"
 #include "pdf/write/PageProducer.h"
+#include "pdf/write/Painting.h"
 
 #include <cstdint>
 #include <memory>
@@ -23,7 +24,8 @@ struct BlankPage {
 struct OutputPage {
     /// Null where there is no blank page: one of the usual size.
     std::variant<std::shared_ptr<const BlankPage>, SourcePage, std::shared_ptr<const PageProducer>> origin;
-    bool withContent = true;  ///< false: the content of a source's page stays behind
+    bool withContent = true;                             ///< false: the content of a source's page stays behind
+    std::shared_ptr<const Painting> painting = nullptr;  ///< null: nothing is painted over it
 };
 
 /// A document to be written.

@@ -1,13 +1,16 @@
 #include "platform/pdf/PDFDocument.h"
 
+#include "pdf/read/SourceHolds.h"
 #include "platform/pdf/DocumentAttributes.h"
 #include "platform/pdf/DrawingContext.h"
 #include "platform/pdf/FilePath.h"
+#include "platform/pdf/MarkPainter.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/TextString.h"
 #include "platform/pdf/WriteOptions.h"
 
 #include <algorithm>
+#include <any>
 #include <array>
 #include <utility>
 
@@ -151,10 +154,15 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
 pdf::DocumentPlan PDFDocument::paint() {
     pdf::DocumentPlan plan;
     plan.pages.reserve(pages_.size());
+    std::any store;
+    MarkPainter painter;
+    pdf::SourceHolds holds;
     for (std::size_t index = 0; index < pages_.size(); ++index) {
         PDFPage& page = *pages_.at(index);
-        const DrawingContext context(page);
+        if (page.source_) holds.use(page.source_->source);
+        DrawingContext context(page, store);
         page.drawWithBox(PDFDisplayBox::MediaBox);
+        painter.add(context.takeMarks());
         pdf::OutputPage output;
         output.withContent = context.contentDrawn();
         if (page.source_) {
@@ -165,6 +173,10 @@ pdf::DocumentPlan PDFDocument::paint() {
             output.origin = std::make_shared<const pdf::BlankPage>(blankPageAt(index));
         }
         plan.pages.push_back(std::move(output));
+    }
+    auto paintings = painter.paintings();
+    for (std::size_t index = 0; index < paintings.size(); ++index) {
+        plan.pages[index].painting = std::move(paintings[index]);
     }
     return plan;
 }
