@@ -6,7 +6,8 @@
 namespace quillon::pdf {
 
 SourcePreloader::SourcePreloader(std::vector<std::string> paths) : paths_(std::move(paths)), held_(paths_.size()) {
-    if (paths_.size() > 1) thread_ = std::thread([this] { run(); });
+    const auto isFile = [](const std::string& path) { return !path.empty(); };
+    if (std::ranges::count_if(paths_, isFile) > 1) thread_ = std::thread([this] { run(); });
 }
 
 SourcePreloader::~SourcePreloader() {

@@ -16,7 +16,7 @@ namespace quillon::pdf {
 /// time differs.
 class SourcePreloader {
 public:
-    /// `paths` are the files in the order in which they will be opened.
+    /// `paths` are the files in the order in which they will be opened; an empty one is passed over.
     explicit SourcePreloader(std::vector<std::string> paths);
     SourcePreloader(const SourcePreloader&) = delete;
     SourcePreloader& operator=(const SourcePreloader&) = delete;

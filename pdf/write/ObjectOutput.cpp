@@ -64,7 +64,7 @@ void ObjectOutput::flushBody() {
     pipeline_.writeDeflated(stream,
                             "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom),
                             std::move(body_));
-    body_ = pipeline_.buffer();
+    body_ = pipeline_.buffer(indexRoom + bodyBytes);
     beginBody();
     packed_.clear();
 }
@@ -76,7 +76,7 @@ void ObjectOutput::beginBody() {
 void ObjectOutput::flushChunk() {
     if (chunk_.empty()) return;
     pipeline_.write(std::move(chunk_), std::move(chunkObjects_));
-    chunk_ = pipeline_.buffer();
+    chunk_ = pipeline_.buffer(chunkBytes + StreamIndex::longStream);
     chunkObjects_.clear();
 }
 
@@ -93,7 +93,8 @@ void ObjectOutput::beginStream(std::uint32_t number, std::string_view entries, s
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
                                           StreamExtent extent) {
     const FileRange range{extent.offset, extent.length};
-    if (extent.length > largeStream) return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
+    if (extent.length >= StreamIndex::longStream)
+        return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
     const std::size_t before = chunk_.size();
     const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
     beginStream(own, entries, extent.length);
@@ -108,17 +109,24 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
 std::uint32_t ObjectOutput::endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
                                       std::span<const FileRange> ranges) {
     const std::string_view data = std::string_view(chunk_).substr(stream.data);
-    const auto key = streams_.key(entries, data);
-    if (const auto known = stream.shareable ? streams_.find(key, data) : std::nullopt) {
+    if (const auto known = enter({entries, data, &file, ranges}, stream.number, stream.shareable)) {
         chunk_.resize(stream.begin);
         chunkObjects_.pop_back();
         return *known;
     }
-    if (stream.shareable) static_cast<void>(reserve());
-    streams_.add(key, stream.number, &file, ranges);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return stream.number;
+}
+
+std::optional<std::uint32_t> ObjectOutput::enter(const StreamContent& stream, std::uint32_t number, bool shareable) {
+    if (!shareable) {
+        streams_.add(stream, number);
+        return std::nullopt;
+    }
+    const auto known = streams_.findOrAdd(stream, number);
+    if (!known) static_cast<void>(reserve());
+    return known;
 }
 
 void ObjectOutput::noteShortened(const std::string& path) {
@@ -127,17 +135,16 @@ void ObjectOutput::noteShortened(const std::string& path) {
 
 std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries,
                                       const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges) {
-    const auto key = streams_.key(entries, *file, ranges);
-    if (const auto known = number == 0 ? streams_.find(key, *file, ranges) : std::nullopt) return *known;
-    if (number == 0) number = reserve();
-    streams_.add(key, number, file.get(), ranges);
+    const StreamContent stream{entries, std::nullopt, file.get(), ranges};
+    const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
+    if (const auto known = enter(stream, own, number == 0)) return *known;
     hold(file);
-    beginStream(number, entries, key.length);
+    beginStream(own, entries, stream.length());
     flushChunk();
     pipeline_.copy(file, {ranges.begin(), ranges.end()});
     // Not left in the chunk, since an object stream may be written before that.
     pipeline_.write(std::string(streamEnd), {});
-    return number;
+    return own;
 }
 
 std::uint32_t ObjectOutput::addObject(std::string_view value) {
@@ -150,10 +157,8 @@ std::uint32_t ObjectOutput::addObject(std::string_view value) {
 
 std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const char> data) {
     const std::string_view bytes(data.data(), data.size());
-    const auto key = streams_.key(entries, bytes);
-    if (const auto known = streams_.find(key, bytes)) return *known;
-    const std::uint32_t number = reserve();
-    streams_.add(key, number, nullptr, {});
+    const auto number = static_cast<std::uint32_t>(places_.size());
+    if (const auto known = enter({entries, bytes, nullptr, {}}, number, true)) return *known;
     beginStream(number, entries, data.size());
     chunk_ += bytes;
     chunk_ += streamEnd;
@@ -165,7 +170,7 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::share
                                       std::span<const FileRange> ranges) {
     std::uint64_t length = 0;
     for (const FileRange& range : ranges) length += range.length;
-    if (length > largeStream) return copyLarge(0, entries, file, ranges);
+    if (length >= StreamIndex::longStream) return copyLarge(0, entries, file, ranges);
     hold(file);
     const std::size_t before = chunk_.size();
     const auto own = static_cast<std::uint32_t>(places_.size());

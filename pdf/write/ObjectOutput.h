@@ -6,6 +6,7 @@
 #include "pdf/write/StreamIndex.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,6 +62,9 @@ private:
         std::size_t data;   // of the data
     };
 
+    /// An equal stream if `shareable` and there is one; otherwise the stream is entered as `number`.
+    std::optional<std::uint32_t> enter(const StreamContent& stream, std::uint32_t number, bool shareable);
+
     std::uint32_t endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
                             std::span<const FileRange> ranges);
     void hold(const std::shared_ptr<InputFile>& file);
@@ -77,8 +81,6 @@ private:
     // digits each. What it does not need stays blank, and deflates to nothing.
     static constexpr std::size_t indexRoom = bodyObjects * 22;
     static constexpr std::size_t chunkBytes = 256 * 1024;
-    // Data longer than this is not held in memory but copied when its turn comes.
-    static constexpr std::uint64_t largeStream = 4U << 20U;
 
     OutputFile& file_;
     OutputPipeline pipeline_;

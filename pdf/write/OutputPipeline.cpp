@@ -12,6 +12,11 @@ constexpr int deflateLevel = 1;
 
 }  // namespace
 
+/// Bytes that the item is or will be read to; what is deflated counts as it is.
+std::size_t OutputPipeline::sizeOf(const Item& item) noexcept {
+    return item.file ? static_cast<std::size_t>(item.range.length) : item.bytes.size();
+}
+
 OutputPipeline::OutputPipeline(OutputFile& file)
     : file_(file), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
     if (!hash_) throw std::bad_alloc();
@@ -32,7 +37,7 @@ void OutputPipeline::write(std::string bytes, std::vector<Placed> objects) {
 
 void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary, std::string body) {
     auto item = std::make_unique<Item>();
-    item->state = State::ToDeflate;
+    item->state = State::ToPrepare;
     item->bytes = std::move(body);
     item->dictionary = std::move(dictionary);
     item->objects.push_back({number, 0});
@@ -40,20 +45,26 @@ void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary,
 }
 
 void OutputPipeline::copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges) {
-    auto item = std::make_unique<Item>();
-    item->file = std::move(file);
-    item->ranges = std::move(ranges);
-    push(std::move(item));
+    for (FileRange range : ranges) {
+        while (range.length > 0) {
+            auto item = std::make_unique<Item>();
+            item->state = State::ToPrepare;
+            item->file = file;
+            item->range = {range.offset, std::min(range.length, pieceBytes)};
+            range = {range.offset + item->range.length, range.length - item->range.length};
+            push(std::move(item));
+        }
+    }
 }
 
 void OutputPipeline::push(std::unique_ptr<Item> item) {
     std::unique_lock lock(mutex_);
-    ahead_ += item->bytes.size();
+    ahead_ += sizeOf(*item);
     items_.push_back(std::move(item));
     if (writerWaits_ && ahead_ >= wakeBytes) changed_.notify_all();
     while (ahead_ > mostAhead) {
-        if (Item* todo = nextToDeflate()) {
-            deflateUnlocked(*todo, callersDeflater_, lock);
+        if (Item* todo = nextToPrepare()) {
+            prepareUnlocked(*todo, callersDeflater_, lock);
             if (writerWaits_) changed_.notify_all();
         } else {
             callerWaits_ = true;
@@ -74,31 +85,61 @@ bool OutputPipeline::finish() {
     return !failed_;
 }
 
-std::string OutputPipeline::buffer() {
-    const std::lock_guard lock(mutex_);
-    if (spare_.empty()) return {};
-    std::string buffer = std::move(spare_.back());
-    spare_.pop_back();
+std::string OutputPipeline::buffer(std::size_t bytes) {
+    std::string buffer = takeSpare(bytes);
     buffer.clear();
+    buffer.reserve(bytes);
     return buffer;
 }
 
-OutputPipeline::Item* OutputPipeline::nextToDeflate() {
-    const auto found = std::ranges::find(items_, State::ToDeflate, [](const auto& item) { return item->state; });
+/// A buffer with whatever was in it: one that is read into is not first filled with zeros.
+std::string OutputPipeline::takeSpare(std::size_t bytes) {
+    const std::lock_guard lock(mutex_);
+    const auto fitting = std::ranges::find_if(spare_, [&](const auto& buffer) { return buffer.capacity() >= bytes; });
+    if (fitting == spare_.end()) return {};
+    std::string buffer = std::move(*fitting);
+    spare_.erase(fitting);
+    return buffer;
+}
+
+void OutputPipeline::recycleLocked(std::string buffer) {
+    constexpr std::size_t worthKeeping = 4096;
+    if (buffer.capacity() >= worthKeeping && spare_.size() < mostSpare) spare_.push_back(std::move(buffer));
+}
+
+OutputPipeline::Item* OutputPipeline::nextToPrepare() {
+    const auto found = std::ranges::find(items_, State::ToPrepare, [](const auto& item) { return item->state; });
     return found == items_.end() ? nullptr : found->get();
 }
 
-void OutputPipeline::deflateUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock) {
-    item.state = State::Deflating;
+void OutputPipeline::prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock) {
+    const std::size_t before = sizeOf(item);
+    item.state = State::Preparing;
     lock.unlock();
-    std::string deflated = buffer();
-    deflater.deflate(item.bytes, deflated);
+    if (item.file) read(item);
+    if (!item.dictionary.empty()) deflate(item, deflater);
     lock.lock();
-    ahead_ -= item.bytes.size();
-    ahead_ += deflated.size();
-    item.bytes.swap(deflated);
-    if (spare_.size() < mostSpare) spare_.push_back(std::move(deflated));
+    ahead_ = ahead_ - before + item.bytes.size();
     item.state = State::Ready;
+}
+
+void OutputPipeline::deflate(Item& item, Deflater& deflater) {
+    std::string deflated = takeSpare(item.bytes.size() / 2);
+    deflater.deflate(item.bytes, deflated);
+    item.bytes.swap(deflated);
+    const std::lock_guard lock(mutex_);
+    recycleLocked(std::move(deflated));
+}
+
+void OutputPipeline::read(Item& item) {
+    const auto length = static_cast<std::size_t>(item.range.length);
+    item.bytes = takeSpare(pieceBytes);
+    item.bytes.reserve(pieceBytes);
+    item.bytes.resize(length);
+    const std::size_t got = item.file->readAt(item.range.offset, std::span(item.bytes));
+    if (got == length) return;
+    std::fill(item.bytes.begin() + static_cast<std::ptrdiff_t>(got), item.bytes.end(), '\0');
+    item.wasShort = true;
 }
 
 void OutputPipeline::run() {
@@ -111,11 +152,11 @@ void OutputPipeline::run() {
             lock.unlock();
             writeItem(*item);
             lock.lock();
-            ahead_ -= item->bytes.size();
-            if (spare_.size() < mostSpare) spare_.push_back(std::move(item->bytes));
+            ahead_ -= sizeOf(*item);
+            recycleLocked(std::move(item->bytes));
             if (callerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
-        } else if (Item* todo = nextToDeflate()) {
-            deflateUnlocked(*todo, deflater, lock);
+        } else if (Item* todo = nextToPrepare()) {
+            prepareUnlocked(*todo, deflater, lock);
         } else if (done_ && items_.empty()) {
             return;
         } else {
@@ -137,23 +178,11 @@ void OutputPipeline::writeItem(Item& item) {
     }
     for (const Placed& object : item.objects) places_.push_back({object.number, file_.size() + object.offset});
     put(item.bytes);
-    for (const FileRange& range : item.ranges) copyRange(*item.file, range);
+    if (item.wasShort) noteShortened(item.file->path());
 }
 
-void OutputPipeline::copyRange(InputFile& file, FileRange range) {
-    constexpr std::uint64_t piece = 256 * 1024;
-    while (range.length > 0 && !failed_) {
-        const auto wanted = static_cast<std::size_t>(std::min(piece, range.length));
-        copyBuffer_.resize(wanted);
-        const std::size_t got = file.readAt(range.offset, std::span(copyBuffer_));
-        if (got < wanted) {
-            std::fill(copyBuffer_.begin() + static_cast<std::ptrdiff_t>(got), copyBuffer_.end(), '\0');
-            if (std::ranges::find(shortened_, file.path()) == shortened_.end()) shortened_.push_back(file.path());
-        }
-        put(copyBuffer_);
-        range.offset += wanted;
-        range.length -= wanted;
-    }
+void OutputPipeline::noteShortened(const std::string& path) {
+    if (std::ranges::find(shortened_, path) == shortened_.end()) shortened_.push_back(path);
 }
 
 void OutputPipeline::put(std::string_view bytes) {

@@ -18,12 +18,12 @@
 
 namespace quillon::pdf {
 
-/// The second half of writing: deflates object streams and writes everything to the file, beside the thread that finds
-/// and rewrites the objects.
+/// The second half of writing: deflates object streams, reads what is copied from files, and writes everything, beside
+/// the thread that finds and rewrites the objects.
 ///
-/// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. Deflating is
-/// by far the most work here; when the caller is ahead by more than `mostAhead` bytes, it deflates too instead of
-/// waiting. All calls come from one thread, the caller's.
+/// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. When the
+/// caller is ahead by more than `mostAhead` bytes, it deflates and reads too instead of waiting. All calls come from
+/// one thread, the caller's.
 class OutputPipeline {
 public:
     /// An object in a run of bytes: its number, and where it begins.
@@ -54,18 +54,19 @@ public:
     [[nodiscard]] XXH128_hash_t digest() const noexcept { return XXH3_128bits_digest(hash_.get()); }
     [[nodiscard]] const std::vector<std::string>& shortened() const noexcept { return shortened_; }
 
-    /// An empty buffer, with the memory of one that has been written where possible.
-    [[nodiscard]] std::string buffer();
+    /// An empty buffer with room for `bytes` bytes, with the memory of one that has been written where possible.
+    [[nodiscard]] std::string buffer(std::size_t bytes);
 
 private:
-    enum class State { ToDeflate, Deflating, Ready };
+    enum class State { ToPrepare, Preparing, Ready };
     struct Item {
         State state = State::Ready;
         std::string bytes;
         std::vector<Placed> objects;
-        std::string dictionary;  // of an object stream
-        std::shared_ptr<InputFile> file;
-        std::vector<FileRange> ranges;
+        std::string dictionary;           // of an object stream
+        std::shared_ptr<InputFile> file;  // where the bytes are to be read from
+        FileRange range;
+        bool wasShort = false;
     };
     struct FreeHash {
         void operator()(XXH3_state_t* state) const noexcept { XXH3_freeState(state); }
@@ -73,23 +74,29 @@ private:
 
     void run();
     void push(std::unique_ptr<Item> item);
-    [[nodiscard]] Item* nextToDeflate();
-    void deflateUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] static std::size_t sizeOf(const Item& item) noexcept;
+    [[nodiscard]] Item* nextToPrepare();
+    void prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock);
+    void deflate(Item& item, Deflater& deflater);
+    void read(Item& item);
+    [[nodiscard]] std::string takeSpare(std::size_t bytes);
+    void recycleLocked(std::string buffer);
     void writeItem(Item& item);
-    void copyRange(InputFile& file, FileRange range);
+    void noteShortened(const std::string& path);
     void put(std::string_view bytes);
 
-    static constexpr std::size_t mostAhead = 3U << 20U;
+    static constexpr std::size_t mostAhead = 1U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
     static constexpr std::size_t wakeBytes = 256U << 10U;
-    static constexpr std::size_t mostSpare = 8;
+    static constexpr std::size_t mostSpare = 16;
+    // What is copied from a file is read in pieces of this many bytes.
+    static constexpr std::uint64_t pieceBytes = 256U << 10U;
 
     OutputFile& file_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
     Deflater callersDeflater_;
     std::vector<Placed> places_;          // the writer's until finish()
     std::vector<std::string> shortened_;  // likewise
-    std::string copyBuffer_;              // likewise
     bool failed_ = false;                 // likewise
 
     std::mutex mutex_;
