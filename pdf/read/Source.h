@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/io/SlimMutex.h"
 #include "pdf/read/SourceDocument.h"
 
 #include <memory>
@@ -38,17 +39,19 @@ public:
 
 private:
     friend class SourceAccess;
+    friend class SourceRegistry;
 
     bool load();
 
     std::shared_ptr<InputFile> file_;
-    mutable std::mutex mutex_;
     std::unique_ptr<SourceDocument> document_;  // null while dropped; guarded by mutex_
+    Source* nextInRegistry_ = nullptr;          // SourceRegistry's
     Warnings warnings_;                         // guarded by mutex_
     std::uint32_t pageCount_ = 0;               // set once, before the source is shared
     Version version_ = 10;                      // likewise
     bool encrypted_ = false;                    // likewise
     bool believeCounts_ = true;                 // guarded by mutex_
+    mutable SlimMutex mutex_;
 };
 
 /// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that
@@ -71,7 +74,7 @@ public:
 
 private:
     Source& source_;
-    std::unique_lock<std::mutex> lock_;
+    std::unique_lock<SlimMutex> lock_;
 };
 
 }  // namespace quillon::pdf

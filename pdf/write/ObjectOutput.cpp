@@ -198,10 +198,9 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     const std::uint64_t offset = file_.size();
     places_[own] = offset;
     const unsigned width = bytesFor(std::max<std::uint64_t>(offset, places_.size()));
-    const std::string rows = crossReferences(width);
     const std::size_t rowBytes = 3 + width;
     std::string deflated;
-    Deflater(1).deflate(predictUp(rows, rowBytes), deflated);
+    Deflater(1).deflate(crossReferences(width), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
                        "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) +
@@ -211,17 +210,20 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     return file_.write(text);
 }
 
-/// The rows of the cross-reference stream: type, place in `width` bytes, index or generation in two.
+/// The rows of the cross-reference stream, predicted: type, place in `width` bytes, index or generation in two.
 std::string ObjectOutput::crossReferences(unsigned width) const {
+    UpPredictor predictor(3 + width);
     std::string rows;
-    rows.reserve(places_.size() * (3 + width));
+    rows.reserve(places_.size() * (4 + width));
+    std::string row;
     for (std::size_t number = 0; number < places_.size(); ++number) {
         const std::uint64_t place = places_[number];
         const bool packed = (place & inStream) != 0;
         constexpr std::uint64_t indexMask = 0xffff;
-        rows += static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
-        appendBigEndian(rows, packed ? (place & ~inStream) >> 16U : place, width);
-        appendBigEndian(rows, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+        row.assign(1, static_cast<char>(packed ? 2 : place != 0 ? 1 : 0));
+        appendBigEndian(row, packed ? (place & ~inStream) >> 16U : place, width);
+        appendBigEndian(row, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+        predictor.addRow(row, rows);
     }
     return rows;
 }

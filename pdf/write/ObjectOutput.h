@@ -6,6 +6,7 @@
 #include "pdf/write/StreamIndex.h"
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -93,7 +94,7 @@ private:
     std::vector<std::string> shortened_;
     // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in
     // the upper bits and an index in the lower 16.
-    std::vector<std::uint64_t> places_{0};
+    std::deque<std::uint64_t> places_{0};  // never moved, since it is large
     static constexpr std::uint64_t inStream = std::uint64_t{1} << 63U;
 };
 

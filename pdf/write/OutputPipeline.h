@@ -50,7 +50,7 @@ public:
 
     /// After finish(): where each object is in the file, a digest of everything written, and the files that had become
     /// shorter.
-    [[nodiscard]] const std::vector<Placed>& places() const noexcept { return places_; }
+    [[nodiscard]] const std::deque<Placed>& places() const noexcept { return places_; }
     [[nodiscard]] XXH128_hash_t digest() const noexcept { return XXH3_128bits_digest(hash_.get()); }
     [[nodiscard]] const std::vector<std::string>& shortened() const noexcept { return shortened_; }
 
@@ -95,7 +95,7 @@ private:
     OutputFile& file_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
     Deflater callersDeflater_;
-    std::vector<Placed> places_;          // the writer's until finish()
+    std::deque<Placed> places_;           // the writer's until finish()
     std::vector<std::string> shortened_;  // likewise
     bool failed_ = false;                 // likewise
 

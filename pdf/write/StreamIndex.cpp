@@ -102,9 +102,8 @@ std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream,
     if (length >= longStream && addLone(stream, key, number)) return std::nullopt;
     const XXH128_hash_t hash = hashOf(stream, key);
     const auto [file, offset] = placeOf(stream);
-    const auto [known, isNew] = known_.try_emplace(hash.low64, Known{hash.high64, length, file, offset, number});
-    if (isNew || known->second.highHash != hash.high64 || known->second.length != length) return std::nullopt;
-    if (!isEqual(known->second, stream)) return std::nullopt;
+    const auto [known, isNew] = known_.try_emplace(hash.low64, Known{file, file ? offset : hash.high64, number});
+    if (isNew || !isEqual(known->second, stream, hash.high64)) return std::nullopt;
     return known->second.number;
 }
 
@@ -120,18 +119,17 @@ bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::u
     if (!lone.file) return false;
     const FileRange range{lone.offset, stream.length()};
     const XXH128_hash_t hash = hashOf(RangeReader(*lone.file, std::span(&range, 1)), key);
-    known_.try_emplace(hash.low64, Known{hash.high64, range.length, lone.file, lone.offset, lone.number});
+    known_.try_emplace(hash.low64, Known{lone.file, lone.offset, lone.number});
     lone.file = nullptr;
     return false;
 }
 
-bool StreamIndex::isEqual(const Known& known, const StreamContent& stream) {
-    if (!known.file) return true;
-    const FileRange range{known.offset, known.length};
+bool StreamIndex::isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash) {
+    if (!known.file) return known.evidence == highHash;
+    const FileRange range{known.evidence, stream.length()};
     const RangeReader reader(*known.file, std::span(&range, 1));
     if (stream.data) return sameBytes(reader, *stream.data);
-    // Data in several ranges is compared by its hash.
-    return stream.ranges.size() != 1 || sameBytes(reader, RangeReader(*stream.file, stream.ranges));
+    return sameBytes(reader, RangeReader(*stream.file, stream.ranges));
 }
 
 }  // namespace quillon::pdf

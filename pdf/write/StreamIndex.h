@@ -43,12 +43,11 @@ public:
     void add(const StreamContent& stream, std::uint32_t number);
 
 private:
-    // Kept small, since every stream of the file has one. Data in several ranges is known by its hash alone.
+    // Kept small, since every stream of the file has one.
     struct Known {
-        std::uint64_t highHash;
-        std::uint64_t length;
-        InputFile* file;  // null for data made in memory or in several ranges
-        std::uint64_t offset;
+        InputFile* file;         // null for data made in memory or in several ranges
+        std::uint64_t evidence;  // what shows that a stream is equal: the offset of the data, without a file the high
+                                 // half of the hash
         std::uint32_t number;
     };
     /// The only long stream of its dictionary and length.
@@ -60,7 +59,7 @@ private:
 
     /// Whether dictionary and length of a long stream alone show that it is new.
     [[nodiscard]] bool addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number);
-    [[nodiscard]] static bool isEqual(const Known& known, const StreamContent& stream);
+    [[nodiscard]] static bool isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash);
 
     std::uint64_t seed_;
     std::unordered_map<std::uint64_t, Known> known_;  // by the low half of the hash

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/io/InputFile.h"
+#include "platform/gui/GuiServices.h"
 #include "platform/image/InputFileDevice.h"
 #include "platform/image/MessageSilencer.h"
 #include "platform/image/RasterDecoder.h"
@@ -28,6 +29,7 @@ public:
     }
 
 private:
+    const GuiServices* services_;  // first, since what is said about their absence is not to be silenced
     MessageSilencer silencer_;
     InputFileDevice device_;
     std::unique_ptr<RasterDecoder> decoder_;
