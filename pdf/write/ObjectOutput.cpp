@@ -3,6 +3,7 @@
 #include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
 #include "pdf/object/Object.h"
+#include "pdf/security/StringRewriter.h"
 
 #include <algorithm>
 #include <array>
@@ -37,13 +38,15 @@ std::string idText(std::string_view firstId, XXH128_hash_t digest) {
 
 }  // namespace
 
-ObjectOutput::ObjectOutput(OutputFile& file) : file_(file), pipeline_(file) {
+ObjectOutput::ObjectOutput(OutputFile& file, const Encryptor* encryptor)
+    : file_(file), encryptor_(encryptor), pipeline_(file, encryptor) {
     beginBody();
 }
 
 std::uint32_t ObjectOutput::reserve() {
+    const std::uint32_t number = nextNumber();
     places_.push_back(0);
-    return static_cast<std::uint32_t>(places_.size() - 1);
+    return number;
 }
 
 void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
@@ -75,19 +78,37 @@ void ObjectOutput::beginBody() {
 
 void ObjectOutput::flushChunk() {
     if (chunk_.empty()) return;
-    pipeline_.write(std::move(chunk_), std::move(chunkObjects_));
+    pipeline_.write(std::move(chunk_), std::move(chunkObjects_), std::move(chunkSealed_));
     chunk_ = pipeline_.buffer(chunkBytes + StreamIndex::longStream);
     chunkObjects_.clear();
+    chunkSealed_.clear();
 }
 
 void ObjectOutput::beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length) {
     chunkObjects_.push_back({number, chunk_.size()});
     chunk_ += std::to_string(number);
     chunk_ += " 0 obj\n<<";
-    chunk_ += entries;
+    if (encryptor_ && mayHoldString(entries)) {
+        chunk_ += encryptor_->withStrings(entries);
+    } else {
+        chunk_ += entries;
+    }
     chunk_ += "/Length ";
-    chunk_ += std::to_string(length);
+    chunk_ += std::to_string(encryptor_ ? Encryptor::lengthOf(length) : length);
     chunk_ += ">>stream\n";
+}
+
+/// To be called in front of data that is enciphered in the chunk.
+void ObjectOutput::makeRoom() {
+    if (encryptor_) chunk_.append(aesBlock, '\0');
+}
+
+/// To be called behind data that begins at `begin` of the chunk.
+void ObjectOutput::sealData(std::size_t begin) {
+    if (!encryptor_) return;
+    const std::size_t length = chunk_.size() - begin;
+    chunkSealed_.push_back({begin - aesBlock, length});
+    chunk_.resize(begin - aesBlock + static_cast<std::size_t>(Encryptor::lengthOf(length)));
 }
 
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
@@ -96,8 +117,9 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     if (extent.length >= StreamIndex::longStream)
         return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
     const std::size_t before = chunk_.size();
-    const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
+    const std::uint32_t own = number != 0 ? number : nextNumber();
     beginStream(own, entries, extent.length);
+    makeRoom();
     const std::size_t begin = chunk_.size();
     const std::size_t got = file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
     if (got < extent.length) noteShortened(file.file().path());
@@ -109,11 +131,13 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
 std::uint32_t ObjectOutput::endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
                                       std::span<const FileRange> ranges) {
     const std::string_view data = std::string_view(chunk_).substr(stream.data);
-    if (const auto known = enter({entries, data, &file, ranges}, stream.number, stream.shareable)) {
+    const StreamContent content{.dictionary = entries, .data = data, .file = &file, .ranges = ranges};
+    if (const auto known = enter(content, stream.number, stream.shareable)) {
         chunk_.resize(stream.begin);
         chunkObjects_.pop_back();
         return *known;
     }
+    sealData(stream.data);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return stream.number;
@@ -135,8 +159,8 @@ void ObjectOutput::noteShortened(const std::string& path) {
 
 std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries,
                                       const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges) {
-    const StreamContent stream{entries, std::nullopt, file.get(), ranges};
-    const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
+    const StreamContent stream{.dictionary = entries, .file = file.get(), .ranges = ranges};
+    const std::uint32_t own = number != 0 ? number : nextNumber();
     if (const auto known = enter(stream, own, number == 0)) return *known;
     hold(file);
     beginStream(own, entries, stream.length());
@@ -155,15 +179,44 @@ std::uint32_t ObjectOutput::addObject(std::string_view value) {
     return number;
 }
 
+std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
+                                          StreamExtent extent, StreamKey key) {
+    if (key.cipher == Cipher::Identity) return addFileStream(number, entries, file, extent);
+    if (extent.length <= mostInMemory) {
+        std::string data;
+        if (file.append(extent.offset, static_cast<std::size_t>(extent.length), data) < extent.length) {
+            noteShortened(file.file().path());
+            data.resize(static_cast<std::size_t>(extent.length));
+        }
+        decryptStream(key, data);
+        return addData(number, entries, data);
+    }
+    auto reader = std::make_unique<DecryptingReader>(file.sharedFile(), extent.offset, extent.length, std::move(key));
+    const std::uint32_t own = number != 0 ? number : nextNumber();
+    if (const auto known = enter({.dictionary = entries, .reader = reader.get()}, own, number == 0)) return *known;
+    beginStream(own, entries, reader->length());
+    flushChunk();
+    pipeline_.copy(std::move(reader));
+    pipeline_.write(std::string(streamEnd), {});
+    return own;
+}
+
 std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const char> data) {
-    const std::string_view bytes(data.data(), data.size());
-    const auto number = static_cast<std::uint32_t>(places_.size());
-    if (const auto known = enter({entries, bytes, nullptr, {}}, number, true)) return *known;
-    beginStream(number, entries, data.size());
-    chunk_ += bytes;
+    return addData(0, entries, {data.data(), data.size()});
+}
+
+/// An equal stream is used instead unless `number` is given (not 0).
+std::uint32_t ObjectOutput::addData(std::uint32_t number, std::string_view entries, std::string_view data) {
+    const std::uint32_t own = number != 0 ? number : nextNumber();
+    if (const auto known = enter({.dictionary = entries, .data = data}, own, number == 0)) return *known;
+    beginStream(own, entries, data.size());
+    makeRoom();
+    const std::size_t begin = chunk_.size();
+    chunk_ += data;
+    sealData(begin);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
-    return number;
+    return own;
 }
 
 std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
@@ -173,8 +226,9 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::share
     if (length >= StreamIndex::longStream) return copyLarge(0, entries, file, ranges);
     hold(file);
     const std::size_t before = chunk_.size();
-    const auto own = static_cast<std::uint32_t>(places_.size());
+    const std::uint32_t own = nextNumber();
     beginStream(own, entries, length);
+    makeRoom();
     const std::size_t begin = chunk_.size();
     for (const FileRange& range : ranges) {
         const std::size_t at = chunk_.size();
@@ -194,6 +248,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     if (!pipeline_.finish()) return false;
     for (const std::string& path : pipeline_.shortened()) noteShortened(path);
     for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
+    const std::string encryption = encryptionEntry();
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();
     places_[own] = offset;
@@ -202,12 +257,23 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     std::string deflated;
     Deflater(1).deflate(crossReferences(width), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
-                       std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
-                       "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) +
-                       ">>/Length " + std::to_string(deflated.size()) + ">>stream\n" + deflated;
+                       std::to_string(width) + " 2]" + std::string(trailer) + encryption +
+                       idText(firstId, pipeline_.digest()) + "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
+                       std::to_string(rowBytes) + ">>/Length " + std::to_string(deflated.size()) + ">>stream\n" +
+                       deflated;
     text += streamEnd;
     text += "startxref\n" + std::to_string(offset) + "\n%%EOF\n";
     return file_.write(text);
+}
+
+/// Writes the encryption dictionary, if there is one, as an object of its own, since it may not be in an object stream.
+/// Returns the entry of the trailer.
+std::string ObjectOutput::encryptionEntry() {
+    if (!encryptor_) return {};
+    const std::string number = std::to_string(reserve());
+    places_.back() = file_.size();
+    file_.write(number + " 0 obj\n" + encryptor_->dictionary() + "\nendobj\n");
+    return "/Encrypt " + number + " 0 R";
 }
 
 /// The rows of the cross-reference stream, predicted: type, place in `width` bytes, index or generation in two.

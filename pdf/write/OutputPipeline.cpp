@@ -17,8 +17,8 @@ std::size_t OutputPipeline::sizeOf(const Item& item) noexcept {
     return item.file ? static_cast<std::size_t>(item.range.length) : item.bytes.size();
 }
 
-OutputPipeline::OutputPipeline(OutputFile& file)
-    : file_(file), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
+OutputPipeline::OutputPipeline(OutputFile& file, const Encryptor* encryptor)
+    : file_(file), encryptor_(encryptor), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
     if (!hash_) throw std::bad_alloc();
     XXH3_128bits_reset(hash_.get());
     thread_ = std::thread([this] { run(); });
@@ -28,10 +28,12 @@ OutputPipeline::~OutputPipeline() {
     static_cast<void>(finish());
 }
 
-void OutputPipeline::write(std::string bytes, std::vector<Placed> objects) {
+void OutputPipeline::write(std::string bytes, std::vector<Placed> objects, std::vector<Sealed> sealed) {
     auto item = std::make_unique<Item>();
+    if (!sealed.empty()) item->state = State::ToPrepare;
     item->bytes = std::move(bytes);
     item->objects = std::move(objects);
+    item->sealed = std::move(sealed);
     push(std::move(item));
 }
 
@@ -45,6 +47,8 @@ void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary,
 }
 
 void OutputPipeline::copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges) {
+    std::uint64_t left = 0;
+    for (const FileRange& range : ranges) left += range.length;
     for (FileRange range : ranges) {
         while (range.length > 0) {
             auto item = std::make_unique<Item>();
@@ -52,9 +56,17 @@ void OutputPipeline::copy(std::shared_ptr<InputFile> file, std::vector<FileRange
             item->file = file;
             item->range = {range.offset, std::min(range.length, pieceBytes)};
             range = {range.offset + item->range.length, range.length - item->range.length};
+            left -= item->range.length;
+            item->isLastPiece = left == 0;
             push(std::move(item));
         }
     }
+}
+
+void OutputPipeline::copy(std::unique_ptr<DecryptingReader> reader) {
+    auto item = std::make_unique<Item>();
+    item->reader = std::move(reader);
+    push(std::move(item));
 }
 
 void OutputPipeline::push(std::unique_ptr<Item> item) {
@@ -118,6 +130,10 @@ void OutputPipeline::prepareUnlocked(Item& item, Deflater& deflater, std::unique
     lock.unlock();
     if (item.file) read(item);
     if (!item.dictionary.empty()) deflate(item, deflater);
+    for (const Sealed& data : item.sealed) {
+        const auto room = static_cast<std::size_t>(Encryptor::lengthOf(data.length));
+        encryptor_->seal(std::span(item.bytes).subspan(data.begin, room), data.length);
+    }
     lock.lock();
     ahead_ = ahead_ - before + item.bytes.size();
     item.state = State::Ready;
@@ -127,6 +143,11 @@ void OutputPipeline::deflate(Item& item, Deflater& deflater) {
     std::string deflated = takeSpare(item.bytes.size() / 2);
     deflater.deflate(item.bytes, deflated);
     item.bytes.swap(deflated);
+    if (encryptor_) {
+        item.sealed = {{0, item.bytes.size()}};
+        item.bytes.insert(0, aesBlock, '\0');
+        item.bytes.resize(static_cast<std::size_t>(Encryptor::lengthOf(item.sealed.front().length)));
+    }
     const std::lock_guard lock(mutex_);
     recycleLocked(std::move(deflated));
 }
@@ -177,8 +198,33 @@ void OutputPipeline::writeItem(Item& item) {
         return;
     }
     for (const Placed& object : item.objects) places_.push_back({object.number, file_.size() + object.offset});
-    put(item.bytes);
+    if (item.reader) {
+        writeDeciphered(*item.reader);
+    } else if (item.file) {
+        putPiece(item.bytes, item.isLastPiece);
+    } else {
+        put(item.bytes);
+    }
     if (item.wasShort) noteShortened(item.file->path());
+}
+
+void OutputPipeline::writeDeciphered(DecryptingReader& reader) {
+    for (auto piece = reader.next(); !piece.empty() && !failed_; piece = reader.next()) putPiece(piece, false);
+    putPiece({}, true);
+    if (reader.hasShortened()) noteShortened(reader.file()->path());
+}
+
+/// Writes a piece of a stream's data.
+void OutputPipeline::putPiece(std::string_view bytes, bool isLast) {
+    if (!encryptor_) {
+        put(bytes);
+        return;
+    }
+    if (!sealing_) sealing_.emplace(*encryptor_);
+    put(sealing_->next(bytes));
+    if (!isLast) return;
+    put(sealing_->finish());
+    sealing_.reset();
 }
 
 void OutputPipeline::noteShortened(const std::string& path) {

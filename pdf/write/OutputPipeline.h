@@ -1,6 +1,8 @@
 #pragma once
 
 #include "pdf/filter/Flate.h"
+#include "pdf/security/DecryptingReader.h"
+#include "pdf/security/Encryptor.h"
 #include "pdf/write/ObjectSink.h"
 #include "pdf/write/OutputFile.h"
 
@@ -11,6 +13,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -18,12 +21,12 @@
 
 namespace quillon::pdf {
 
-/// The second half of writing: deflates object streams, reads what is copied from files, and writes everything, beside
-/// the thread that finds and rewrites the objects.
+/// The second half of writing: deflates object streams, reads what is copied from files, enciphers a protected
+/// document, and writes everything, beside the thread that finds and rewrites the objects.
 ///
 /// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. When the
-/// caller is ahead by more than `mostAhead` bytes, it deflates and reads too instead of waiting. All calls come from
-/// one thread, the caller's.
+/// caller is ahead by more than `mostAhead` bytes, it deflates, reads and enciphers too instead of waiting. All calls
+/// come from one thread, the caller's.
 class OutputPipeline {
 public:
     /// An object in a run of bytes: its number, and where it begins.
@@ -32,18 +35,29 @@ public:
         std::uint64_t offset;
     };
 
-    explicit OutputPipeline(OutputFile& file);
+    /// Data of a stream in a run of bytes, with the room that it needs to be enciphered in place.
+    struct Sealed {
+        std::size_t begin;   ///< of the room, a block before the data
+        std::size_t length;  ///< of the data
+    };
+
+    /// `encryptor` must outlive this; null: nothing is enciphered.
+    explicit OutputPipeline(OutputFile& file, const Encryptor* encryptor = nullptr);
     OutputPipeline(const OutputPipeline&) = delete;
     OutputPipeline& operator=(const OutputPipeline&) = delete;
     ~OutputPipeline();
 
-    /// Whole objects as they stand; `objects` with offsets from the beginning of `bytes`.
-    void write(std::string bytes, std::vector<Placed> objects);
+    /// Whole objects as they stand, but for the data in `sealed`, which is enciphered; `objects` with offsets from the
+    /// beginning of `bytes`.
+    void write(std::string bytes, std::vector<Placed> objects, std::vector<Sealed> sealed = {});
     /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`, `body` is not
     /// deflated yet.
     void writeDeflated(std::uint32_t number, std::string dictionary, std::string body);
-    /// Bytes that are copied from a file when their turn comes. A file that has become shorter is made up with zeros.
+    /// A stream's data, one byte at least, that is copied from a file when its turn comes. A file that has become
+    /// shorter is made up with zeros.
     void copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges);
+    /// The same for the data that `reader` gives from its beginning.
+    void copy(std::unique_ptr<DecryptingReader> reader);
 
     /// Waits until all is written. False if anything failed.
     [[nodiscard]] bool finish();
@@ -63,10 +77,13 @@ private:
         State state = State::Ready;
         std::string bytes;
         std::vector<Placed> objects;
+        std::vector<Sealed> sealed;
         std::string dictionary;           // of an object stream
-        std::shared_ptr<InputFile> file;  // where the bytes are to be read from
+        std::shared_ptr<InputFile> file;  // where the bytes, a piece of a stream's data, are to be read from
         FileRange range;
+        bool isLastPiece = false;
         bool wasShort = false;
+        std::unique_ptr<DecryptingReader> reader;  // where all of a stream's data comes from
     };
     struct FreeHash {
         void operator()(XXH3_state_t* state) const noexcept { XXH3_freeState(state); }
@@ -82,6 +99,8 @@ private:
     [[nodiscard]] std::string takeSpare(std::size_t bytes);
     void recycleLocked(std::string buffer);
     void writeItem(Item& item);
+    void writeDeciphered(DecryptingReader& reader);
+    void putPiece(std::string_view bytes, bool isLast);
     void noteShortened(const std::string& path);
     void put(std::string_view bytes);
 
@@ -93,11 +112,13 @@ private:
     static constexpr std::uint64_t pieceBytes = 256U << 10U;
 
     OutputFile& file_;
+    const Encryptor* encryptor_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
     Deflater callersDeflater_;
-    std::deque<Placed> places_;           // the writer's until finish()
-    std::vector<std::string> shortened_;  // likewise
-    bool failed_ = false;                 // likewise
+    std::deque<Placed> places_;                 // the writer's until finish()
+    std::vector<std::string> shortened_;        // likewise
+    std::optional<Encryptor::Stream> sealing_;  // of the data that comes in pieces; likewise
+    bool failed_ = false;                       // likewise
 
     std::mutex mutex_;
     std::condition_variable changed_;

@@ -5,6 +5,7 @@
 #include "pdf/object/ReferenceRewriter.h"
 #include "pdf/read/SourceDocument.h"
 #include "pdf/write/ObjectOutput.h"
+#include "pdf/write/Painting.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,6 +16,8 @@
 #include <vector>
 
 namespace quillon::pdf {
+
+class PaintedPages;
 
 /// Copies pages of one source and everything reachable from them.
 ///
@@ -38,10 +41,12 @@ public:
 
     struct PageJob {
         const PageTree::Page* page = nullptr;
-        std::uint32_t number = 0;    ///< of the copy
-        std::uint32_t parent = 0;    ///< of its node
-        bool withContent = true;     ///< carry the page's own content over
-        bool keepStructure = false;  ///< its entries of the structure tree stay valid in the output
+        std::uint32_t number = 0;            ///< of the copy
+        std::uint32_t parent = 0;            ///< of its node
+        bool withContent = true;             ///< carry the page's own content over
+        const Painting* painting = nullptr;  ///< to be painted over the page; null: nothing
+        PaintedPages* painter = nullptr;     ///< needed for that
+        bool keepStructure = false;          ///< its entries of the structure tree stay valid in the output
         const Overlay* overlay =
             nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
         bool asked =
@@ -50,8 +55,9 @@ public:
     /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
     /// cannot be read.
     [[nodiscard]] bool copyPage(const PageJob& job);
-    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped`.
-    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped);
+    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped` and with the entries `added`.
+    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped,
+                     std::string_view added);
     /// Appends the value `text` of the source to `out`, references rewritten.
     void copyValue(std::string_view text, std::string& out);
     /// Copies every plain object that was met and not copied yet.

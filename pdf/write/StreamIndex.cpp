@@ -61,19 +61,39 @@ bool sameBytes(RangeReader a, std::string_view b) {
     return true;
 }
 
-XXH128_hash_t hashOf(RangeReader reader, std::uint64_t seed) {
+bool sameBytes(RangeReader a, DecryptingReader& b) {
+    bool same = true;
+    for (auto bytes = b.next(); !bytes.empty() && same; bytes = b.next()) same = a.next(bytes.size()) == bytes;
+    b.rewind();
+    return same;
+}
+
+/// `next` yields the data piece by piece, and nothing at its end.
+template <class Next>
+XXH128_hash_t hashOfPieces(Next next, std::uint64_t seed) {
     const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(), XXH3_freeState);
     if (!state) throw std::bad_alloc();
     XXH3_128bits_reset_withSeed(state.get(), seed);
-    for (std::string_view bytes = reader.next(piece); !bytes.empty(); bytes = reader.next(piece)) {
+    for (std::string_view bytes = next(); !bytes.empty(); bytes = next()) {
         XXH3_128bits_update(state.get(), bytes.data(), bytes.size());
     }
     return XXH3_128bits_digest(state.get());
 }
 
+XXH128_hash_t hashOf(RangeReader reader, std::uint64_t seed) {
+    return hashOfPieces([&] { return reader.next(piece); }, seed);
+}
+
+XXH128_hash_t hashOf(DecryptingReader& reader, std::uint64_t seed) {
+    const XXH128_hash_t hash = hashOfPieces([&] { return reader.next(); }, seed);
+    reader.rewind();
+    return hash;
+}
+
 XXH128_hash_t hashOf(const StreamContent& stream, std::uint64_t seed) {
-    if (!stream.data) return hashOf(RangeReader(*stream.file, stream.ranges), seed);
-    return XXH3_128bits_withSeed(stream.data->data(), stream.data->size(), seed);
+    if (stream.data) return XXH3_128bits_withSeed(stream.data->data(), stream.data->size(), seed);
+    if (stream.reader) return hashOf(*stream.reader, seed);
+    return hashOf(RangeReader(*stream.file, stream.ranges), seed);
 }
 
 /// Where the data is if it can be read again from one place.
@@ -86,6 +106,7 @@ std::pair<InputFile*, std::uint64_t> placeOf(const StreamContent& stream) {
 
 std::uint64_t StreamContent::length() const noexcept {
     if (data) return data->size();
+    if (reader) return reader->length();
     std::uint64_t length = 0;
     for (const FileRange& range : ranges) length += range.length;
     return length;
@@ -129,6 +150,7 @@ bool StreamIndex::isEqual(const Known& known, const StreamContent& stream, std::
     const FileRange range{known.evidence, stream.length()};
     const RangeReader reader(*known.file, std::span(&range, 1));
     if (stream.data) return sameBytes(reader, *stream.data);
+    if (stream.reader) return sameBytes(reader, *stream.reader);
     return sameBytes(reader, RangeReader(*stream.file, stream.ranges));
 }
 

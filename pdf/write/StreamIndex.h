@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/security/DecryptingReader.h"
 #include "pdf/write/ObjectSink.h"
 
 #include <xxhash.h>
@@ -14,12 +15,13 @@
 
 namespace quillon::pdf {
 
-/// A stream about to be written. Its data is in memory, in a file, or in both.
+/// A stream about to be written. Its data is in memory, in a file, in both, or comes from a reader.
 struct StreamContent {
     std::string_view dictionary;
-    std::optional<std::string_view> data;
+    std::optional<std::string_view> data = {};
     InputFile* file = nullptr;
-    std::span<const FileRange> ranges;  ///< of `file`, whose concatenation is the data
+    std::span<const FileRange> ranges = {};  ///< of `file`, whose concatenation is the data
+    DecryptingReader* reader = nullptr;      ///< at its beginning, where it is left too
 
     [[nodiscard]] std::uint64_t length() const noexcept;
 };

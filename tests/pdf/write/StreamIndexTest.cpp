@@ -14,11 +14,11 @@ namespace {
 using Ranges = std::vector<FileRange>;
 
 StreamContent inMemory(std::string_view dictionary, std::string_view data) {
-    return {dictionary, data, nullptr, {}};
+    return {.dictionary = dictionary, .data = data};
 }
 
 StreamContent inFile(std::string_view dictionary, const std::shared_ptr<InputFile>& file, const Ranges& ranges) {
-    return {dictionary, std::nullopt, file.get(), ranges};
+    return {.dictionary = dictionary, .file = file.get(), .ranges = ranges};
 }
 
 std::string longData(char last) {
@@ -108,6 +108,32 @@ TEST(StreamIndex, BytesThatHaveChangedSinceAreNotTakenForEqual) {
         std::filesystem::resize_file(dir.file("a"), 2);
         EXPECT_FALSE(index.findOrAdd(inFile("/A", b, whole), 4));
     }
+}
+
+TEST(StreamIndex, DecipheredDataIsEqualToTheSameInTheClear) {
+    const test::TempDir dir;
+    const std::string plain = longData('a');
+    const StreamKey key{Cipher::Rc4, "12345"};
+    std::string enciphered = plain;
+    decryptStream(key, enciphered);
+    const auto clear = InputFile::open(dir.write("clear", plain));
+    const auto other = InputFile::open(dir.write("other", longData('b')));
+    const Ranges whole{{0, longLength}};
+    DecryptingReader reader(InputFile::open(dir.write("enciphered", enciphered)), 0, longLength, key);
+    const StreamContent deciphered{.dictionary = "/A", .reader = &reader};
+    {
+        StreamIndex index;
+        EXPECT_FALSE(index.findOrAdd(inFile("/A", other, whole), 3));
+        EXPECT_FALSE(index.findOrAdd(inFile("/A", clear, whole), 4));
+        EXPECT_EQ(index.findOrAdd(deciphered, 5), 4U);
+        EXPECT_EQ(reader.next().substr(0, 3), plain.substr(0, 3));
+        reader.rewind();
+    }
+    StreamIndex index;
+    EXPECT_FALSE(index.findOrAdd(deciphered, 3));
+    EXPECT_EQ(index.findOrAdd(deciphered, 4), 3U);
+    EXPECT_EQ(index.findOrAdd(inFile("/A", clear, whole), 5), 3U);
+    EXPECT_FALSE(index.findOrAdd(inFile("/A", other, whole), 6));
 }
 
 TEST(StreamIndex, OfEqualStreamsTheFirstIsFound) {
