@@ -14,7 +14,7 @@ const GuiServices* load() {
     void* const module = ::dlopen(QUILLON_GUI_MODULE, RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     void* const entry = module ? ::dlsym(module, "quillonGuiServices") : nullptr;
     if (!entry) {
-        qWarning("Pictures cannot be decoded: %s", ::dlerror());
+        qWarning("Pictures cannot be decoded and text cannot be drawn: %s", ::dlerror());
         return nullptr;
     }
     return reinterpret_cast<const GuiServices* (*)()>(entry)();

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "platform/image/RasterDecoder.h"
+#include "platform/text/LineLayout.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QIODevice>
+#include <QString>
 
 #include <memory>
 
@@ -23,6 +26,14 @@ public:
     /// empty array to tell it by the content.
     [[nodiscard]] virtual std::unique_ptr<RasterDecoder> makeDecoder(QIODevice& device,
                                                                      const QByteArray& format) const = 0;
+
+    /// An application in which there is text. Without one, what follows may not be called.
+    [[nodiscard]] virtual std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv) const = 0;
+    [[nodiscard]] virtual bool hasFontFamily(const QString& name) const = 0;
+    /// The family that the text system takes where any sans serif will do.
+    [[nodiscard]] virtual QString usualSansSerif() const = 0;
+    /// As LineLayout::of.
+    [[nodiscard]] virtual LineLayout layOut(const QString& text, const QString& family) const = 0;
 
 protected:
     GuiServices() = default;
