@@ -40,7 +40,7 @@ void OpenFiles::remove(const InputFile& file) {
 
 std::shared_ptr<Descriptor> OpenFiles::addLocked(const InputFile& file, std::shared_ptr<Descriptor> descriptor) {
     if (open_.size() == limit) open_.erase(std::ranges::min_element(open_, {}, &Open::lastUse));
-    return open_.emplace_back(&file, std::move(descriptor), ++clock_).descriptor;
+    return open_.emplace_back(Open{&file, std::move(descriptor), ++clock_}).descriptor;
 }
 
 }  // namespace quillon::pdf
