@@ -21,6 +21,10 @@ void RadioMatrix::selectRow(int row) {
     cell(std::clamp(row, 0, static_cast<int>(cells_.size()) - 1)).setChecked(true);
 }
 
+void RadioMatrix::focusSelectedRow() {
+    if (selectedRow_ >= 0) cell(selectedRow_).setFocus();
+}
+
 void RadioMatrix::setRowEnabled(int row, bool enabled) {
     cell(row).setEnabled(enabled);
 }
