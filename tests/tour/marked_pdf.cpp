@@ -3,10 +3,12 @@
 #include <cstdlib>
 #include <fstream>
 
-/// Usage: marked_pdf FILE MARK PAGES     pages that show MARK1, MARK2 and so on
+/// Usage: marked_pdf FILE MARK PAGES [TITLE]     pages that show MARK1, MARK2 and so on
 int main(int argc, char** argv) {
-    if (argc != 4) return EXIT_FAILURE;
+    if (argc < 4) return EXIT_FAILURE;
+    quillon::test::PdfFixture fixture(argv[2], std::atoi(argv[3]));
+    if (argc > 4) fixture.info("Title", argv[4]);
     std::ofstream file(argv[1], std::ios::binary);
-    file << quillon::test::PdfFixture(argv[2], std::atoi(argv[3])).bytes();
+    file << fixture.bytes();
     return file.good() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
