@@ -1,6 +1,7 @@
 #include "pdf/write/DocumentWriter.h"
 
 #include "pdf/object/DictionaryScanner.h"
+#include "pdf/write/OutlineWriter.h"
 #include "pdf/write/OutputFile.h"
 #include "pdf/write/PageTreeWriter.h"
 #include "pdf/write/SourceCopier.h"
@@ -31,7 +32,7 @@ void appendBox(std::string& out, const Rectangle& box) {
 class DocumentWriter {
 public:
     DocumentWriter(const DocumentPlan& plan, OutputFile& file)
-        : plan_(plan), file_(file), sources_(SourcePlan::of(plan)) {}
+        : plan_(plan), file_(file), sources_(SourcePlan::of(plan)), outline_(plan.outline) {}
 
     bool write(WriteResult& result);
     /// Whether a page tree turned out to be other than it was read; it is read differently from now on.
@@ -43,7 +44,8 @@ private:
     void writeHeader();
     static void announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
     void copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
-    void copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    OpeningOverlays copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    void writeCatalog();
     void copyBase(SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
     void writeMadePages();
@@ -58,7 +60,8 @@ private:
     PageTreeWriter* tree_ = nullptr;
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
-    bool catalogWritten_ = false;
+    OutlineWriter outline_;
+    std::string catalogEntries_;  // the base's
     bool repeat_ = false;
     std::string firstId_;
 };
@@ -82,12 +85,7 @@ bool DocumentWriter::write(WriteResult& result) {
     writeMadePages();
     if (information_ == 0) writeInformation(nullptr, nullptr);
     result.pages = tree.write();
-    if (!catalogWritten_) {
-        std::string& body = output.body();
-        const std::size_t begin = body.size();
-        body += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R>>";
-        output.close(catalog_, begin);
-    }
+    writeCatalog();
     const std::string trailer =
         "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
     const bool finished = output.finish(trailer, firstId_);
@@ -99,6 +97,15 @@ bool DocumentWriter::write(WriteResult& result) {
     result.bytes = file_.size();
     std::ranges::move(warnings_, std::back_inserter(result.warnings));
     return finished && result.pages > 0;
+}
+
+void DocumentWriter::writeCatalog() {
+    const std::uint32_t outline = outline_.write(*output_, *tree_);
+    if (outline != 0) catalogEntries_ += "/Outlines " + std::to_string(outline) + " 0 R";
+    std::string& body = output_->body();
+    const std::size_t begin = body.size();
+    body += "<</Type/Catalog/Pages " + std::to_string(tree_->root()) + " 0 R" + catalogEntries_ + ">>";
+    output_->close(catalog_, begin);
 }
 
 void DocumentWriter::writeHeader() {
@@ -126,8 +133,9 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     }
     document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_, source.source() == plan_.base);
-    copyPages(source, *document, copier);
+    const OpeningOverlays overlays = copyPages(source, *document, copier);
     if (source.source() == plan_.base) copyBase(*document, copier);
+    outline_.copyActions(*source.source(), overlays, copier);
     copier.drain();
     prefetcher.forget(*source.source()->file());
     if (document->wasMisled()) {
@@ -138,7 +146,9 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     }
 }
 
-void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
+/// Returns the overlays of the openings that took pages again.
+DocumentWriter::OpeningOverlays DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document,
+                                                          SourceCopier& copier) {
     const auto& pages = document.pages().pages();
     std::unordered_map<std::uint32_t, std::uint32_t>
         announced;  // a page may stand in its own tree under several indexes
@@ -166,16 +176,16 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
         }
         copier.drain();
     }
+    return overlays;
 }
 
 void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     copier.announceCatalog(catalog_);
     // A version in the catalog would contradict the header, and permissions granted by a signature end with the
     // signature.
-    std::vector<std::string_view> dropped{"Version", "Perms"};
+    std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
-    copier.copyCatalog(catalog_, tree_->root(), dropped);
-    catalogWritten_ = true;
+    copier.copyCatalog(dropped, catalogEntries_);
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();
@@ -196,7 +206,7 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
                 std::string written;
                 value.write(written);
                 writeName(text, key);
-                copier->copyValue(written, text);
+                copier->copyValue(written, nullptr, text);
             }
         }
     }

@@ -204,8 +204,10 @@ void SourceCopier::closePlain(std::uint32_t number, std::size_t begin) {
     }
 }
 
-void SourceCopier::copyValue(std::string_view text, std::string& out) {
+void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std::string& out) {
+    overlay_ = openingOverlay_ = overlay;
     rewriter_.value(text, out);
+    overlay_ = openingOverlay_ = nullptr;
 }
 
 bool SourceCopier::copyPage(const PageJob& job) {
@@ -279,19 +281,9 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
     return number;
 }
 
-void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped) {
-    std::string catalog = "<</Type/Catalog/Pages " + std::to_string(pages) + " 0 R";
+void SourceCopier::copyCatalog(std::span<const std::string_view> dropped, std::string& out) {
     const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
-    if (object) {
-        std::vector<std::string_view> left(dropped.begin(), dropped.end());
-        left.insert(left.end(), {"Type", "Pages"});
-        writeEntries(object->text(), left, catalog);
-    }
-    catalog += ">>";
-    std::string& body = output_.body();
-    const std::size_t begin = body.size();
-    body += catalog;
-    output_.close(number, begin);
+    if (object) writeEntries(object->text(), dropped, out);
 }
 
 // A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or

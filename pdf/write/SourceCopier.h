@@ -50,10 +50,11 @@ public:
     /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
     /// cannot be read.
     [[nodiscard]] bool copyPage(const PageJob& job);
-    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped`.
-    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped);
-    /// Appends the value `text` of the source to `out`, references rewritten.
-    void copyValue(std::string_view text, std::string& out);
+    /// Appends the entries of the catalog without the keys in `dropped`.
+    void copyCatalog(std::span<const std::string_view> dropped, std::string& out);
+    /// Appends the value `text` of the source to `out`, references rewritten; with `overlay` (null: none) those that it
+    /// names lead to its copies.
+    void copyValue(std::string_view text, const Overlay* overlay, std::string& out);
     /// Copies every plain object that was met and not copied yet.
     void drain();
 
