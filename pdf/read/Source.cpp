@@ -28,6 +28,7 @@ bool Source::load() {
     pageCount_ = static_cast<std::uint32_t>(document_->pages().pages().size());
     encrypted_ = document_->isEncrypted();
     version_ = document_->version();
+    catalogKeys_ = document_->catalogKeys();
     document_->trim();
     return true;
 }

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] std::size_t pageCount() const noexcept { return pageCount_; }
     [[nodiscard]] bool isEncrypted() const noexcept { return encrypted_; }
     [[nodiscard]] Version version() const noexcept { return version_; }
+    /// What its catalog has; nothing while the document is locked.
+    [[nodiscard]] CatalogKeys catalogKeys() const noexcept { return catalogKeys_; }
     [[nodiscard]] std::vector<std::string> warnings() const;
 
 private:
@@ -47,6 +49,7 @@ private:
     Warnings warnings_;                         // guarded by mutex_
     std::uint32_t pageCount_ = 0;               // set once, before the source is shared
     Version version_ = 10;                      // likewise
+    CatalogKeys catalogKeys_;                   // likewise
     bool encrypted_ = false;                    // likewise
     bool believeCounts_ = true;                 // guarded by mutex_
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/Geometry.h"
+#include "pdf/read/CatalogKeys.h"
 #include "pdf/read/ObjectReader.h"
 #include "pdf/read/PageTree.h"
 
@@ -31,6 +32,8 @@ public:
     /// The reference of the catalog; nothing when it was never found and the pages were collected without it.
     [[nodiscard]] std::optional<Reference> catalog() const noexcept { return catalog_; }
 
+    [[nodiscard]] CatalogKeys catalogKeys() const noexcept { return catalogKeys_; }
+
     /// Frees what was read of objects; the structure stays.
     void trim() { reader_.trim(); }
     /// Bytes of the structure.
@@ -59,6 +62,7 @@ private:
     ObjectReader reader_;
     std::unique_ptr<PageTree> pages_;
     std::optional<Reference> catalog_;
+    CatalogKeys catalogKeys_;
     Version version_ = 10;
     bool encrypted_ = false;
     bool believeCounts_;

@@ -1,5 +1,6 @@
 #include "pdf/write/DocumentWriter.h"
 
+#include "pdf/join/DocumentJoiner.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/write/OutlineWriter.h"
 #include "pdf/write/OutputFile.h"
@@ -32,7 +33,7 @@ void appendBox(std::string& out, const Rectangle& box) {
 class DocumentWriter {
 public:
     DocumentWriter(const DocumentPlan& plan, OutputFile& file)
-        : plan_(plan), file_(file), sources_(SourcePlan::of(plan)), outline_(plan.outline) {}
+        : plan_(plan), file_(file), sources_(SourcePlan::of(plan)), outline_(plan.outline), joiner_(sources_, plan) {}
 
     bool write(WriteResult& result);
     /// Whether a page tree turned out to be other than it was read; it is read differently from now on.
@@ -61,6 +62,7 @@ private:
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
     OutlineWriter outline_;
+    DocumentJoiner joiner_;
     std::string catalogEntries_;  // the base's
     bool repeat_ = false;
     std::string firstId_;
@@ -101,6 +103,7 @@ bool DocumentWriter::write(WriteResult& result) {
 
 void DocumentWriter::writeCatalog() {
     const std::uint32_t outline = outline_.write(*output_, *tree_);
+    joiner_.write(*output_, catalogEntries_);
     if (outline != 0) catalogEntries_ += "/Outlines " + std::to_string(outline) + " 0 R";
     std::string& body = output_->body();
     const std::size_t begin = body.size();
@@ -136,6 +139,7 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     const OpeningOverlays overlays = copyPages(source, *document, copier);
     if (source.source() == plan_.base) copyBase(*document, copier);
     outline_.copyActions(*source.source(), overlays, copier);
+    joiner_.end();
     copier.drain();
     prefetcher.forget(*source.source()->file());
     if (document->wasMisled()) {
@@ -161,6 +165,7 @@ DocumentWriter::OpeningOverlays DocumentWriter::copyPages(const SourcePlan& sour
         if (first.back() && number != 0) copier.announce(number, place);
         if (!first.back() && number != 0) overlays[copy.opening].try_emplace(number, place);
     }
+    joiner_.begin(source, document, copier);
     for (std::size_t i = 0; i < source.copies().size(); ++i) {
         const SourcePlan::Copy& copy = source.copies()[i];
         SourceCopier::PageJob job;
@@ -185,6 +190,7 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     // signature.
     std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
+    std::ranges::copy(joiner_.catalogKeys(), std::back_inserter(dropped));
     copier.copyCatalog(dropped, catalogEntries_);
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);

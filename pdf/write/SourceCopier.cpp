@@ -171,12 +171,23 @@ void SourceCopier::copyObject(const Pending& pending) {
             return;
         }
     }
+    if (editor_ && copyEdited(pending)) return;
     auto object = reader_.find(pending.reference);
     if (!object) return;
     if (!object->inFile && isPageObject(object->text())) return;
     if (tryPlain(pending.number, object->text())) return;
     if (!object->complete) object = reader_.findWhole(pending.reference);
     if (object) writePlain(pending.number, object->text());
+}
+
+/// False when the editor has nothing to change.
+bool SourceCopier::copyEdited(const Pending& pending) {
+    const auto object = reader_.findWhole(pending.reference);
+    if (!object || isPageObject(object->value())) return false;
+    std::string changed;
+    const auto verdict = editor_->edit({pending.reference.number, pending.number, overlay_}, object->value(), changed);
+    if (verdict == ObjectEditor::Verdict::Change) writePlain(pending.number, changed);
+    return verdict != ObjectEditor::Verdict::Keep;
 }
 
 bool SourceCopier::tryPlain(std::uint32_t number, std::string_view text) {
@@ -211,7 +222,7 @@ void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std:
 }
 
 bool SourceCopier::copyPage(const PageJob& job) {
-    const std::string text = document_.pageText(*job.page);
+    std::string text = document_.pageText(*job.page);
     if (text.empty() || (!job.asked && !reader_.charge(text.size()))) return false;
     std::vector<Pending> copies;
     Overlay own;
@@ -219,6 +230,11 @@ bool SourceCopier::copyPage(const PageJob& job) {
         openingOverlay_ = job.overlay;
         own = duplicateAnnotations(job, text, copies);
         overlay_ = &own;
+    }
+    if (editor_) {
+        std::string changed;
+        const auto verdict = editor_->edit({job.page->number, job.number, overlay_}, text, changed);
+        if (verdict == ObjectEditor::Verdict::Change) text = std::move(changed);
     }
     // The page is put together apart, since resources written for it go into the body as well.
     std::string page;

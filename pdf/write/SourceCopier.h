@@ -4,6 +4,7 @@
 #include "pdf/object/ObjectMap.h"
 #include "pdf/object/ReferenceRewriter.h"
 #include "pdf/read/SourceDocument.h"
+#include "pdf/write/ObjectEditor.h"
 #include "pdf/write/ObjectOutput.h"
 
 #include <cstdint>
@@ -24,9 +25,7 @@ namespace quillon::pdf {
 /// tree, become null, so that a link to a page that was not taken cannot drag it along.
 class SourceCopier {
 public:
-    /// Objects of a page that is written a second time, and the pages of the same opening: their own numbers, that
-    /// references from this copy lead to instead.
-    using Overlay = std::unordered_map<std::uint32_t, std::uint32_t>;
+    using Overlay = pdf::Overlay;
 
     /// `isBase`: the source's catalog is the output's, and so is its structure tree.
     SourceCopier(SourceDocument& document, ObjectOutput& output, bool isBase);
@@ -35,6 +34,15 @@ public:
     void announce(std::uint32_t page, std::uint32_t number) { numbers_.at(page) = number; }
     /// Announces that the catalog is written as `number`.
     void announceCatalog(std::uint32_t number);
+    /// References to the object become null.
+    void leaveOut(std::uint32_t object) { numbers_.at(object) = null; }
+    /// Whether the object has been met, or announced, and not been left out.
+    [[nodiscard]] bool isTaken(std::uint32_t object) const {
+        const std::uint32_t number = numbers_.get(object);
+        return number != 0 && number != null;
+    }
+    /// Shows plain objects to `editor` before they are copied; null: none. It must outlive the copier.
+    void setEditor(ObjectEditor* editor) noexcept { editor_ = editor; }
 
     struct PageJob {
         const PageTree::Page* page = nullptr;
@@ -77,6 +85,7 @@ private:
     std::optional<std::uint32_t> copyStreamNow(Reference reference);
     std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object);
     void copyObject(const Pending& pending);
+    bool copyEdited(const Pending& pending);
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
@@ -99,6 +108,7 @@ private:
     const Overlay* openingOverlay_ = nullptr;  // of the pages taken from the same opening
     bool charges_ = true;                      // whether what is copied counts towards what the file can hold
     bool isBase_;
+    ObjectEditor* editor_ = nullptr;
     std::vector<Pending> pending_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>>
         openStreams_;  // source number and number in the output, 0 if none yet

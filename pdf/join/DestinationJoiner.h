@@ -1,0 +1,69 @@
+#pragma once
+
+#include "pdf/join/JoinedNames.h"
+#include "pdf/join/SourceCopies.h"
+#include "pdf/read/DestinationResolver.h"
+#include "pdf/write/ObjectEditor.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quillon::pdf {
+
+/// Joins the named destinations of all sources (ISO 32000-2, 12.3.2.4), and keeps the links of each to its own.
+///
+/// Names stay as they are unless an earlier source has the same. Of a source that is taken whole all names are kept, of
+/// others those that links of their pages use. A link by a name that leads nowhere loses its destination, so that it
+/// does not lead to what another source calls so. Copies of a page other than the first have explicit destinations. The
+/// names of PDF 1.1, which are no texts, become texts of the tree.
+class DestinationJoiner {
+public:
+    /// Before the pages of a source are copied, which must be announced.
+    void begin(const SourceCopies& source);
+    /// After they were.
+    void end(const SourceCopies& source);
+    /// Changes the links by name in an object. False when it has none to change.
+    bool edit(std::string_view text, const Overlay* overlay, std::string& changed);
+
+    [[nodiscard]] JoinedNames& names() noexcept { return joined_; }
+
+private:
+    enum class State : std::uint8_t { Waiting, Dead, Kept };
+    struct Name {
+        const std::string* name = nullptr;
+        const Object* value = nullptr;
+        std::string_view joined;  // if kept
+        State state = State::Waiting;
+        bool old = false;
+    };
+    struct Occurrence {
+        std::size_t begin;  // of the name or string in the text
+        std::size_t end;
+        bool isName;
+        bool ofAction;  // the value of `D`, not of `Dest`
+    };
+
+    void add(const NamedValues& names, bool old);
+    void keep(Name& name);
+    [[nodiscard]] bool isLive(const Object& value);
+    [[nodiscard]] std::optional<std::string> replacement(const std::string& name, bool isName, const Overlay* overlay);
+    [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
+    bool editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed);
+    [[nodiscard]] Object edited(const Object& object, const Overlay* overlay, bool& changed);
+    [[nodiscard]] std::optional<Occurrence> next(std::string_view text, std::size_t& position, bool& sound) const;
+
+    JoinedNames joined_;
+    // Of the source being copied.
+    const SourceCopies* source_ = nullptr;
+    std::optional<DestinationResolver> resolver_;
+    DestinationNames names_;
+    std::vector<Name> entries_;
+    std::unordered_map<std::string_view, std::uint32_t> tree_;
+    std::unordered_map<std::string_view, std::uint32_t> old_;
+};
+
+}  // namespace quillon::pdf
