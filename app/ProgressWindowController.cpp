@@ -37,6 +37,7 @@ void ProgressWindowController::windowDidLoad() {
 
 void ProgressWindowController::startHandling() {
     SheetDialog& sheet = window();
+    sheet.setWindowTitle(QStringLiteral("Merging"));
     ui_->messageLabel->setText(QStringLiteral("Merging into %1 …").arg(targetURL().fileName()));
     ui_->openButton->hide();
     ui_->stopOrCloseButton->setText(QStringLiteral("Stop"));
@@ -47,7 +48,7 @@ void ProgressWindowController::startHandling() {
 }
 
 void ProgressWindowController::finishHandling() {
-    (void)window();
+    window().setWindowTitle(QStringLiteral("Merge Ended"));
     ui_->messageLabel->setText(QStringLiteral("The merge has ended."));
     ui_->stopOrCloseButton->setText(QStringLiteral("Close"));
     ui_->openButton->show();

@@ -164,7 +164,7 @@ QString DriverArguments::usage() {
                "  numbers: %2\n"
                "  texts: %3\n"
                "  a path: addedPageUrl\n"
-               "  text attributes (KEY=TEXT,...): getStringAttr\n"
+               "  text attributes (font=FAMILY,size=POINTS,color=#RRGGBB): getStringAttr\n"
                "\n"
                "Prints pages and bytes of the written file, the seconds of the merge, the peak of the program's memory "
                "in\n"

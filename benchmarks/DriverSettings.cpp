@@ -1,7 +1,10 @@
 #include "benchmarks/DriverSettings.h"
 
 #include "benchmarks/DriverPaths.h"
+#include "platform/pdf/Color.h"
+#include "platform/text/Font.h"
 
+#include <QRegularExpression>
 #include <QVariant>
 
 #include <algorithm>
@@ -63,14 +66,30 @@ QVariant readNumber(const QString& value) {
     return fits ? QVariant(number) : QVariant();
 }
 
+/// Whether a text says what an attribute can be.
+bool fitsAttribute(const QString& key, const QString& value) {
+    bool fits = key == QLatin1String("font");
+    if (key == QLatin1String("size")) (void)value.toDouble(&fits);
+    if (key == QLatin1String("color")) {
+        static const QRegularExpression sixDigits(QStringLiteral("^#[0-9a-fA-F]{6}$"));
+        fits = sixDigits.match(value).hasMatch();
+    }
+    return fits;
+}
+
 QVariant readAttributes(const QString& value) {
-    TextAttributes attributes;
+    QVariantMap attributes;
     for (const QString& pair : value.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const auto equals = pair.indexOf(QLatin1Char('='));
-        if (equals <= 0) return {};
+        if (equals <= 0 || !fitsAttribute(pair.left(equals), pair.mid(equals + 1))) return {};
         attributes.insert(pair.left(equals), pair.mid(equals + 1));
     }
     return attributes;
+}
+
+Color colorOf(const QString& text) {
+    const auto component = [&text](int at) { return text.mid(at, 2).toInt(nullptr, 16) / 255.0; };
+    return Color::sRGB(component(1), component(3), component(5), 1);
 }
 
 QVariant readValue(Kind kind, const QString& value) {
@@ -159,7 +178,14 @@ QString DriverSettings::getNextPageNumberPrefixString() const {
     return text("getNextPageNumberPrefixString");
 }
 TextAttributes DriverSettings::getStringAttr() const {
-    return values_.value(QStringLiteral("getStringAttr")).toMap();
+    const QVariantMap texts = values_.value(QStringLiteral("getStringAttr")).toMap();
+    if (texts.isEmpty()) return {};
+    const QString font = texts.value(QStringLiteral("font"), QStringLiteral("Microsoft Sans Serif")).toString();
+    const double size = texts.value(QStringLiteral("size"), Font::defaultSize).toDouble();
+    const Color color = colorOf(texts.value(QStringLiteral("color"), QStringLiteral("#000000")).toString());
+    return attributesWithObjectsAndKeys({{Font::objectWithName(font, size), NSFontAttributeName},
+                                         {QVariant::fromValue(color), NSStrikethroughColorAttributeName},
+                                         {QVariant::fromValue(color), NSForegroundColorAttributeName}});
 }
 std::int32_t DriverSettings::getPageNumberBegin() const {
     return number("getPageNumberBegin");

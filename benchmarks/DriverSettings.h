@@ -35,6 +35,8 @@ public:
     [[nodiscard]] bool isAddPageNumber() const override;
     [[nodiscard]] std::int32_t pageNumberPosition() const override;
     [[nodiscard]] QString getNextPageNumberPrefixString() const override;
+    /// From `font=FAMILY,size=POINTS,color=#RRGGBB`, any of which may be missing; not set: empty attributes. The text
+    /// system must be there, see Font.
     [[nodiscard]] TextAttributes getStringAttr() const override;
     [[nodiscard]] std::int32_t getPageNumberBegin() const override;
     [[nodiscard]] std::int32_t getPageNumberOffset() const override;

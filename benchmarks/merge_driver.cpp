@@ -6,8 +6,10 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
 
 #include <cstdio>
+#include <memory>
 #include <variant>
 
 namespace {
@@ -28,6 +30,13 @@ QStringList argumentsOf(int argc, char** argv) {
     return result;
 }
 
+/// Only text needs more than the event loop, and a platform that takes time to start, though no display.
+std::unique_ptr<QCoreApplication> makeApplication(bool drawsText, int& argc, char** argv) {
+    if (!drawsText) return std::make_unique<QCoreApplication>(argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -44,7 +53,7 @@ int main(int argc, char** argv) {
         if (const auto error = settings.set(name, value)) return usageError(*error);
     }
 
-    QCoreApplication application(argc, argv);
+    const auto application = makeApplication(settings.isAddWaterMark() || settings.isAddPageNumber(), argc, argv);
     const DriverReport report = runDriverMerge(std::move(arguments), settings);
     for (const auto& warning : report.warnings) std::fprintf(stderr, "%s\n", warning.c_str());
     std::printf("%s\n", report.line().c_str());

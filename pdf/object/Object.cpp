@@ -136,4 +136,13 @@ void writeReal(std::string& out, double value) {
     out.append(digits.data(), result.ptr);
 }
 
+void writeRectangle(std::string& out, const Rectangle& rectangle) {
+    out += '[';
+    for (const double value : {rectangle.left, rectangle.bottom, rectangle.right, rectangle.top}) {
+        if (out.back() != '[') out += ' ';
+        writeReal(out, value);
+    }
+    out += ']';
+}
+
 }  // namespace quillon::pdf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/Geometry.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -82,5 +84,7 @@ void writeString(std::string& out, std::string_view text);
 /// Appends a real number as the shortest decimal without exponent that reads back the same, independent of the locale.
 /// Infinities and NaN are written as 0.
 void writeReal(std::string& out, double value);
+/// Appends `[left bottom right top]`.
+void writeRectangle(std::string& out, const Rectangle& rectangle);
 
 }  // namespace quillon::pdf

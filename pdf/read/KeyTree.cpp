@@ -3,7 +3,6 @@
 #include "pdf/read/Limits.h"
 
 #include <optional>
-#include <ranges>
 #include <unordered_set>
 
 namespace quillon::pdf {
@@ -46,7 +45,7 @@ public:
             if (!kids.array()) continue;
             visits_ += kids.array()->size();
             if (!reader_.mayVisit(visits_)) break;
-            for (const Object& kid : std::views::reverse(*kids.array())) waiting.push_back(kid);
+            waiting.insert(waiting.end(), kids.array()->rbegin(), kids.array()->rend());
         }
         return std::move(entries_);
     }

@@ -5,6 +5,8 @@
 #include "pdf/write/OutlineWriter.h"
 #include "pdf/write/OutputFile.h"
 #include "pdf/write/PageTreeWriter.h"
+#include "pdf/write/PaintWriter.h"
+#include "pdf/write/PaintedPages.h"
 #include "pdf/write/SourceCopier.h"
 #include "pdf/write/SourcePlan.h"
 
@@ -19,15 +21,8 @@ namespace {
 
 // Cross-reference and object streams came with PDF 1.5.
 constexpr Version lowestVersion = 15;
-
-void appendBox(std::string& out, const Rectangle& box) {
-    out += "/MediaBox[";
-    for (const double value : {box.left, box.bottom, box.right, box.top}) {
-        if (out.back() != '[') out += ' ';
-        writeReal(out, value);
-    }
-    out += ']';
-}
+// The only protection that is not deprecated came with PDF 2.0.
+constexpr Version protectedVersion = 20;
 
 /// One run of writeDocument, from the first byte of the file to the last.
 class DocumentWriter {
@@ -49,6 +44,7 @@ private:
     void writeCatalog();
     void copyBase(SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
+    std::string writeMetadata();
     void writeMadePages();
     void writeMadePage(std::size_t index, std::string entries);
     void drop(std::size_t page, std::string_view file, std::string_view reason);
@@ -59,6 +55,7 @@ private:
     std::vector<std::string> warnings_;
     ObjectOutput* output_ = nullptr;
     PageTreeWriter* tree_ = nullptr;
+    PaintWriter* painter_ = nullptr;
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
     OutlineWriter outline_;
@@ -70,11 +67,14 @@ private:
 
 bool DocumentWriter::write(WriteResult& result) {
     writeHeader();
-    ObjectOutput output(file_);
+    const auto encryptor = plan_.protection ? std::make_unique<const Encryptor>(*plan_.protection) : nullptr;
+    ObjectOutput output(file_, encryptor.get());
     output_ = &output;
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
     tree_ = &tree;
+    PaintWriter painter(output);
+    painter_ = &painter;
     {
         // While one source is copied, the object streams of the next are inflated.
         ObjectStreamPrefetcher prefetcher;
@@ -104,6 +104,7 @@ bool DocumentWriter::write(WriteResult& result) {
 void DocumentWriter::writeCatalog() {
     const std::uint32_t outline = outline_.write(*output_, *tree_);
     joiner_.write(*output_, catalogEntries_);
+    catalogEntries_ += writeMetadata();
     if (outline != 0) catalogEntries_ += "/Outlines " + std::to_string(outline) + " 0 R";
     std::string& body = output_->body();
     const std::size_t begin = body.size();
@@ -112,7 +113,7 @@ void DocumentWriter::writeCatalog() {
 }
 
 void DocumentWriter::writeHeader() {
-    Version version = lowestVersion;
+    Version version = plan_.protection ? protectedVersion : lowestVersion;
     for (const SourcePlan& source : sources_) version = std::max(version, source.source()->version());
     // The four bytes beyond ASCII tell transfer programs that the file is binary.
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
@@ -120,18 +121,18 @@ void DocumentWriter::writeHeader() {
 
 void DocumentWriter::announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
     const SourceAccess access(*source.source());
-    if (!access.document() || access.document()->isEncrypted()) return;
-    prefetcher.expect(source.source()->file(), access.document()->reader().objectStreams());
+    if (!access.document() || access.document()->isLocked()) return;
+    const ObjectReader& reader = access.document()->reader();
+    prefetcher.expect(source.source()->file(), reader.objectStreams(), reader.decryptor());
 }
 
 void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
     SourceAccess access(*source.source());
     SourceDocument* document = access.document();
-    if (!document || document->isEncrypted()) {
-        for (const SourcePlan::Copy& copy : source.copies()) {
-            drop(copy.outputPage, source.source()->path(),
-                 "has changed or gone since it was opened; its pages are left out");
-        }
+    if (!document || document->isLocked()) {
+        const std::string_view reason = document ? "is protected and could not be unlocked; its pages are left out"
+                                                 : "has changed or gone since it was opened; its pages are left out";
+        for (const SourcePlan::Copy& copy : source.copies()) drop(copy.outputPage, source.source()->path(), reason);
         return;
     }
     document->reader().setPrefetcher(&prefetcher);
@@ -158,6 +159,7 @@ DocumentWriter::OpeningOverlays DocumentWriter::copyPages(const SourcePlan& sour
         announced;  // a page may stand in its own tree under several indexes
     std::vector<bool> first;
     OpeningOverlays overlays;
+    PaintedPages painted(document, copier, *painter_);
     for (const SourcePlan::Copy& copy : source.copies()) {
         const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
         first.push_back(copy.first && (number == 0 || announced.try_emplace(number, copy.sourcePage).second));
@@ -173,6 +175,8 @@ DocumentWriter::OpeningOverlays DocumentWriter::copyPages(const SourcePlan& sour
         job.number = tree_->pageNumber(copy.outputPage);
         job.parent = tree_->parentOf(copy.outputPage);
         job.withContent = plan_.pages[copy.outputPage].withContent;
+        job.painting = plan_.pages[copy.outputPage].painting.get();
+        job.painter = &painted;
         job.keepStructure = source.source() == plan_.base && first[i];
         job.overlay = first[i] ? nullptr : &overlays[copy.opening];
         job.asked = first[i] || !job.page || announced[job.page->number] == copy.sourcePage;
@@ -190,11 +194,20 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     // signature.
     std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
+    if (!plan_.metadata.empty()) dropped.emplace_back("Metadata");
     std::ranges::copy(joiner_.catalogKeys(), std::back_inserter(dropped));
     copier.copyCatalog(dropped, catalogEntries_);
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();
+}
+
+/// The entry of the catalog; empty when it stays as it is. Not deflated, so that programs that know nothing of PDF find
+/// the metadata.
+std::string DocumentWriter::writeMetadata() {
+    if (plan_.metadata.empty()) return {};
+    const std::uint32_t number = output_->addStream("/Type/Metadata/Subtype/XML", plan_.metadata);
+    return "/Metadata " + std::to_string(number) + " 0 R";
 }
 
 void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier) {
@@ -221,7 +234,9 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
         writeName(text, key);
         writeString(text, value);
     }
-    text += "/Producer(Quillon " QUILLON_VERSION ")>>";
+    text += "/Producer";
+    writeString(text, producer);
+    text += ">>";
     std::string& body = output_->body();
     const std::size_t begin = body.size();
     body += text;
@@ -232,8 +247,8 @@ void DocumentWriter::writeMadePages() {
     for (std::size_t i = 0; i < plan_.pages.size(); ++i) {
         if (const auto* blank = std::get_if<std::shared_ptr<const BlankPage>>(&plan_.pages[i].origin)) {
             const BlankPage page = *blank ? **blank : BlankPage();
-            std::string entries = "/Resources<<>>";
-            appendBox(entries, page.mediaBox);
+            std::string entries = "/Resources<<>>/MediaBox";
+            writeRectangle(entries, page.mediaBox);
             if (page.rotation != 0) entries += "/Rotate " + std::to_string(page.rotation);
             writeMadePage(i, std::move(entries));
         } else if (const auto* maker = std::get_if<std::shared_ptr<const PageProducer>>(&plan_.pages[i].origin)) {
@@ -242,13 +257,15 @@ void DocumentWriter::writeMadePages() {
                 drop(i, (*maker)->name(), "cannot be read; its page is left out");
                 continue;
             }
-            appendBox(*entries, (*maker)->mediaBox());
+            *entries += "/MediaBox";
+            writeRectangle(*entries, (*maker)->mediaBox());
             writeMadePage(i, std::move(*entries));
         }
     }
 }
 
 void DocumentWriter::writeMadePage(std::size_t index, std::string entries) {
+    if (const auto& painting = plan_.pages[index].painting) entries = painter_->paintOver(entries, *painting);
     std::string& body = output_->body();
     const std::size_t begin = body.size();
     body += "<</Type/Page/Parent " + std::to_string(tree_->parentOf(index)) + " 0 R" + entries + ">>";

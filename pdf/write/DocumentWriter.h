@@ -2,7 +2,9 @@
 
 #include "pdf/Geometry.h"
 #include "pdf/read/SourcePage.h"
+#include "pdf/security/Encryptor.h"
 #include "pdf/write/PageProducer.h"
+#include "pdf/write/Painting.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,6 +16,9 @@
 
 namespace quillon::pdf {
 
+/// The producer that every document names.
+inline constexpr const char* producer = "Quillon " QUILLON_VERSION;
+
 /// A page without content.
 struct BlankPage {
     Rectangle mediaBox{0, 0, 612, 792};
@@ -24,7 +29,8 @@ struct BlankPage {
 struct OutputPage {
     /// Null where there is no blank page: one of the usual size.
     std::variant<std::shared_ptr<const BlankPage>, SourcePage, std::shared_ptr<const PageProducer>> origin;
-    bool withContent = true;  ///< false: the content of a source's page stays behind
+    bool withContent = true;                             ///< false: the content of a source's page stays behind
+    std::shared_ptr<const Painting> painting = nullptr;  ///< null: nothing is painted over it
 };
 
 /// A node of the outline to be written, in front of its children.
@@ -50,6 +56,10 @@ struct DocumentPlan {
     /// Entries of the document information (ISO 32000-2, 14.3.3) that replace the base's: key, and value as a PDF text
     /// string; an empty value removes the entry.
     std::vector<std::pair<std::string, std::string>> information;
+    /// The XMP metadata of the document, in place of the base's; empty: those stay.
+    std::string metadata;
+    /// Nothing: whoever has the file can read it.
+    std::optional<Protection> protection;
     /// Wait until the file has reached the disk.
     bool sync = true;
 };
@@ -65,7 +75,8 @@ struct WriteResult {
 /// Not written are a document without any page, and one whose target cannot be written.
 ///
 /// The sources are copied one after the other, each with all its pages, since the order of pages is only in the page
-/// tree; a second thread deflates and writes. The same plan gives the same bytes.
+/// tree; a second thread deflates and writes. The same plan gives the same bytes, unless it is protected: keys are made
+/// at random. Pages of a source that is locked are left out.
 [[nodiscard]] WriteResult writeDocument(const DocumentPlan& plan, const std::string& target);
 
 }  // namespace quillon::pdf

@@ -1,6 +1,7 @@
 #include "pdf/write/SourceCopier.h"
 
 #include "pdf/read/StreamText.h"
+#include "pdf/write/PaintedPages.h"
 
 #include <algorithm>
 #include <array>
@@ -17,6 +18,8 @@ bool isPageObject(std::string_view text) {
     }
     return false;
 }
+
+constexpr auto resourcesIndex = static_cast<std::size_t>(InheritedAttribute::Resources);
 
 bool oneOf(std::string_view key, std::span<const std::string_view> names) {
     return std::ranges::any_of(names, [key](std::string_view name) { return keyIs(key, name); });
@@ -91,7 +94,9 @@ std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference) {
 }
 
 std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t number, const ObjectText& object) {
-    const std::string_view dictionary = object.value();
+    std::string withoutCrypt;
+    StreamKey key = reader_.streamKey(reference.number, object, withoutCrypt).value_or(StreamKey());
+    const std::string_view dictionary = withoutCrypt.empty() ? object.value() : std::string_view(withoutCrypt);
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
     std::string entries;
@@ -115,7 +120,7 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
                                static_cast<std::int64_t>(object.offset));
         extent.length = 0;
     }
-    return output_.addFileStream(number, entries, reader_.file(), extent);
+    return output_.addFileStream(number, entries, reader_.file(), extent, std::move(key));
 }
 
 /// False when the dictionary is malformed.
@@ -216,9 +221,11 @@ void SourceCopier::closePlain(std::uint32_t number, std::size_t begin) {
 }
 
 void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std::string& out) {
-    overlay_ = openingOverlay_ = overlay;
+    const Overlay* const own = std::exchange(overlay_, overlay);
+    const Overlay* const opening = std::exchange(openingOverlay_, overlay);
     rewriter_.value(text, out);
-    overlay_ = openingOverlay_ = nullptr;
+    overlay_ = own;
+    openingOverlay_ = opening;
 }
 
 bool SourceCopier::copyPage(const PageJob& job) {
@@ -254,21 +261,38 @@ void SourceCopier::writePage(const PageJob& job, std::string_view text, std::str
     out += "<</Type/Page/Parent " + std::to_string(job.parent) + " 0 R";
     std::string repaired;
     std::array<bool, inheritedAttributeNames.size()> own{};
+    std::string_view contents;
+    std::string_view resources;
     DictionaryScanner scanner(soundDictionary(text, repaired));
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
         if (keyIs(entry.key, "Type") || keyIs(entry.key, "Parent")) continue;
         if (!job.withContent && keyIs(entry.key, "Contents")) continue;
         if (!job.keepStructure && keyIs(entry.key, "StructParents")) continue;
+        if (job.painting && keyIs(entry.key, "Contents")) {
+            contents = entry.value;
+            continue;
+        }
         const auto name =
             std::ranges::find_if(inheritedAttributeNames, [&](auto known) { return keyIs(entry.key, known); });
         if (name != inheritedAttributeNames.end()) {
             if (reader_.isNull(entry.value)) continue;
-            own[static_cast<std::size_t>(name - inheritedAttributeNames.begin())] = true;
+            const auto which = static_cast<std::size_t>(name - inheritedAttributeNames.begin());
+            own[which] = true;
+            if (job.painting && which == resourcesIndex) {
+                resources = entry.value;
+                continue;
+            }
         }
         writeEntry(entry, out);
     }
     for (std::size_t i = 0; i < own.size(); ++i) {
-        if (!own[i]) writeInherited(job, static_cast<InheritedAttribute>(i), out);
+        const bool paintedResources = job.painting && i == resourcesIndex;
+        if (!own[i] && !paintedResources) writeInherited(job, static_cast<InheritedAttribute>(i), out);
+    }
+    if (job.painting) {
+        const bool inherits = !own[resourcesIndex];
+        if (inherits) resources = document_.pages().inherited(*job.page, InheritedAttribute::Resources);
+        job.painter->writeEntries(*job.page, *job.painting, {resources, inherits, contents}, out);
     }
     out += ">>";
 }
@@ -292,8 +316,7 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
     std::uint32_t& number = resources_[node];
     if (number != 0) return number;
     number = output_.reserve();
-    constexpr auto resources = static_cast<std::size_t>(InheritedAttribute::Resources);
-    writePlain(number, document_.pages().nodes()[static_cast<std::size_t>(node)].attributes[resources]);
+    writePlain(number, document_.pages().nodes()[static_cast<std::size_t>(node)].attributes[resourcesIndex]);
     return number;
 }
 

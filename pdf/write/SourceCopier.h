@@ -6,6 +6,7 @@
 #include "pdf/read/SourceDocument.h"
 #include "pdf/write/ObjectEditor.h"
 #include "pdf/write/ObjectOutput.h"
+#include "pdf/write/Painting.h"
 
 #include <cstdint>
 #include <optional>
@@ -16,6 +17,8 @@
 #include <vector>
 
 namespace quillon::pdf {
+
+class PaintedPages;
 
 /// Copies pages of one source and everything reachable from them.
 ///
@@ -46,10 +49,12 @@ public:
 
     struct PageJob {
         const PageTree::Page* page = nullptr;
-        std::uint32_t number = 0;    ///< of the copy
-        std::uint32_t parent = 0;    ///< of its node
-        bool withContent = true;     ///< carry the page's own content over
-        bool keepStructure = false;  ///< its entries of the structure tree stay valid in the output
+        std::uint32_t number = 0;            ///< of the copy
+        std::uint32_t parent = 0;            ///< of its node
+        bool withContent = true;             ///< carry the page's own content over
+        const Painting* painting = nullptr;  ///< to be painted over the page; null: nothing
+        PaintedPages* painter = nullptr;     ///< needed for that
+        bool keepStructure = false;          ///< its entries of the structure tree stay valid in the output
         const Overlay* overlay =
             nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
         bool asked =

@@ -1,14 +1,18 @@
 #include "platform/pdf/PDFDocument.h"
 
+#include "pdf/read/SourceHolds.h"
 #include "platform/pdf/DocumentAttributes.h"
+#include "platform/pdf/DocumentInformation.h"
 #include "platform/pdf/DrawingContext.h"
 #include "platform/pdf/FilePath.h"
+#include "platform/pdf/MarkPainter.h"
 #include "platform/pdf/OutlineTree.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/TextString.h"
 #include "platform/pdf/WriteOptions.h"
 
 #include <algorithm>
+#include <any>
 #include <array>
 #include <map>
 #include <tuple>
@@ -33,6 +37,34 @@ std::vector<std::pair<std::string, std::string>> informationFrom(const QVariantM
     return information;
 }
 
+/// The metadata of a document as they stand in its file, and its dates.
+QByteArray readMetadata(pdf::SourceDocument& document, DocumentInformation& information) {
+    pdf::ObjectReader& reader = document.reader();
+    const pdf::Object old = reader.resolve(reader.trailer()["Info"]);
+    const auto dateOf = [&](const char* key) {
+        const pdf::Object value = old.dictionary() ? reader.resolve((*old.dictionary())[key]) : pdf::Object();
+        return value.string() ? fromTextString(*value.string()) : QString();
+    };
+    information.creationDate = dateOf("CreationDate");
+    information.modificationDate = dateOf("ModDate");
+    const pdf::Object catalog = document.catalog() ? reader.parse(*document.catalog()) : pdf::Object();
+    if (!catalog.dictionary() || !(*catalog.dictionary())["Metadata"].reference()) return {};
+    constexpr std::size_t most = 4U << 20U;
+    const auto bytes = reader.decodedStream(*(*catalog.dictionary())["Metadata"].reference(), most);
+    return bytes ? QByteArray::fromStdString(*bytes) : QByteArray();
+}
+
+/// Nothing when there is no password.
+std::optional<pdf::Protection> protectionFrom(const QVariantMap& options) {
+    if (!options.contains(kCGPDFContextUserPassword) && !options.contains(kCGPDFContextOwnerPassword)) return {};
+    pdf::Protection protection;
+    protection.userPassword = options.value(kCGPDFContextUserPassword).toString().toStdString();
+    protection.ownerPassword = options.value(kCGPDFContextOwnerPassword).toString().toStdString();
+    protection.allowsCopying = options.value(kCGPDFContextAllowsCopying, true).toBool();
+    protection.allowsPrinting = options.value(kCGPDFContextAllowsPrinting, true).toBool();
+    return protection;
+}
+
 }  // namespace
 
 PDFDocument::PDFDocument() = default;
@@ -49,8 +81,13 @@ bool PDFDocument::open(const QUrl& url) {
     source_ = pdf::Source::open(path);
     if (!source_) return false;
     opening_ = pdf::newOpening();
-    pages_ = PageList(source_->pageCount(), [this](std::size_t index) { return makePage(index); });
+    access_ = source_->unlock({});
+    if (!isLocked()) takePages();
     return true;
+}
+
+void PDFDocument::takePages() {
+    pages_ = PageList(source_->pageCount(), [this](std::size_t index) { return makePage(index); });
 }
 
 PDFDocument::PageFactory PDFDocument::pageClass() const {
@@ -68,23 +105,45 @@ bool PDFDocument::isEncrypted() const {
 }
 
 bool PDFDocument::isLocked() const {
-    return isEncrypted();
+    return access_ == pdf::Access::None;
 }
 
-bool PDFDocument::unlockWithPassword(const QString&) {
-    return !isLocked();
+bool PDFDocument::permits(unsigned bit) const {
+    if (access_ != pdf::Access::User) return access_ == pdf::Access::Owner;
+    return (source_->permissions() >> (bit - 1) & 1U) != 0;
 }
 
 bool PDFDocument::allowsCopying() const {
-    return !isLocked();
+    constexpr unsigned copying = 5;
+    return permits(copying);
+}
+
+bool PDFDocument::allowsPrinting() const {
+    constexpr unsigned printing = 3;
+    return permits(printing);
+}
+
+bool PDFDocument::unlockWithPassword(const QString& password) {
+    if (!isEncrypted()) return true;
+    const pdf::Access access = source_->unlock(password.toStdString());
+    if (access == pdf::Access::None) return false;
+    const bool wasLocked = isLocked();
+    access_ = std::max(access_, access);
+    if (wasLocked) takePages();
+    return true;
 }
 
 int PDFDocument::pageCount() const {
+    const bool hidden = isLocked() && listedPages() == 0;
+    return hidden ? static_cast<int>(source_->pageCount()) : listedPages();
+}
+
+int PDFDocument::listedPages() const {
     return static_cast<int>(pages_.size());
 }
 
 std::shared_ptr<PDFPage> PDFDocument::pageAtIndex(int index) {
-    if (index < 0 || index >= pageCount()) return nullptr;
+    if (index < 0 || index >= listedPages()) return nullptr;
     return pages_.at(static_cast<std::size_t>(index));
 }
 
@@ -96,15 +155,15 @@ int PDFDocument::indexForPage(const std::shared_ptr<PDFPage>& page) {
 
 void PDFDocument::insertPage(const std::shared_ptr<PDFPage>& page, int atIndex) {
     if (!page) return;
-    pages_.insert(static_cast<std::size_t>(std::clamp(atIndex, 0, pageCount())), page);
+    pages_.insert(static_cast<std::size_t>(std::clamp(atIndex, 0, listedPages())), page);
 }
 
 void PDFDocument::removePageAtIndex(int index) {
-    if (index >= 0 && index < pageCount()) pages_.remove(static_cast<std::size_t>(index));
+    if (index >= 0 && index < listedPages()) pages_.remove(static_cast<std::size_t>(index));
 }
 
 void PDFDocument::exchangePageAtIndex(int index, int withPageAtIndex) {
-    const auto inside = [this](int i) { return i >= 0 && i < pageCount(); };
+    const auto inside = [this](int i) { return i >= 0 && i < listedPages(); };
     if (!inside(index) || !inside(withPageAtIndex)) return;
     pages_.exchange(static_cast<std::size_t>(index), static_cast<std::size_t>(withPageAtIndex));
 }
@@ -181,17 +240,17 @@ QVariantMap PDFDocument::documentAttributes() const {
 bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     writeWarnings_.clear();
     const std::string path = filePathOf(url);
-    if (withOptions.contains(kCGPDFContextUserPassword) || withOptions.contains(kCGPDFContextOwnerPassword)) {
-        writeWarnings_.push_back(path + ": not written, since it was to be protected and that is not possible yet");
-        return false;
-    }
     if (path.empty()) return false;
+    pdf::SourceHolds holds;
+    if (source_) holds.use(source_);
     pdf::DocumentPlan plan = paint();
     plan.base = isLocked() ? nullptr : source_;
     // One that was read may have been changed, and is written as it is now.
     plan.keepOutline = !outlineReplaced_ && !outlineRoot_;
     plan.outline = outline();
     plan.information = informationFrom(withOptions);
+    plan.metadata = metadata(withOptions);
+    plan.protection = protectionFrom(withOptions);
     plan.sync = !withOptions.value(kWriteWithoutSync).toBool();
     pdf::WriteResult result = pdf::writeDocument(plan, path);
     writeWarnings_ = std::move(result.warnings);
@@ -199,14 +258,49 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     return result.written;
 }
 
+/// The XMP metadata that say what the document information will say; empty when there are none so far and nothing is to
+/// be said.
+std::string PDFDocument::metadata(const QVariantMap& withOptions) const {
+    const QVariantMap attributes = documentAttributes();
+    bool anything = false;
+    const auto textOf = [&](const QString& attribute, const QString& option) {
+        const QVariant own = attributes.value(attribute);
+        QString text = own.typeId() == QMetaType::QStringList ? own.toStringList().join(QString()) : own.toString();
+        if (withOptions.contains(option)) text = withOptions.value(option).toString();
+        anything = anything || !text.isEmpty();
+        return text.isEmpty() ? QString() : text;
+    };
+    DocumentInformation information;
+    information.title = textOf(PDFDocumentTitleAttribute, kCGPDFContextTitle);
+    information.author = textOf(PDFDocumentAuthorAttribute, kCGPDFContextAuthor);
+    information.subject = textOf(PDFDocumentSubjectAttribute, kCGPDFContextSubject);
+    information.keywords = textOf(PDFDocumentKeywordsAttribute, kCGPDFContextKeywords);
+    information.creator = textOf(PDFDocumentCreatorAttribute, kCGPDFContextCreator);
+    information.producer = QString::fromLatin1(pdf::producer);
+    information.keywordsReplaced =
+        withOptions.contains(kCGPDFContextKeywords) &&
+        attributes.value(PDFDocumentKeywordsAttribute).toStringList().join(QString()) != information.keywords;
+    QByteArray existing;
+    if (source_ && !isLocked()) {
+        const pdf::SourceAccess access(*source_);
+        if (access.document()) existing = readMetadata(*access.document(), information);
+    }
+    return anything || !existing.isEmpty() ? information.metadata(existing) : std::string();
+}
+
 /// Lets every page draw itself, in order, and notes what is to be written for it.
 pdf::DocumentPlan PDFDocument::paint() {
     pdf::DocumentPlan plan;
     plan.pages.reserve(pages_.size());
+    std::any store;
+    MarkPainter painter;
+    pdf::SourceHolds holds;
     for (std::size_t index = 0; index < pages_.size(); ++index) {
         PDFPage& page = *pages_.at(index);
-        const DrawingContext context(page);
+        if (page.source_) holds.use(page.source_->source);
+        DrawingContext context(page, store);
         page.drawWithBox(PDFDisplayBox::MediaBox);
+        painter.add(context.takeMarks());
         pdf::OutputPage output;
         output.withContent = context.contentDrawn();
         if (page.source_) {
@@ -217,6 +311,10 @@ pdf::DocumentPlan PDFDocument::paint() {
             output.origin = std::make_shared<const pdf::BlankPage>(blankPageAt(index));
         }
         plan.pages.push_back(std::move(output));
+    }
+    auto paintings = painter.paintings();
+    for (std::size_t index = 0; index < paintings.size(); ++index) {
+        plan.pages[index].painting = std::move(paintings[index]);
     }
     return plan;
 }

@@ -51,6 +51,7 @@ void askToReplace(const QUrl& url, QWidget& modalForWindow, std::function<void(b
     box->setTextFormat(Qt::PlainText);
     box->setText(QStringLiteral("\"%1\" already exists. Do you want to replace it?").arg(url.fileName()));
     QPushButton* replace = box->addButton(QStringLiteral("&Replace"), QMessageBox::DestructiveRole);
+    replace->setObjectName(QStringLiteral("replaceButton"));
     box->setDefaultButton(box->addButton(QMessageBox::Cancel));
     box->setWindowModality(Qt::WindowModal);
     box->setAttribute(Qt::WA_DeleteOnClose);

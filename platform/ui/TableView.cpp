@@ -5,12 +5,14 @@
 
 #include <QDragEnterEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <array>
 
 namespace quillon {
 namespace {
@@ -139,6 +141,19 @@ void TableView::keyboardSearch(const QString& search) {
         selectionModel()->setCurrentIndex(current.siblingAtColumn(0), QItemSelectionModel::NoUpdate);
     }
     QTreeView::keyboardSearch(search);
+}
+
+void TableView::keyPressEvent(QKeyEvent* event) {
+    // A list that gets the focus has a current row that is not selected. Moving from there would leave it out, and at
+    // the first row Home and Up would do nothing.
+    constexpr std::array movements{Qt::Key_Home, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown};
+    const bool moves = std::find(movements.begin(), movements.end(), event->key()) != movements.end();
+    if (moves && selectedRow() < 0 && numberOfRows() > 0) {
+        const QModelIndex current = currentIndex();
+        selectRowIndexes({event->key() == Qt::Key_Home || !current.isValid() ? 0 : current.row()}, false);
+        return;
+    }
+    QTreeView::keyPressEvent(event);
 }
 
 void TableView::mousePressEvent(QMouseEvent* event) {

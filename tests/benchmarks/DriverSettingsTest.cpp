@@ -93,13 +93,12 @@ TEST(DriverSettings, NumbersPathAndAttributes) {
     EXPECT_EQ(set(settings, "getPageNumberBegin", "-2147483648"), "ok");
     EXPECT_EQ(set(settings, "getPageNumberOffset", "5"), "ok");
     EXPECT_EQ(set(settings, "addedPageUrl", "/pad page.pdf"), "ok");
-    EXPECT_EQ(set(settings, "getStringAttr", "size=12,colour=red"), "ok");
     EXPECT_EQ(settings.pageNumberPosition(), 2);
     EXPECT_EQ(settings.getPageNumberBegin(), -2147483647 - 1);
     EXPECT_EQ(settings.getPageNumberOffset(), 5);
     EXPECT_EQ(settings.addedPageUrl(), QUrl::fromLocalFile(QStringLiteral("/pad page.pdf")));
-    EXPECT_EQ(settings.getStringAttr(), (TextAttributes{{QStringLiteral("size"), QStringLiteral("12")},
-                                                        {QStringLiteral("colour"), QStringLiteral("red")}}));
+    EXPECT_TRUE(settings.getStringAttr().isEmpty());
+    EXPECT_EQ(set(settings, "getStringAttr", "font=Any,size=9.5,color=#0a0B0c"), "ok");
 }
 
 TEST(DriverSettings, RefusesWhatDoesNotFitAndChangesNothing) {
@@ -109,7 +108,10 @@ TEST(DriverSettings, RefusesWhatDoesNotFitAndChangesNothing) {
     EXPECT_TRUE(settings.isAddPage());
     EXPECT_EQ(set(settings, "getPageNumberBegin", "2147483648"), "setting getPageNumberBegin cannot be '2147483648'");
     EXPECT_EQ(set(settings, "getPageNumberBegin", ""), "setting getPageNumberBegin cannot be ''");
-    EXPECT_EQ(set(settings, "getStringAttr", "size"), "setting getStringAttr cannot be 'size'");
+    for (const char* wrong : {"size", "size=large", "color=red", "colour=#000000"}) {
+        EXPECT_EQ(set(settings, "getStringAttr", wrong),
+                  std::string("setting getStringAttr cannot be '") + wrong + "'");
+    }
     EXPECT_EQ(set(settings, "nonsense", "1"), "unknown setting nonsense");
     EXPECT_EQ(set(settings, "registerTitle", "1"), "unknown setting registerTitle");
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <any>
 #include <optional>
 #include <thread>
 
@@ -11,12 +12,13 @@ namespace {
 
 TEST(DrawingContext, IsTheCurrentOneForTheTimeOfItsLife) {
     const PDFPage page;
+    std::any store;
     EXPECT_EQ(DrawingContext::current(), nullptr);
     {
-        DrawingContext outer(page);
+        DrawingContext outer(page, store);
         EXPECT_EQ(DrawingContext::current(), &outer);
         {
-            DrawingContext inner(page);
+            DrawingContext inner(page, store);
             EXPECT_EQ(DrawingContext::current(), &inner);
         }
         EXPECT_EQ(DrawingContext::current(), &outer);
@@ -26,7 +28,8 @@ TEST(DrawingContext, IsTheCurrentOneForTheTimeOfItsLife) {
 
 TEST(DrawingContext, BelongsToItsThread) {
     const PDFPage page;
-    DrawingContext context(page);
+    std::any store;
+    DrawingContext context(page, store);
     DrawingContext* elsewhere = &context;
     std::thread([&elsewhere] { elsewhere = DrawingContext::current(); }).join();
     EXPECT_EQ(elsewhere, nullptr);
@@ -35,7 +38,8 @@ TEST(DrawingContext, BelongsToItsThread) {
 TEST(DrawingContext, OnlyItsOwnPageHasContentThere) {
     PDFPage page;
     PDFPage other;
-    DrawingContext context(page);
+    std::any store;
+    DrawingContext context(page, store);
     EXPECT_FALSE(context.contentDrawn());
     other.drawWithBox(PDFDisplayBox::MediaBox);
     EXPECT_FALSE(context.contentDrawn());
