@@ -1,5 +1,5 @@
 #include "app/LogAlert.h"
-#include "tests/support/Windows.h"
+#include "tests/support/ui/Windows.h"
 
 #include <QTimer>
 #include <gtest/gtest.h>

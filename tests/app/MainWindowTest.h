@@ -3,11 +3,11 @@
 #include "app/MainWindowController.h"
 #include "merge/cacheData.h"
 #include "platform/ui/TableView.h"
-#include "tests/support/AnsweringPanels.h"
 #include "tests/support/PdfFixture.h"
-#include "tests/support/RecordingWorkspace.h"
 #include "tests/support/TempDir.h"
-#include "tests/support/Windows.h"
+#include "tests/support/ui/AnsweringPanels.h"
+#include "tests/support/ui/RecordingWorkspace.h"
+#include "tests/support/ui/Windows.h"
 
 #include <QAction>
 #include <QPushButton>

@@ -1,7 +1,7 @@
 #include "app/ProgressWindowController.h"
 #include "tests/support/RecordingOwner.h"
-#include "tests/support/RecordingWorkspace.h"
-#include "tests/support/Windows.h"
+#include "tests/support/ui/RecordingWorkspace.h"
+#include "tests/support/ui/Windows.h"
 
 #include <QProgressBar>
 #include <QPushButton>

@@ -4,8 +4,8 @@
 #include "merge/cacheData.h"
 #include "platform/ui/TableView.h"
 #include "tests/support/PdfFixture.h"
-#include "tests/support/RecordingWorkspace.h"
 #include "tests/support/TempDir.h"
+#include "tests/support/ui/RecordingWorkspace.h"
 
 #include <QString>
 #include <QStringList>

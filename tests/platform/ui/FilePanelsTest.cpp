@@ -1,6 +1,6 @@
 #include "platform/ui/FilePanels.h"
 #include "tests/support/TempDir.h"
-#include "tests/support/Windows.h"
+#include "tests/support/ui/Windows.h"
 
 #include <QFileDialog>
 #include <QLineEdit>

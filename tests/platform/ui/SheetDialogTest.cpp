@@ -1,6 +1,6 @@
 #include "platform/ui/Alert.h"
 #include "platform/ui/SheetDialog.h"
-#include "tests/support/Windows.h"
+#include "tests/support/ui/Windows.h"
 
 #include <QLineEdit>
 #include <QTest>

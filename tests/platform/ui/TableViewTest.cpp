@@ -1,5 +1,5 @@
 #include "platform/ui/TableView.h"
-#include "tests/support/Windows.h"
+#include "tests/support/ui/Windows.h"
 
 #include <QDragEnterEvent>
 #include <QLineEdit>
