@@ -93,13 +93,25 @@ std::optional<std::string> DestinationJoiner::replacement(const std::string& nam
     return text;
 }
 
+/// The page of the source with this index, counted from 0, as a reference.
+std::string DestinationJoiner::pageReference(std::string_view index) const {
+    const auto& pages = source_->document.pages().pages();
+    const auto number = Parser(index).parse().integer().value_or(-1);
+    if (number < 0 || static_cast<std::uint64_t>(number) >= pages.size()) return "null";
+    const PageTree::Page& page = pages[static_cast<std::size_t>(number)];
+    std::string text;
+    if (page.number == 0) return "null";
+    Object(Reference{page.number, page.generation}).write(text);
+    return text;
+}
+
 /// The destination as an array with a reference of the source, which leads to the copy of the page that the overlay
 /// names.
 std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overlay) {
     const auto destination = resolver_->resolve(*name.value);
     if (!destination) return "null";
     const PageTree::Page& page = source_->document.pages().pages()[destination->page];
-    if (page.number == 0 || (!overlay.contains(page.number) && !source_->copier.isTaken(page.number))) return "null";
+    if (page.number == 0 || (overlay.find(page.number) == 0 && !source_->copier.isTaken(page.number))) return "null";
     std::string text = "[";
     Object(Reference{page.number, page.generation}).write(text);
     return text + destination->view + ']';
@@ -125,13 +137,24 @@ std::optional<DestinationJoiner::Occurrence> DestinationJoiner::next(std::string
         position = at + 2;
         if (end >= text.size() || isRegular(text[end])) continue;
         end = skipBlank(text, end);
-        if (end >= text.size() || (text[end] != '(' && text[end] != '<' && text[end] != '/')) continue;
+        if (end >= text.size()) continue;
+        if (text[end] == '[') {
+            // A page is given by its index if what follows is no reference.
+            const std::size_t begin = skipBlank(text, end + 1);
+            std::size_t behind = begin;
+            while (behind < text.size() && isDigit(text[behind])) ++behind;
+            const std::size_t view = skipBlank(text, behind);
+            if (behind == begin || view >= text.size() || text[view] != '/') continue;
+            position = behind;
+            return Occurrence{begin, behind, false, true, ofAction};
+        }
+        if (text[end] != '(' && text[end] != '<' && text[end] != '/') continue;
         if (text.substr(end, 2) == "<<") continue;
         const auto close = skipValue(text, end);
         sound = close.has_value();
         if (!sound) return std::nullopt;
         position = *close;
-        return Occurrence{end, *close, text[end] == '/', ofAction};
+        return Occurrence{end, *close, text[end] == '/', false, ofAction};
     }
     return std::nullopt;
 }
@@ -148,10 +171,11 @@ bool DestinationJoiner::edit(std::string_view text, const Overlay* overlay, std:
     bool sound = true;
     while (const auto found = next(text, position, sound)) {
         if (found->ofAction && !goTo) continue;
-        const Object name = Parser(text.substr(found->begin, found->end - found->begin)).parse();
+        const std::string_view value = text.substr(found->begin, found->end - found->begin);
+        const Object name = Parser(value).parse();
         const std::string* key = name.string() ? name.string() : name.name() ? &name.name()->value : nullptr;
-        if (!key) continue;
-        const auto replaced = replacement(*key, found->isName, overlay);
+        if (!key && !found->isPage) continue;
+        const auto replaced = key ? replacement(*key, found->isName, overlay) : pageReference(value);
         if (!replaced) continue;
         changed.append(text, copied, found->begin - copied);
         if (isRegular(changed.back()) && isRegular(replaced->front())) changed += ' ';
@@ -186,8 +210,15 @@ Object DestinationJoiner::edited(const Object& object, const Overlay* overlay, b
     Dictionary result;
     for (const auto& [key, value] : dictionary->entries()) {
         const std::string* name = value.string() ? value.string() : value.name() ? &value.name()->value : nullptr;
-        const bool leads = name && (key == "Dest" || (key == "D" && goTo));
-        const auto replaced = leads ? replacement(*name, value.name() != nullptr, overlay) : std::nullopt;
+        const bool leads = key == "Dest" || (key == "D" && goTo);
+        if (leads && value.array() && !value.array()->empty() && value.array()->front().integer()) {
+            Array array = *value.array();
+            array.front() = Parser(pageReference(std::to_string(*array.front().integer()))).parse();
+            result.append(key, Object(std::move(array)));
+            changed = true;
+            continue;
+        }
+        const auto replaced = leads && name ? replacement(*name, value.name() != nullptr, overlay) : std::nullopt;
         changed = changed || replaced;
         result.append(key, replaced ? Parser(*replaced).parse() : edited(value, overlay, changed));
     }

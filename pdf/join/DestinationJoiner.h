@@ -18,8 +18,9 @@ namespace quillon::pdf {
 ///
 /// Names stay as they are unless an earlier source has the same. Of a source that is taken whole all names are kept, of
 /// others those that links of their pages use. A link by a name that leads nowhere loses its destination, so that it
-/// does not lead to what another source calls so. Copies of a page other than the first have explicit destinations. The
-/// names of PDF 1.1, which are no texts, become texts of the tree.
+/// does not lead to what another source calls so; pages that are given by their index are given by reference. Copies of
+/// a page other than the first have explicit destinations. The names of PDF 1.1, which are no texts, become texts of
+/// the tree.
 class DestinationJoiner {
 public:
     /// Before the pages of a source are copied, which must be announced.
@@ -29,6 +30,8 @@ public:
     /// Changes the links by name in an object. False when it has none to change.
     bool edit(std::string_view text, const Overlay* overlay, std::string& changed);
 
+    /// Whether there is a source to edit objects of.
+    [[nodiscard]] bool isActive() const noexcept { return source_ != nullptr; }
     [[nodiscard]] JoinedNames& names() noexcept { return joined_; }
 
 private:
@@ -44,6 +47,7 @@ private:
         std::size_t begin;  // of the name or string in the text
         std::size_t end;
         bool isName;
+        bool isPage;    // or the index of a page
         bool ofAction;  // the value of `D`, not of `Dest`
     };
 
@@ -51,6 +55,7 @@ private:
     void keep(Name& name);
     [[nodiscard]] bool isLive(const Object& value);
     [[nodiscard]] std::optional<std::string> replacement(const std::string& name, bool isName, const Overlay* overlay);
+    [[nodiscard]] std::string pageReference(std::string_view index) const;
     [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
     bool editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed);
     [[nodiscard]] Object edited(const Object& object, const Overlay* overlay, bool& changed);

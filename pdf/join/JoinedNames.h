@@ -18,6 +18,7 @@ public:
     /// Takes `name` over, unless it is taken: then one made of it and of `ordinal`, which tells the sources apart.
     /// Returns the name under which the value is to be found; valid as long as this object.
     std::string_view reserve(std::string_view name, std::size_t ordinal);
+    [[nodiscard]] bool contains(std::string_view name) const { return used_.contains(name); }
     /// The value, as text of the output, of a name that was reserved.
     void set(std::string_view name, std::string value);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/write/PageCopies.h"
 #include "pdf/write/SourceCopier.h"
 #include "pdf/write/SourcePlan.h"
 
@@ -10,6 +11,7 @@ namespace quillon::pdf {
 /// A source whose pages are being copied, as those see it that join what belongs to the documents.
 struct SourceCopies {
     const SourcePlan& plan;
+    PageCopies& pages;
     SourceDocument& document;
     SourceCopier& copier;
     const Dictionary& catalog;  ///< of the source
@@ -17,12 +19,14 @@ struct SourceCopies {
     bool isBase;
     bool isWhole;  ///< every page of the source is taken
 
-    /// A value of the source as text of the output, references rewritten to the first copies.
-    [[nodiscard]] std::string copied(const Object& value) const {
+    [[nodiscard]] ObjectReader& reader() const { return document.reader(); }
+
+    /// A value of the source as text of the output, references rewritten to the first copies, or those of a group.
+    [[nodiscard]] std::string copied(const Object& value, const Overlay* overlay = nullptr) const {
         std::string text;
         std::string out;
         value.write(text);
-        copier.copyValue(text, nullptr, out);
+        copier.copyValue(text, overlay, out);
         return out;
     }
 };

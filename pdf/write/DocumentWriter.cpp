@@ -4,6 +4,7 @@
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/write/OutlineWriter.h"
 #include "pdf/write/OutputFile.h"
+#include "pdf/write/PageCopies.h"
 #include "pdf/write/PageTreeWriter.h"
 #include "pdf/write/PaintWriter.h"
 #include "pdf/write/PaintedPages.h"
@@ -13,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <unordered_map>
 
 namespace quillon::pdf {
 
@@ -35,12 +35,10 @@ public:
     [[nodiscard]] bool mustRepeat() const noexcept { return repeat_; }
 
 private:
-    using OpeningOverlays = std::unordered_map<std::uint32_t, SourceCopier::Overlay>;
-
     void writeHeader();
     static void announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
     void copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
-    OpeningOverlays copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    void copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies, SourceCopier& copier);
     void writeCatalog();
     void copyBase(SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
@@ -70,6 +68,7 @@ bool DocumentWriter::write(WriteResult& result) {
     const auto encryptor = plan_.protection ? std::make_unique<const Encryptor>(*plan_.protection) : nullptr;
     ObjectOutput output(file_, encryptor.get());
     output_ = &output;
+    joiner_.setOutput(output);
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
     tree_ = &tree;
@@ -103,7 +102,7 @@ bool DocumentWriter::write(WriteResult& result) {
 
 void DocumentWriter::writeCatalog() {
     const std::uint32_t outline = outline_.write(*output_, *tree_);
-    joiner_.write(*output_, catalogEntries_);
+    joiner_.write(*tree_, catalogEntries_);
     catalogEntries_ += writeMetadata();
     if (outline != 0) catalogEntries_ += "/Outlines " + std::to_string(outline) + " 0 R";
     std::string& body = output_->body();
@@ -137,9 +136,11 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     }
     document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_, source.source() == plan_.base);
-    const OpeningOverlays overlays = copyPages(source, *document, copier);
+    PageCopies copies(source, document->pages(), *tree_, copier);
+    joiner_.begin(source, copies, *document, copier);
+    copyPages(source, *document, copies, copier);
     if (source.source() == plan_.base) copyBase(*document, copier);
-    outline_.copyActions(*source.source(), overlays, copier);
+    outline_.copyActions(*source.source(), copies, copier);
     joiner_.end();
     copier.drain();
     prefetcher.forget(*source.source()->file());
@@ -151,41 +152,25 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     }
 }
 
-/// Returns the overlays of the openings that took pages again.
-DocumentWriter::OpeningOverlays DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document,
-                                                          SourceCopier& copier) {
-    const auto& pages = document.pages().pages();
-    std::unordered_map<std::uint32_t, std::uint32_t>
-        announced;  // a page may stand in its own tree under several indexes
-    std::vector<bool> first;
-    OpeningOverlays overlays;
+void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies,
+                               SourceCopier& copier) {
     PaintedPages painted(document, copier, *painter_);
-    for (const SourcePlan::Copy& copy : source.copies()) {
-        const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
-        first.push_back(copy.first && (number == 0 || announced.try_emplace(number, copy.sourcePage).second));
-        const std::uint32_t place = tree_->pageNumber(copy.outputPage);
-        if (first.back() && number != 0) copier.announce(number, place);
-        if (!first.back() && number != 0) overlays[copy.opening].try_emplace(number, place);
-    }
-    joiner_.begin(source, document, copier);
-    for (std::size_t i = 0; i < source.copies().size(); ++i) {
-        const SourcePlan::Copy& copy = source.copies()[i];
+    for (const PageCopies::Copy& copy : copies.all()) {
+        joiner_.enter(copy);
         SourceCopier::PageJob job;
-        job.page = copy.sourcePage < pages.size() ? &pages[copy.sourcePage] : nullptr;
-        job.number = tree_->pageNumber(copy.outputPage);
+        job.page = copy.page;
+        job.number = copy.number;
         job.parent = tree_->parentOf(copy.outputPage);
         job.withContent = plan_.pages[copy.outputPage].withContent;
         job.painting = plan_.pages[copy.outputPage].painting.get();
         job.painter = &painted;
-        job.keepStructure = source.source() == plan_.base && first[i];
-        job.overlay = first[i] ? nullptr : &overlays[copy.opening];
-        job.asked = first[i] || !job.page || announced[job.page->number] == copy.sourcePage;
+        job.overlay = copies.overlay(copy.group);
+        job.asked = copy.asked;
         if (!job.page || !copier.copyPage(job)) {
             drop(copy.outputPage, source.source()->path(), "a page cannot be read; it is left out");
         }
         copier.drain();
     }
-    return overlays;
 }
 
 void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {

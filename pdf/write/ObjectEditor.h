@@ -1,15 +1,12 @@
 #pragma once
 
+#include "pdf/write/Overlay.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace quillon::pdf {
-
-/// Objects of a page that is written a second time, and the pages of the same opening: their own numbers, that
-/// references from this copy lead to instead.
-using Overlay = std::unordered_map<std::uint32_t, std::uint32_t>;
 
 /// Changes plain objects of a source before they are copied.
 class ObjectEditor {
@@ -25,6 +22,9 @@ public:
     /// What to do with the object `text`. With Change, `changed` is set to the text, still of the source, that takes
     /// its place.
     virtual Verdict edit(const Copied& object, std::string_view text, std::string& changed) = 0;
+    /// What takes the place of the text `key`, an index into the structure tree (ISO 32000-2, 14.7.5.4); empty:
+    /// nothing. `page`: the page that has it; null for a stream, which all copies of pages share.
+    virtual std::string structureKey(std::string_view key, const Copied* page) = 0;
 };
 
 }  // namespace quillon::pdf

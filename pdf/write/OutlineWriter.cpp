@@ -11,15 +11,12 @@ OutlineWriter::OutlineWriter(const std::vector<OutlineEntry>& entries) : entries
     }
 }
 
-void OutlineWriter::copyActions(const Source& source,
-                                const std::unordered_map<std::uint32_t, SourceCopier::Overlay>& overlays,
-                                SourceCopier& copier) {
+void OutlineWriter::copyActions(const Source& source, const PageCopies& copies, SourceCopier& copier) {
     const auto found = withAction_.find(&source);
     if (found == withAction_.end()) return;
     for (const std::uint32_t index : found->second) {
         const SourceText& action = entries_[index].action;
-        const auto overlay = overlays.find(action.opening);
-        copier.copyValue(action.text, overlay == overlays.end() ? nullptr : &overlay->second, actions_[index]);
+        copier.copyValue(action.text, copies.ofOpening(action.opening), actions_[index]);
     }
 }
 

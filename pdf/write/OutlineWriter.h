@@ -2,6 +2,7 @@
 
 #include "pdf/write/DocumentWriter.h"
 #include "pdf/write/ObjectOutput.h"
+#include "pdf/write/PageCopies.h"
 #include "pdf/write/PageTreeWriter.h"
 #include "pdf/write/SourceCopier.h"
 
@@ -18,10 +19,9 @@ public:
     /// `entries` must outlive the writer.
     explicit OutlineWriter(const std::vector<OutlineEntry>& entries);
 
-    /// Copies the actions of the entries that come from `source` and the opening; to be called while that is being
+    /// Copies the actions of the entries that come from `source`; to be called while that is being
     /// copied.
-    void copyActions(const Source& source, const std::unordered_map<std::uint32_t, SourceCopier::Overlay>& overlays,
-                     SourceCopier& copier);
+    void copyActions(const Source& source, const PageCopies& copies, SourceCopier& copier);
     /// Writes the nodes. Returns the number of the root, 0 for an outline without nodes. Destinations on pages that
     /// were dropped are left out.
     [[nodiscard]] std::uint32_t write(ObjectOutput& output, const PageTreeWriter& pages);

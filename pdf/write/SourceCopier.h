@@ -28,21 +28,22 @@ class PaintedPages;
 /// tree, become null, so that a link to a page that was not taken cannot drag it along.
 class SourceCopier {
 public:
-    using Overlay = pdf::Overlay;
-
-    /// `isBase`: the source's catalog is the output's, and so is its structure tree.
+    /// `isBase`: the source's catalog is the output's.
     SourceCopier(SourceDocument& document, ObjectOutput& output, bool isBase);
 
-    /// Announces that the page with this object number is written as `number`; its references lead there.
-    void announce(std::uint32_t page, std::uint32_t number) { numbers_.at(page) = number; }
+    /// Announces that the object is written as `number`, by others than the copier if it is no page; its references
+    /// lead there.
+    void announce(std::uint32_t object, std::uint32_t number) { numbers_.at(object) = number; }
     /// Announces that the catalog is written as `number`.
     void announceCatalog(std::uint32_t number);
     /// References to the object become null.
     void leaveOut(std::uint32_t object) { numbers_.at(object) = null; }
     /// Whether the object has been met, or announced, and not been left out.
-    [[nodiscard]] bool isTaken(std::uint32_t object) const {
+    [[nodiscard]] bool isTaken(std::uint32_t object) const { return numberOf(object) != 0; }
+    /// Its number in the output; 0 if it is not taken.
+    [[nodiscard]] std::uint32_t numberOf(std::uint32_t object) const {
         const std::uint32_t number = numbers_.get(object);
-        return number != 0 && number != null;
+        return number == null ? 0 : number;
     }
     /// Shows plain objects to `editor` before they are copied; null: none. It must outlive the copier.
     void setEditor(ObjectEditor* editor) noexcept { editor_ = editor; }
@@ -54,7 +55,6 @@ public:
         bool withContent = true;             ///< carry the page's own content over
         const Painting* painting = nullptr;  ///< to be painted over the page; null: nothing
         PaintedPages* painter = nullptr;     ///< needed for that
-        bool keepStructure = false;          ///< its entries of the structure tree stay valid in the output
         const Overlay* overlay =
             nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
         bool asked =
@@ -72,7 +72,7 @@ public:
     void drain();
 
 private:
-    static constexpr std::uint32_t null = UINT32_MAX;
+    static constexpr std::uint32_t null = Overlay::none;
     static constexpr std::size_t deepestStream = 8;
 
     struct Pending {
@@ -99,7 +99,9 @@ private:
     void writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out);
     void writePage(const PageJob& job, std::string_view text, std::string& out);
     void writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out);
-    Overlay duplicateAnnotations(const PageJob& job, std::string_view text, std::vector<Pending>& copies);
+    bool writeStructureKey(const DictionaryScanner::Entry& entry, const ObjectEditor::Copied* page, std::string& out);
+    void duplicateAnnotations(const PageJob& job, std::string_view text, Overlay& overlay,
+                              std::vector<Pending>& copies);
     void collectPrivate(const Object& value, Overlay& overlay, std::vector<Pending>& copies, int depth);
     bool isPlain(Reference reference);
     std::uint32_t inheritedResources(std::int64_t node);
@@ -108,10 +110,9 @@ private:
     ObjectReader& reader_;
     ObjectOutput& output_;
     ReferenceRewriter<Mapper> rewriter_;
-    ObjectMap<std::uint32_t> numbers_;         // 0: not met yet
-    const Overlay* overlay_ = nullptr;         // of the page being copied
-    const Overlay* openingOverlay_ = nullptr;  // of the pages taken from the same opening
-    bool charges_ = true;                      // whether what is copied counts towards what the file can hold
+    ObjectMap<std::uint32_t> numbers_;  // 0: not met yet
+    const Overlay* overlay_ = nullptr;  // of the page being copied
+    bool charges_ = true;               // whether what is copied counts towards what the file can hold
     bool isBase_;
     ObjectEditor* editor_ = nullptr;
     std::vector<Pending> pending_;

@@ -98,21 +98,13 @@ TEST_F(NamedDestinations, PartsWithoutABaseKeepTheNamesThatTheirLinksUse) {
     EXPECT_EQ(target(pdf, 1), 0);
 }
 
-TEST_F(NamedDestinations, AttachmentsAndScriptsOfAllInputsAreKept) {
-    const auto attached = [this](const std::string& file, const std::string& content) {
-        RawPdf pdf;
-        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Names<</EmbeddedFiles<</Names[(note)5 0 R]>>>>>>");
-        pdf.object(2, "<</Type/Pages/Count 1/Kids[10 0 R]>>").page(10, "A");
-        pdf.object(5, "<</Type/Filespec/F(" + content + ".txt)/EF<</F 6 0 R>>>>");
-        pdf.stream(6, "/Type/EmbeddedFile", content);
-        return open(pdf.table().bytes(), file);
-    };
-    const std::string path = write(planOf({attached("a", "one"), attached("b", "two")}));
-    const auto listed =
-        test::runProgram(QStringLiteral("pdfdetach"), {QStringLiteral("-list"), QString::fromStdString(path)});
-    EXPECT_NE(listed.output.find("2 embedded files"), std::string::npos) << listed.output;
-    EXPECT_NE(listed.output.find("one.txt"), std::string::npos);
-    EXPECT_NE(listed.output.find("two.txt"), std::string::npos);
+TEST_F(NamedDestinations, APageThatIsGivenByItsIndexIsFound) {
+    for (const std::string link : {"/Dest[1/Fit]", "/A<</S/GoTo/D[ 1 /XYZ 0 0 0]>>", "/A<</S/GoTo/D[1/Fit]>> % x\n"}) {
+        const JudgedPdf pdf(write(planOf({input("a", link), input("b", link)})));
+        EXPECT_EQ(target(pdf, 2), 3) << link;
+    }
+    const JudgedPdf beyond(write(planOf({input("a"), input("b", "/Dest[7/Fit]")})));
+    EXPECT_EQ(target(beyond, 2), -1);
 }
 
 }  // namespace
