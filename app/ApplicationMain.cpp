@@ -2,6 +2,7 @@
 
 #include "app/MainWindowController.h"
 #include "app/QuillonAppDelegate.h"
+#include "platform/store/UserDefaults.h"
 #include "platform/ui/DesktopWorkspace.h"
 #include "platform/ui/FilePanels.h"
 #include "platform/ui/RunningProgram.h"
@@ -47,7 +48,8 @@ int ApplicationMain(int argc, char** argv) {
 
     FilePanels panels;
     DesktopWorkspace workspace;
-    MainWindowController controller(panels, workspace);
+    UserDefaults defaults(UserDefaults::standardPath());
+    MainWindowController controller(panels, workspace, defaults);
     QuillonAppDelegate delegate;
     delegate.setWindow(&controller.window());
     program.setReopenHandler([&delegate] {
