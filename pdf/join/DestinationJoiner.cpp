@@ -4,17 +4,34 @@
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 
+#include <array>
+
 namespace quillon::pdf {
 
 namespace {
 
-/// Whether `text` has the name `/GoTo`, and not that of an action that leads to another file.
-bool hasGoTo(std::string_view text) {
-    for (std::size_t at = text.find("/GoTo"); at != std::string_view::npos; at = text.find("/GoTo", at + 1)) {
-        const std::size_t end = at + 5;
-        if (end >= text.size() || !isRegular(text[end])) return true;
+/// Whether there may be a link in `text`. Nearly every object passes here.
+bool mayLink(std::string_view text) {
+    for (std::size_t at = text.find('/'); at != std::string_view::npos; at = text.find('/', at + 1)) {
+        const std::string_view name = text.substr(at + 1, 4);
+        if (name == "GoTo" || name == "Dest") return true;
     }
-    return false;
+    return text.find('#') != std::string_view::npos;
+}
+
+constexpr auto stops = [] {
+    std::array<bool, 256> table{};
+    for (const char c : std::string_view("/(<%")) table[static_cast<unsigned char>(c)] = true;
+    return table;
+}();
+
+/// The text of a name or string that is written without any escape; nothing for any other.
+std::optional<std::string_view> plainText(std::string_view value) {
+    if (value.front() == '/') return value.substr(1);
+    if (value.front() != '(') return std::nullopt;
+    const std::string_view text = value.substr(1, value.size() - 2);
+    if (text.find_first_of("\\(\r") != std::string_view::npos) return std::nullopt;
+    return text;
 }
 
 }  // namespace
@@ -68,8 +85,7 @@ bool DestinationJoiner::isLive(const Object& value) {
 }
 
 /// What takes the place of a name in a link of a page; nothing if it stays.
-std::optional<std::string> DestinationJoiner::replacement(const std::string& name, bool isName,
-                                                          const Overlay* overlay) {
+std::optional<std::string> DestinationJoiner::replacement(std::string_view name, bool isName, const Overlay* overlay) {
     const auto& known = isName ? old_ : tree_;
     auto found = known.find(name);
     if (found == known.end()) {
@@ -87,7 +103,8 @@ std::optional<std::string> DestinationJoiner::replacement(const std::string& nam
         }
     }
     if (entry.state == State::Dead) return "null";
-    if (!isName && entry.joined == name) return std::nullopt;
+    // A joined name has something behind it, if it is another.
+    if (!isName && entry.joined.size() == name.size()) return std::nullopt;
     std::string text;
     writeString(text, entry.joined);
     return text;
@@ -117,78 +134,88 @@ std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overl
     return text + destination->view + ']';
 }
 
-/// The next name or string that is the value of `D` or `Dest`, from `position` on, which moves behind it. `sound` turns
-/// false where only the parser can tell.
-std::optional<DestinationJoiner::Occurrence> DestinationJoiner::next(std::string_view text, std::size_t& position,
-                                                                     bool& sound) const {
-    for (std::size_t at = text.find("/D", position); at != std::string_view::npos; at = text.find("/D", position)) {
-        // What looks like a key may stand inside a string.
-        for (std::size_t open = text.find('(', position); open < at; open = text.find('(', position)) {
-            const auto close = skipLiteralString(text, open);
-            if (!close) {
-                sound = false;
-                return std::nullopt;
-            }
-            position = *close;
+/// Finds what are the values of `D` and `Dest`. False where only the parser can tell what is changed.
+bool DestinationJoiner::find(std::string_view text) {
+    found_.clear();
+    hasGoTo_ = false;
+    for (std::size_t at = 0; at < text.size();) {
+        const char c = text[at];
+        if (!stops[static_cast<unsigned char>(c)]) {
+            ++at;
+        } else if (c == '(') {
+            const auto end = skipLiteralString(text, at);
+            if (!end) return false;
+            at = *end;
+        } else if (c == '<') {
+            const std::size_t end = text.substr(at + 1, 1) == "<" ? at + 1 : text.find('>', at);
+            if (end == std::string_view::npos) return false;
+            at = end + 1;
+        } else if (c == '%') {
+            return false;
+        } else {
+            std::size_t end = at + 1;
+            while (end < text.size() && isRegular(text[end])) ++end;
+            const std::string_view name = text.substr(at + 1, end - at - 1);
+            at = end;
+            if (name.find('#') != std::string_view::npos || name == "GoToR" || name == "GoToE") return false;
+            if (name == "GoTo") hasGoTo_ = true;
+            if ((name == "D" || name == "Dest") && !takeValue(text, at, name == "D")) return false;
         }
-        if (position > at) continue;
-        const bool ofAction = text.substr(at + 2, 3) != "est";
-        std::size_t end = at + (ofAction ? 2 : 5);
-        position = at + 2;
-        if (end >= text.size() || isRegular(text[end])) continue;
-        end = skipBlank(text, end);
-        if (end >= text.size()) continue;
-        if (text[end] == '[') {
-            // A page is given by its index if what follows is no reference.
-            const std::size_t begin = skipBlank(text, end + 1);
-            std::size_t behind = begin;
-            while (behind < text.size() && isDigit(text[behind])) ++behind;
-            const std::size_t view = skipBlank(text, behind);
-            if (behind == begin || view >= text.size() || text[view] != '/') continue;
-            position = behind;
-            return Occurrence{begin, behind, false, true, ofAction};
-        }
-        if (text[end] != '(' && text[end] != '<' && text[end] != '/') continue;
-        if (text.substr(end, 2) == "<<") continue;
-        const auto close = skipValue(text, end);
-        sound = close.has_value();
-        if (!sound) return std::nullopt;
-        position = *close;
-        return Occurrence{end, *close, text[end] == '/', false, ofAction};
     }
-    return std::nullopt;
+    return true;
+}
+
+/// Notes the name, string or index of a page that stands behind a key, and moves behind it.
+bool DestinationJoiner::takeValue(std::string_view text, std::size_t& at, bool ofAction) {
+    const std::size_t begin = skipBlank(text, at);
+    if (begin >= text.size()) return false;
+    if (text[begin] == '[') {
+        // A page is given by its index if what follows is no reference.
+        const std::size_t first = skipBlank(text, begin + 1);
+        std::size_t behind = first;
+        while (behind < text.size() && isDigit(text[behind])) ++behind;
+        const std::size_t view = skipBlank(text, behind);
+        if (behind == first || view >= text.size() || text[view] != '/') return true;
+        found_.push_back({first, behind, false, true, ofAction});
+        at = behind;
+        return true;
+    }
+    const bool isText =
+        text[begin] == '(' || text[begin] == '/' || (text[begin] == '<' && text.substr(begin + 1, 1) != "<");
+    if (!isText) return true;
+    const auto end = skipValue(text, begin);
+    if (!end) return false;
+    found_.push_back({begin, *end, text[begin] == '/', false, ofAction});
+    at = *end;
+    return true;
 }
 
 bool DestinationJoiner::edit(std::string_view text, const Overlay* overlay, std::string& changed) {
-    const bool goTo = hasGoTo(text);
-    const bool escaped = text.find('#') != std::string_view::npos;
-    if (!goTo && !escaped && text.find("/Dest") == std::string_view::npos) return false;
-    const bool plain = !escaped && text.find('%') == std::string_view::npos &&
-                       text.find("/GoToR") == std::string_view::npos && text.find("/GoToE") == std::string_view::npos;
-    if (!plain) return editThroughParser(text, overlay, changed);
+    if (!mayLink(text)) return false;
+    if (!find(text)) return editThroughParser(text, overlay, changed);
     std::size_t copied = 0;
-    std::size_t position = 0;
-    bool sound = true;
-    while (const auto found = next(text, position, sound)) {
-        if (found->ofAction && !goTo) continue;
-        const std::string_view value = text.substr(found->begin, found->end - found->begin);
-        const Object name = Parser(value).parse();
-        const std::string* key = name.string() ? name.string() : name.name() ? &name.name()->value : nullptr;
-        if (!key && !found->isPage) continue;
-        const auto replaced = key ? replacement(*key, found->isName, overlay) : pageReference(value);
+    for (const Occurrence& found : found_) {
+        if (found.ofAction && !hasGoTo_) continue;
+        const std::string_view value = text.substr(found.begin, found.end - found.begin);
+        const auto replaced = replacementOf(value, found, overlay);
         if (!replaced) continue;
-        changed.append(text, copied, found->begin - copied);
+        changed.append(text, copied, found.begin - copied);
         if (isRegular(changed.back()) && isRegular(replaced->front())) changed += ' ';
         changed += *replaced;
-        copied = found->end;
-    }
-    if (!sound) {
-        changed.clear();
-        return editThroughParser(text, overlay, changed);
+        copied = found.end;
     }
     if (copied == 0) return false;
     changed.append(text, copied);
     return true;
+}
+
+std::optional<std::string> DestinationJoiner::replacementOf(std::string_view value, const Occurrence& found,
+                                                            const Overlay* overlay) {
+    if (found.isPage) return pageReference(value);
+    if (const auto plain = plainText(value)) return replacement(*plain, found.isName, overlay);
+    const Object name = Parser(value).parse();
+    if (!name.string() && !name.name()) return std::nullopt;
+    return replacement(name.string() ? *name.string() : name.name()->value, found.isName, overlay);
 }
 
 bool DestinationJoiner::editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed) {

@@ -54,12 +54,15 @@ private:
     void add(const NamedValues& names, bool old);
     void keep(Name& name);
     [[nodiscard]] bool isLive(const Object& value);
-    [[nodiscard]] std::optional<std::string> replacement(const std::string& name, bool isName, const Overlay* overlay);
+    [[nodiscard]] std::optional<std::string> replacement(std::string_view name, bool isName, const Overlay* overlay);
     [[nodiscard]] std::string pageReference(std::string_view index) const;
     [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
     bool editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed);
     [[nodiscard]] Object edited(const Object& object, const Overlay* overlay, bool& changed);
-    [[nodiscard]] std::optional<Occurrence> next(std::string_view text, std::size_t& position, bool& sound) const;
+    [[nodiscard]] std::optional<std::string> replacementOf(std::string_view value, const Occurrence& found,
+                                                           const Overlay* overlay);
+    [[nodiscard]] bool find(std::string_view text);
+    [[nodiscard]] bool takeValue(std::string_view text, std::size_t& at, bool ofAction);
 
     JoinedNames joined_;
     // Of the source being copied.
@@ -69,6 +72,9 @@ private:
     std::vector<Name> entries_;
     std::unordered_map<std::string_view, std::uint32_t> tree_;
     std::unordered_map<std::string_view, std::uint32_t> old_;
+    // Of the object that is being changed.
+    std::vector<Occurrence> found_;
+    bool hasGoTo_ = false;
 };
 
 }  // namespace quillon::pdf

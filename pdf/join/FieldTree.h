@@ -3,7 +3,9 @@
 #include "pdf/read/ObjectReader.h"
 
 #include <cstdint>
+#include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quillon::pdf {
@@ -17,6 +19,7 @@ public:
     struct Node {
         Reference reference;
         std::uint32_t parent = none;  ///< index
+        std::string name;             ///< a PDF text string, only of a field at the top that has one
         bool isSignature = false;     ///< or below a signature field
         bool hasKids = false;
     };
@@ -30,7 +33,18 @@ public:
     [[nodiscard]] std::uint32_t find(std::uint32_t object) const;
 
 private:
-    void add(ObjectReader& reader, const Object& field, std::uint32_t parent);
+    /// Entries of a field as they stand in it.
+    struct Entries {
+        bool isField = false;  ///< and none that is in the tree already
+        Object type;
+        Object kids;
+        Object parent;
+        Object name;
+    };
+
+    [[nodiscard]] Entries look(ObjectReader& reader, Reference field) const;
+    [[nodiscard]] Entries uppermost(ObjectReader& reader, Reference& field) const;
+    void add(ObjectReader& reader, Reference field, const Entries& entries, std::uint32_t parent);
 
     std::vector<Node> nodes_;
     std::unordered_map<std::uint32_t, std::uint32_t> places_;  // by object number

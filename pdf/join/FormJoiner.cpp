@@ -64,12 +64,9 @@ void FormJoiner::takeNumbers(const SourceCopies& source) {
                 if (group == 0) source.copier.announce(node.reference.number, number);
                 if (group != 0) source.pages.overlay(group)->set(node.reference.number, number);
             }
-            if (node.parent != FieldTree::none) continue;
-            const Object resolved = reader_->parse(node.reference);
-            const Object name = resolved.dictionary() ? reader_->resolve((*resolved.dictionary())["T"]) : Object();
-            if (!name.string()) continue;
+            if (node.parent != FieldTree::none || node.name.empty()) continue;
             auto& names = groups_[group].names;
-            if (!names.contains(*name.string())) names[*name.string()] = names_.reserve(*name.string());
+            if (!names.contains(node.name)) names[node.name] = names_.reserve(node.name);
         }
     }
 }
@@ -97,11 +94,20 @@ bool FormJoiner::edit(std::uint32_t object, std::uint32_t copy, std::uint32_t gr
     const auto number = groups_[group].numbers.find(field);
     if (number == groups_[group].numbers.end()) return false;
     number->second = copy;
+    if (!mayChange(field, group)) return false;
     const Object parsed = Parser(text).parse();
     Dictionary result;
     if (!parsed.dictionary() || !change(*parsed.dictionary(), field, group, result)) return false;
     Object(std::move(result)).write(changed);
     return true;
+}
+
+bool FormJoiner::mayChange(std::uint32_t field, std::uint32_t group) const {
+    const FieldTree::Node& node = tree_.nodes()[field];
+    if (node.isSignature || !fonts_.empty()) return true;
+    if (node.parent != FieldTree::none) return false;
+    const auto name = groups_[group].names.find(node.name);
+    return ownAppearance_ || ownQuadding_ || (name != groups_[group].names.end() && name->second != node.name);
 }
 
 /// The entries of a field as they are in the joined form. False when they are as they were.
@@ -113,10 +119,10 @@ bool FormJoiner::change(const Dictionary& field, std::uint32_t index, std::uint3
         if (key == "V" && node.isSignature) {
             any = true;
         } else if (key == "T" && isTop) {
-            const Object name = reader_->resolve(value);
-            const std::string& joined = name.string() ? groups_[group].names[*name.string()] : std::string();
-            any = any || (name.string() && joined != *name.string());
-            changed.append(key, name.string() ? Object(joined) : value);
+            const auto joined = groups_[group].names.find(node.name);
+            const bool isKnown = joined != groups_[group].names.end();
+            any = any || (isKnown && joined->second != node.name);
+            changed.append(key, isKnown ? Object(joined->second) : value);
         } else if (key == "DA" && !fonts_.empty()) {
             const Object text = reader_->resolve(value);
             any = true;

@@ -49,6 +49,7 @@ private:
     void takeNumbers(const SourceCopies& source);
     void takeDefaults(const SourceCopies& source, const Dictionary& form);
     [[nodiscard]] bool isWidget(std::uint32_t field) const { return widgets_[field]; }
+    [[nodiscard]] bool mayChange(std::uint32_t field, std::uint32_t group) const;
     [[nodiscard]] bool change(const Dictionary& field, std::uint32_t index, std::uint32_t group, Dictionary& changed);
     void writeFields(const SourceCopies& source, std::uint32_t group);
     void writeOrder(const SourceCopies& source, const Dictionary& form);

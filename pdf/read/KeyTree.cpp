@@ -1,5 +1,8 @@
 #include "pdf/read/KeyTree.h"
 
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
 #include "pdf/read/Limits.h"
 
 #include <optional>
@@ -37,11 +40,7 @@ public:
             const Object node = std::move(waiting.back());
             waiting.pop_back();
             if (node.reference() && !seen_.insert(node.reference()->number).second) continue;
-            const Object resolved = reader_.resolve(node);
-            const Dictionary* dictionary = resolved.dictionary();
-            if (!dictionary) continue;
-            takeLeaves(reader_.resolve((*dictionary)[leaves_]));
-            const Object kids = reader_.resolve((*dictionary)["Kids"]);
+            const Object kids = reader_.resolve(visit(node));
             if (!kids.array()) continue;
             visits_ += kids.array()->size();
             if (!reader_.mayVisit(visits_)) break;
@@ -51,17 +50,52 @@ public:
     }
 
 private:
-    void takeLeaves(const Object& leaves) {
-        if (!leaves.array()) return;
-        const Array& array = *leaves.array();
-        visits_ += array.size() / 2;
-        full_ = full_ || !reader_.mayVisit(visits_);
-        for (std::size_t i = 0; i + 1 < array.size() && !full_; i += 2) {
-            auto key = keyOf(reader_.resolve(array[i]), static_cast<Key*>(nullptr));
+    /// Takes the leaves of a node and returns its kids.
+    Object visit(const Object& node) {
+        std::string text;
+        std::optional<ObjectText> object;
+        if (node.reference()) {
+            object = reader_.findWhole(*node.reference());
+        } else {
+            node.write(text);
+        }
+        // Where the end of the value is known it is well-formed.
+        std::string repaired;
+        const std::string_view value = !node.reference()       ? std::string_view(text)
+                                       : !object               ? std::string_view()
+                                       : object->valueEnd != 0 ? object->value()
+                                                               : soundDictionary(object->text(), repaired);
+        const std::string_view leaves = findValue(value, leaves_);
+        if (leaves.starts_with('[')) {
+            takeLeaves(leaves);
+        } else if (!leaves.empty()) {
+            std::string array;
+            reader_.resolve(leaves).write(array);
+            takeLeaves(array);
+        }
+        return Parser(findValue(value, "Kids")).parse();
+    }
+
+    /// Each pair is read by itself, since the leaves of a large tree are most of its text.
+    void takeLeaves(std::string_view array) {
+        std::size_t at = 1;
+        const auto next = [&]() -> std::optional<Object> {
+            const auto end = at < array.size() ? skipValue(array, at) : std::nullopt;
+            if (!end) return std::nullopt;
+            const std::string_view value = array.substr(at, *end - at);
+            at = *end;
+            return Parser(value).parse();
+        };
+        while (!full_) {
+            const auto first = next();
+            auto value = first ? next() : std::nullopt;
+            if (!value) return;
+            full_ = !reader_.mayVisit(++visits_);
+            auto key = keyOf(first->reference() ? reader_.resolve(*first) : *first, static_cast<Key*>(nullptr));
             if (!key) continue;
             bytes_ += bytesOf(*key);
-            full_ = bytes_ > limits::treeKeys;
-            entries_.emplace_back(std::move(*key), array[i + 1]);
+            full_ = full_ || bytes_ > limits::treeKeys;
+            entries_.emplace_back(std::move(*key), std::move(*value));
         }
     }
 

@@ -240,6 +240,13 @@ void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std:
     overlay_ = own;
 }
 
+std::uint32_t SourceCopier::copyReference(Reference reference) {
+    const Overlay* const own = std::exchange(overlay_, nullptr);
+    const std::uint32_t number = map(reference);
+    overlay_ = own;
+    return number;
+}
+
 bool SourceCopier::copyPage(const PageJob& job) {
     std::string text = document_.pageText(*job.page);
     if (text.empty() || (!job.asked && !reader_.charge(text.size()))) return false;
