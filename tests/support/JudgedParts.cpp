@@ -174,6 +174,55 @@ Lines tagLines(const JudgedPdf& pdf) {
     return TagReader(pdf).lines;
 }
 
+Lines linkLines(const JudgedPdf& pdf) {
+    Lines lines;
+    QJsonArray names;
+    addLeaves(pdf, pdf.dictionary(pdf.catalog().value(key("/Names"))).value(key("/Dests")), key("/Names"), names);
+    for (qsizetype page = 0; page < pdf.pages().size(); ++page) {
+        for (const QJsonObject& annotation : pdf.annotations(page)) {
+            if (annotation.value(key("/Subtype")).toString() != key("/Link")) continue;
+            QJsonValue target = annotation.value(key("/Dest"));
+            if (target.isUndefined()) target = pdf.dictionary(annotation.value(key("/A"))).value(key("/D"));
+            for (qsizetype i = 0; target.isString() && i + 1 < names.size(); i += 2) {
+                if (names[i] == target) target = pdf.resolve(names[i + 1]);
+            }
+            if (target.isObject()) target = target.toObject().value(key("/D"));
+            const QJsonValue to = target.toArray().first();
+            const auto place = to.isDouble() ? to.toInt() : pdf.pages().indexOf(to.toString());
+            lines.push_back(std::to_string(page + 1) + '>' + (place < 0 ? "" : std::to_string(place + 1)));
+        }
+    }
+    return lines;
+}
+
+Lines commentLines(const JudgedPdf& pdf) {
+    Lines lines;
+    for (qsizetype page = 0; page < pdf.pages().size(); ++page) {
+        std::string line;
+        const QJsonArray all = listOf(pdf, pdf.dictionary(pdf.pages()[page]).value(key("/Annots")));
+        for (const QJsonValue& annotation : all) {
+            const QJsonObject entries = pdf.dictionary(annotation);
+            if (entries.contains(key("/Contents"))) line += ' ' + plain(entries.value(key("/Contents")));
+            bool isSound = entries.value(key("/P")).toString() == pdf.pages()[page];
+            for (const char* relative : {"/Popup", "/Parent", "/IRT"}) {
+                const QJsonValue other = entries.value(key(relative));
+                isSound = isSound && (other.isUndefined() || all.contains(other));
+            }
+            if (!isSound) line += '!';
+        }
+        if (!line.empty()) lines.push_back(std::to_string(page + 1) + ':' + line);
+    }
+    return lines;
+}
+
+Lines scriptLines(const JudgedPdf& pdf) {
+    QJsonArray names;
+    addLeaves(pdf, pdf.dictionary(pdf.catalog().value(key("/Names"))).value(key("/JavaScript")), key("/Names"), names);
+    Lines lines;
+    for (qsizetype i = 1; i < names.size(); i += 2) lines.push_back(plain(pdf.dictionary(names[i]).value(key("/JS"))));
+    return lines;
+}
+
 Lines attachmentLines(const std::string& file) {
     const auto listed = runProgram(key("pdfdetach"), {key("-list"), QString::fromStdString(file)});
     Lines lines;

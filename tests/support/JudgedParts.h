@@ -27,6 +27,17 @@ namespace quillon::test {
 /// lead back from the page or the annotation, or the element not to the one above.
 [[nodiscard]] std::vector<std::string> tagLines(const JudgedPdf& pdf);
 
+/// A line `from>to` for each link of each page to a page of the file, as the page itself or by a name; `from>` for one
+/// that leads nowhere.
+[[nodiscard]] std::vector<std::string> linkLines(const JudgedPdf& pdf);
+
+/// A line `page:texts` for each page with comments; with `!` behind it where pop-ups, replies or pages are not those of
+/// the same copy.
+[[nodiscard]] std::vector<std::string> commentLines(const JudgedPdf& pdf);
+
+/// The texts of the scripts of the document.
+[[nodiscard]] std::vector<std::string> scriptLines(const JudgedPdf& pdf);
+
 /// The names of the files that are attached.
 [[nodiscard]] std::vector<std::string> attachmentLines(const std::string& file);
 

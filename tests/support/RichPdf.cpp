@@ -133,4 +133,13 @@ std::string commentedPdf(const std::string& mark) {
     return pdf.table().bytes();
 }
 
+std::string linkedPdf(const std::string& mark) {
+    RawPdf pdf = twoPages("/Names<</Dests<</Names[(goal)[12 0 R/Fit]]>>>>");
+    pdf.page(10, mark + "1", page + "/Annots[20 0 R 21 0 R 22 0 R]").page(12, mark + "2", page + "/Annots[23 0 R]");
+    const std::string link = "<</Type/Annot/Subtype/Link/Rect[0 0 9 9]";
+    pdf.object(20, link + "/Dest[12 0 R/Fit]>>").object(21, link + "/A<</S/GoTo/D(goal)>>>>");
+    pdf.object(22, link + "/A<</S/GoTo/D[1/Fit]>>>>").object(23, link + "/Dest[10 0 R/Fit]>>");
+    return pdf.table().bytes();
+}
+
 }  // namespace quillon::test

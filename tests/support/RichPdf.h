@@ -38,4 +38,8 @@ namespace quillon::test {
 /// On the first page a comment `mark` with its pop-up, and a reply to it.
 [[nodiscard]] std::string commentedPdf(const std::string& mark);
 
+/// On the first page three links to the second: to the page itself, by a name and by the index of the page; on the
+/// second one to the first.
+[[nodiscard]] std::string linkedPdf(const std::string& mark);
+
 }  // namespace quillon::test
