@@ -3,6 +3,7 @@
 #include "app/MainWindowController.h"
 #include "app/QuillonAppDelegate.h"
 #include "platform/store/UserDefaults.h"
+#include "platform/ui/DesktopColorScheme.h"
 #include "platform/ui/DesktopWorkspace.h"
 #include "platform/ui/FilePanels.h"
 #include "platform/ui/RunningProgram.h"
@@ -46,6 +47,8 @@ int ApplicationMain(int argc, char** argv) {
     RunningProgram program(QStringLiteral("quillon"));
     if (!program.claim()) return showRunningProgram(program);
 
+    DesktopColorScheme colorScheme;
+    colorScheme.follow();
     FilePanels panels;
     DesktopWorkspace workspace;
     UserDefaults defaults(UserDefaults::standardPath());

@@ -5,7 +5,7 @@
 
 namespace quillon::pdf {
 
-DocumentJoiner::DocumentJoiner(const std::vector<SourcePlan>& sources, const DocumentPlan& plan)
+DocumentJoiner::DocumentJoiner(const SourcePlans& sources, const DocumentPlan& plan)
     : sources_(sources),
       plan_(plan),
       joinsNames_(joins("Names") || joins("Dests")),
@@ -25,15 +25,20 @@ DocumentJoiner::DocumentJoiner(const std::vector<SourcePlan>& sources, const Doc
       articles_(output_) {}
 
 bool DocumentJoiner::joins(std::string_view key) const {
-    return std::ranges::any_of(sources_, [&](const SourcePlan& plan) {
-        if (!plan.source()->catalogKeys().has(key)) return false;
-        return plan.source() != plan_.base ||
-               std::ranges::any_of(plan.copies(), [](const SourcePlan::Copy& copy) { return !copy.first; });
-    });
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+        const SourcePlan plan = sources_[i];
+        if (!plan.source()->catalogKeys().has(key)) continue;
+        if (plan.source() != plan_.base) return true;
+        if (std::ranges::any_of(plan.copies(), [](const SourcePlan::Copy& copy) { return !copy.first; })) return true;
+    }
+    return false;
 }
 
 bool DocumentJoiner::anyHas(std::string_view key) const {
-    return std::ranges::any_of(sources_, [&](const SourcePlan& plan) { return plan.source()->catalogKeys().has(key); });
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+        if (sources_[i].source()->catalogKeys().has(key)) return true;
+    }
+    return false;
 }
 
 std::vector<std::string_view> DocumentJoiner::catalogKeys() const {

@@ -25,7 +25,7 @@ namespace quillon::pdf {
 class DocumentJoiner final : public ObjectEditor {
 public:
     /// Neither may change or go while the joiner is in use.
-    DocumentJoiner(const std::vector<SourcePlan>& sources, const DocumentPlan& plan);
+    DocumentJoiner(const SourcePlans& sources, const DocumentPlan& plan);
 
     /// Where to write; before anything else.
     void setOutput(ObjectOutput& output) noexcept { output_ = &output; }
@@ -61,7 +61,7 @@ private:
     [[nodiscard]] bool joins(std::string_view key) const;
     [[nodiscard]] bool anyHas(std::string_view key) const;
 
-    const std::vector<SourcePlan>& sources_;
+    const SourcePlans& sources_;
     const DocumentPlan& plan_;
     const bool joinsNames_;
     const bool joinsForms_;

@@ -138,7 +138,7 @@ TextLine::TextLine(LineLayout layout, const Font& font, std::shared_ptr<Document
 pdf::PaintContent TextLine::content() const {
     LineWriter writer(size_, layout_.descent);
     for (const auto& cluster : layout_.clusters) {
-        writer.show(cluster, fonts_->fontFor(layout_.fonts[cluster.font]));
+        writer.show(cluster, fonts_->fontFor(*layout_.fonts[cluster.font]));
     }
     return writer.finish();
 }

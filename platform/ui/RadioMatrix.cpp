@@ -13,6 +13,8 @@ void RadioMatrix::addRow(QRadioButton& cell) {
     connect(&cell, &QRadioButton::toggled, this, [this, row](bool checked) {
         if (checked) selectedRow_ = row;
     });
+    // A click by mnemonic leaves the keyboard where it was.
+    connect(&cell, &QRadioButton::clicked, &cell, qOverload<>(&QWidget::setFocus));
     connect(&cell, &QRadioButton::clicked, this, &RadioMatrix::clicked);
 }
 

@@ -313,6 +313,15 @@ TEST_F(MergeMethodSheet, TheSelectedMethodHasTheKeyboard) {
     EXPECT_TRUE(field("mixTextField").isEnabled());
 }
 
+TEST_F(MergeMethodSheet, ByKeysTheFieldFollowsItsMethod) {
+    open(0);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet()));
+    QTest::keyClick(&sheet(), Qt::Key_C, Qt::AltModifier);
+    ASSERT_TRUE(test::waitFor([this] { return controller_.getMergeOption() == 2; }));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &field("mixTextField"));
+}
+
 TEST_F(MergeMethodSheet, EveryOptionIsExplainedByWordsAndAnExample) {
     for (const char* option : {"whole", "part", "mix", "mixReverse", "repeat"}) {
         const std::string name = option;
