@@ -173,10 +173,14 @@ std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view ent
 
 std::uint32_t ObjectOutput::addObject(std::string_view value) {
     const std::uint32_t number = reserve();
+    addObject(number, value);
+    return number;
+}
+
+void ObjectOutput::addObject(std::uint32_t number, std::string_view value) {
     const std::size_t begin = body_.size();
     body_ += value;
     close(number, begin);
-    return number;
 }
 
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,

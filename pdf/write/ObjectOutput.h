@@ -40,6 +40,8 @@ public:
                                 StreamKey key);
 
     std::uint32_t addObject(std::string_view value) override;
+    /// The same under a number that was reserved.
+    void addObject(std::uint32_t number, std::string_view value);
     std::uint32_t addStream(std::string_view entries, std::span<const char> data) override;
     std::uint32_t addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
                             std::span<const FileRange> ranges) override;
