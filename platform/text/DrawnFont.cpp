@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QPainterPath>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -91,6 +92,7 @@ public:
 
 private:
     [[nodiscard]] double scale() const { return 1000 / font_.pixelSize(); }
+    [[nodiscard]] pdf::Rectangle placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const;
     [[nodiscard]] std::string procedure(pdf::PaintWriter& writer, std::uint32_t glyph, std::string& images) const;
 
     QRawFont font_;
@@ -121,6 +123,16 @@ std::uint32_t DrawnGlyphs::write(pdf::PaintWriter& writer) const {
         std::to_string(toUnicode) + " 0 R>>");
 }
 
+/// The layout takes pictures for smaller than the font's file says; they must fit the room that it gave them.
+pdf::Rectangle DrawnGlyphs::placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const {
+    const QRectF box = font_.boundingRect(glyph);
+    if (!box.isEmpty()) {
+        return {box.left() * scale(), -box.bottom() * scale(), box.right() * scale(), -box.top() * scale()};
+    }
+    const double shrink = std::min(1.0, advance(glyph) / std::max(stated.width(), 1.0));
+    return {stated.left * shrink, stated.bottom * shrink, stated.right * shrink, stated.top * shrink};
+}
+
 std::string DrawnGlyphs::procedure(pdf::PaintWriter& writer, std::uint32_t glyph, std::string& images) const {
     std::string text;
     pdf::writeReal(text, advance(glyph));
@@ -141,7 +153,7 @@ std::string DrawnGlyphs::procedure(pdf::PaintWriter& writer, std::uint32_t glyph
     const std::uint32_t image = writeImage(writer, pixels.convertToFormat(QImage::Format_ARGB32));
     const std::string name = "/i" + std::to_string(image);
     if (images.find(name + ' ') == std::string::npos) images += name + ' ' + std::to_string(image) + " 0 R";
-    const pdf::Rectangle& place = picture->place;
+    const pdf::Rectangle place = placeOf(glyph, picture->place);
     text += " q ";
     for (const double value : {place.width(), 0.0, 0.0, place.height(), place.left, place.bottom}) {
         pdf::writeReal(text, value);
