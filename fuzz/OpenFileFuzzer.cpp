@@ -1,5 +1,6 @@
-// Whatever bytes a file holds: opening it, and copying all its pages into a new file, neither crashes nor hangs, and
-// the new file opens with the pages that were said to be in it.
+// Whatever bytes a file holds: opening it, with a password if it needs one, and copying all its pages into a new file,
+// neither crashes nor hangs, and the new file, protected every other time, opens with the pages that were said to be in
+// it.
 
 #include "fuzz/MemoryFile.h"
 #include "fuzz/ScratchFolder.h"
@@ -16,6 +17,9 @@ using namespace quillon;
 
 // A page tree of a few bytes may list one page thousands of times, which is slow and shows nothing new.
 constexpr std::size_t mostPages = 200;
+
+// Of the protected files among the first inputs, and of what is written.
+constexpr const char* password = "user";
 
 /// Every page of the first opening, then every page of a second one, so that pages are written twice.
 pdf::DocumentPlan planFor(const std::shared_ptr<pdf::Source>& source) {
@@ -34,7 +38,7 @@ pdf::DocumentPlan planFor(const std::shared_ptr<pdf::Source>& source) {
 
 void checkWritten(const std::string& path, std::uint64_t pages) {
     const auto written = pdf::Source::open(path);
-    if (written && written->pageCount() == pages) return;
+    if (written && written->unlock(password) != pdf::Access::None && written->pageCount() == pages) return;
     std::fprintf(stderr, "%llu pages were written, %llu are read\n", static_cast<unsigned long long>(pages),
                  static_cast<unsigned long long>(written ? written->pageCount() : 0));
     std::abort();
@@ -48,7 +52,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const fuzz::MemoryFile file({data, size});
     const auto source = pdf::Source::open(file.path());
     if (!source) return 0;
-    const pdf::DocumentPlan plan = planFor(source);
+    static_cast<void>(source->unlock(password));
+    pdf::DocumentPlan plan = planFor(source);
+    if (size % 2 != 0) plan.protection = pdf::Protection{password, {}};
     const pdf::WriteResult result = pdf::writeDocument(plan, target);
     if (result.written) checkWritten(target, result.pages);
     return 0;

@@ -27,9 +27,9 @@
 namespace quillon {
 namespace {
 
-/// A document that could not be opened counts as one without pages.
+/// A document that could not be opened or unlocked counts as one without pages.
 int pageCountOf(const std::shared_ptr<MyPdfDocument>& document) {
-    return document ? document->pageCount() : 0;
+    return document && !document->isLocked() ? document->pageCount() : 0;
 }
 
 /// Null outside the document. The index is wide because steps are multiplied by rounds.
@@ -191,6 +191,8 @@ void MergeOperation::handleWhole(const cacheData& entry) {
     }
     if (!pdfDocument_) {
         pdfDocument_ = openInput(entry);
+        // Of a locked document there is nothing to start from, not even its pages, which it counts all the same.
+        if (pdfDocument_ && pdfDocument_->isLocked()) pdfDocument_ = std::make_shared<MyPdfDocument>();
         addOutline(pdfDocument_, entry);
         return;
     }
@@ -340,6 +342,7 @@ void MergeOperation::makeOutput() {
 std::shared_ptr<MyPdfDocument> MergeOperation::openInput(const cacheData& entry) {
     auto document = MyPdfDocument::initWithURL(entry.url());
     decrypt(document, entry);
+    if (document && document->isLocked()) locked_[&entry] = document;
     warnings_.noteInput(entry, document.get());
     return document;
 }

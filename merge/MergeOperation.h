@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -132,6 +133,9 @@ private:
     std::shared_ptr<MyPdfDocument> pdfDocument_;  // the output; null until the first entry that opens
     MergeSettings& setting_;
     MergeOwner& owner_;
+    // Documents that their passwords did not unlock. Held, since a weave tries them anew in every round, and only while
+    // one lives does its file remember what its passwords came to, which takes long to find out.
+    std::map<const cacheData*, std::shared_ptr<MyPdfDocument>> locked_;
     MergeWarnings warnings_;
     int writtenPages_ = 0;
 

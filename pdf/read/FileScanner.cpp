@@ -110,8 +110,12 @@ void FileScanner::addTrailer(const Dictionary& trailer) {
 
 void FileScanner::addObjectStream(const Found& found) {
     if (table_.entries.get(found.number).place != found.offset) return;  // a later object took the number
-    const auto stream = readStreamAt(file_, found.offset);
-    const auto objects = stream ? ObjectStream::decode(*stream) : nullptr;
+    auto stream = readStreamAt(file_, found.offset);
+    if (!stream) return;
+    // Without a key, nothing good can be made of what is enciphered.
+    if (!decryptor_ && !table_.trailer["Encrypt"].isNull()) return;
+    if (decryptor_ && !decryptor_->decrypt(stream->reference, stream->dictionary, stream->data)) return;
+    const auto objects = ObjectStream::decode(*stream);
     if (!objects) return;
     for (std::size_t i = 0; i < objects->count() && packed_ < file_.file().size() + limits::tableMargin;
          ++i, ++packed_) {

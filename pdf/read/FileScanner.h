@@ -3,6 +3,7 @@
 #include "pdf/io/BlockCache.h"
 #include "pdf/read/CrossReferenceTable.h"
 #include "pdf/read/StreamText.h"
+#include "pdf/security/Decryptor.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,7 +16,8 @@ namespace quillon::pdf {
 /// length where that is right, so that what looks like an object inside one is not taken for it.
 class FileScanner {
 public:
-    explicit FileScanner(BlockCache& file) : file_(file) {}
+    /// `decryptor` may be null; object streams that cannot be deciphered then give nothing.
+    FileScanner(BlockCache& file, const Decryptor* decryptor) : file_(file), decryptor_(decryptor) {}
 
     [[nodiscard]] CrossReferenceTable scan();
 
@@ -32,6 +34,7 @@ private:
     void addObjectStream(const Found& found);
 
     BlockCache& file_;
+    const Decryptor* decryptor_;
     CrossReferenceTable table_;
     std::uint64_t wasted_ = 0;  // bytes looked at for values that have no end
     std::uint64_t packed_ = 0;  // objects found in object streams

@@ -7,6 +7,8 @@
 #include "pdf/read/FileScanner.h"
 #include "pdf/read/Limits.h"
 #include "pdf/read/StreamText.h"
+#include "pdf/security/CryptFilter.h"
+#include "pdf/security/StringRewriter.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -45,7 +47,7 @@ ObjectReader::ObjectReader(std::shared_ptr<InputFile> file, Warnings& warnings)
 bool ObjectReader::recover(std::string_view reason, std::uint32_t object, std::int64_t offset) {
     if (table_.recovered) return false;
     warnings_.add(reason, object, offset);
-    CrossReferenceTable found = FileScanner(file_).scan();
+    CrossReferenceTable found = FileScanner(file_, decryptor_.get()).scan();
     for (const auto& [key, value] : table_.trailer.entries()) {
         if (!found.trailer.contains(key)) found.trailer.append(key, value);
     }
@@ -75,7 +77,45 @@ bool ObjectReader::mayVisit(std::uint64_t places) const noexcept {
     return places <= (file_.file().size() + decodedBytes_) / shortestReference + margin;
 }
 
+void ObjectReader::setDecryptor(std::shared_ptr<const Decryptor> decryptor) {
+    decryptor_ = std::move(decryptor);
+    if (!decryptor_ || decryptor_->isLocked() || !table_.recovered) return;
+    // The scan could not look into object streams yet.
+    Dictionary trailer = std::move(table_.trailer);
+    table_ = FileScanner(file_, decryptor_.get()).scan();
+    table_.trailer = std::move(trailer);
+    trim();
+}
+
 std::optional<ObjectText> ObjectReader::find(Reference reference, std::size_t wanted) {
+    // Strings can only be deciphered in a whole value.
+    if (decryptor_ && decryptor_->hasStringCipher()) return findWhole(reference);
+    return findStored(reference, wanted);
+}
+
+std::optional<ObjectText> ObjectReader::findWhole(Reference reference) {
+    auto object = findWholeStored(reference);
+    if (decryptor_ && object) decryptStrings(reference.number, *object);
+    return object;
+}
+
+void ObjectReader::decryptStrings(std::uint32_t number, ObjectText& object) const {
+    if (!object.inFile || !decryptor_->hasStringCipher() || !mayHoldString(object.value())) return;
+    const auto change = [&](std::string_view bytes) { return decryptor_->string({number, object.generation}, bytes); };
+    const auto plain = std::make_shared<std::string>();
+    rewriteStrings(object.value(), change, *plain);
+    const std::size_t end = plain->size();
+    if (object.valueEnd != 0) {
+        // What tells a stream from a plain object comes along, and stays at its place in the file by the offset.
+        plain->append(object.text(), object.valueEnd);
+        object.offset += object.valueEnd;
+        object.offset -= end;
+        object.valueEnd = end;
+    }
+    object.source = {plain, *plain};
+}
+
+std::optional<ObjectText> ObjectReader::findStored(Reference reference, std::size_t wanted) {
     if (!exists(reference)) return std::nullopt;
     const CrossReferenceEntry entry = table_.entries.get(reference.number);
     switch (entry.kind) {
@@ -98,12 +138,13 @@ std::optional<ObjectText> ObjectReader::findInFile(Reference reference, const Cr
     if (!header || header->reference.number != reference.number) {
         const bool recovered = recover("the cross-reference entry leads elsewhere; the file was scanned for objects",
                                        reference.number, static_cast<std::int64_t>(entry.place));
-        return recovered ? find(reference, wanted) : std::nullopt;
+        return recovered ? findStored(reference, wanted) : std::nullopt;
     }
     object.complete = entry.place + object.source.text.size() >= file_.file().size();
     object.source.text.remove_prefix(header->length);
     object.offset = entry.place + header->length;
     object.inFile = true;
+    object.generation = header->reference.generation;
     return object;
 }
 
@@ -121,10 +162,10 @@ std::optional<ObjectText> ObjectReader::findInStream(std::uint32_t number, const
     return object;
 }
 
-std::optional<ObjectText> ObjectReader::findWhole(Reference reference) {
+std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
     constexpr std::size_t growth = 16;
     for (std::size_t wanted = usualObject;; wanted *= growth) {
-        auto object = find(reference, wanted);
+        auto object = findStored(reference, wanted);
         if (!object) return object;
         object->valueEnd = skipValue(object->text(), 0).value_or(0);
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
@@ -189,6 +230,7 @@ std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t
             if (const Reference* target = stream->dictionary[key].reference())
                 stream->dictionary.append(key, plain(*target));
         }
+        if (decryptor_ && !decryptor_->decrypt(stream->reference, stream->dictionary, stream->data)) return nullptr;
         if (auto objects = ObjectStream::decode(*stream)) return objects;
     }
     warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
@@ -220,7 +262,10 @@ StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view l
 std::optional<std::string> ObjectReader::decodedStream(Reference reference, std::size_t limit) {
     const auto object = findWhole(reference);
     if (!object || !object->streamData()) return std::nullopt;
-    const Object parsed = Parser(object->value()).parse();
+    std::string withoutCryptFilter;
+    const auto cipher = streamKey(reference.number, *object, withoutCryptFilter);
+    if (!cipher) return std::nullopt;
+    const Object parsed = Parser(withoutCryptFilter.empty() ? object->value() : withoutCryptFilter).parse();
     if (!parsed.dictionary()) return std::nullopt;
     Dictionary dictionary = *parsed.dictionary();
     std::string length;
@@ -230,6 +275,7 @@ std::optional<std::string> ObjectReader::decodedStream(Reference reference, std:
     for (const char* key : {"Filter", "DecodeParms"}) dictionary.append(key, resolveDeep(dictionary[key]));
     std::string data;
     file_.append(extent.offset, static_cast<std::size_t>(extent.length), data);
+    decryptStream(*cipher, data);
     return decodeStream(dictionary, data, limit);
 }
 
@@ -240,6 +286,28 @@ Object ObjectReader::resolveDeep(const Object& object) {
     Array elements;
     for (const Object& element : *resolved.array()) elements.push_back(resolve(element));
     return elements;
+}
+
+std::optional<StreamKey> ObjectReader::streamKey(std::uint32_t number, const ObjectText& object,
+                                                 std::string& dictionary) {
+    if (!decryptor_ && object.value().find("Crypt") == std::string_view::npos) return StreamKey();
+    const Object parsed = Parser(object.value()).parse();
+    if (!parsed.dictionary()) return StreamKey();
+    Dictionary resolved = *parsed.dictionary();
+    for (const char* key : {"Type", "Filter", "DecodeParms"}) {
+        if (resolved[key].reference()) resolved.append(key, resolve(resolved[key]));
+    }
+    if (cryptFilterOf(resolved)) {
+        const PlainFilters plain = withoutCryptFilter(resolved);
+        Dictionary kept;
+        for (const auto& [key, value] : parsed.dictionary()->entries()) {
+            if (key != "Filter" && key != "DecodeParms") kept.append(key, value);
+        }
+        if (!plain.filter.isNull()) kept.append("Filter", plain.filter);
+        if (!plain.parameters.isNull()) kept.append("DecodeParms", plain.parameters);
+        Object(std::move(kept)).write(dictionary);
+    }
+    return decryptor_ ? decryptor_->streamKey({number, object.generation}, resolved) : StreamKey();
 }
 
 std::uint64_t ObjectReader::nextObject(std::uint64_t offset) {

@@ -6,6 +6,7 @@
 #include "pdf/read/ObjectStream.h"
 #include "pdf/read/ObjectStreamPrefetcher.h"
 #include "pdf/read/Warnings.h"
+#include "pdf/security/Decryptor.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,8 +22,11 @@ struct ObjectText {
     OwnedText source;       ///< from the beginning of the value, at least to the asked length; usually beyond the value
     bool inFile = false;    ///< directly in the file, where alone a stream can be
     bool complete = false;  ///< `source` reaches to where no object can go on
-    std::uint64_t offset = 0;  ///< in the file, of the first byte of `source`; only if `inFile`
-    std::size_t valueEnd = 0;  ///< behind the value; 0 where it is not known, or malformed
+    /// Only if `inFile`: in the file, of the first byte of `source`. Where strings were deciphered, only right for what
+    /// stands behind the value.
+    std::uint64_t offset = 0;
+    std::size_t valueEnd = 0;      ///< behind the value; 0 where it is not known, or malformed
+    std::uint32_t generation = 0;  ///< as the file has it; only if `inFile`
 
     [[nodiscard]] std::string_view text() const noexcept { return source.text; }
     /// The value alone, if its end is known; otherwise all of `text`.
@@ -52,6 +56,10 @@ public:
     /// Where `%PDF-` stands; nothing when the file has no header.
     [[nodiscard]] std::optional<std::uint64_t> headerOffset() const noexcept { return headerOffset_; }
 
+    /// From now on strings and object streams are deciphered. Null where nothing is enciphered.
+    void setDecryptor(std::shared_ptr<const Decryptor> decryptor);
+    [[nodiscard]] const std::shared_ptr<const Decryptor>& decryptor() const noexcept { return decryptor_; }
+
     /// Nothing for an object that is free or does not exist, which reads as null.
     [[nodiscard]] std::optional<ObjectText> find(Reference reference, std::size_t wanted = usualObject);
     /// The text of a whole value, followed by what tells a stream from a plain object; nothing when it does not exist.
@@ -77,6 +85,10 @@ public:
     /// The decoded data of a stream, damaged data as far as they go. Nothing for any other object, and for a stream
     /// that has a filter of pictures or decodes to more than `limit` bytes.
     [[nodiscard]] std::optional<std::string> decodedStream(Reference reference, std::size_t limit);
+    /// How the data of the stream `object`, found whole, is deciphered; nothing when the key is missing. If it has a
+    /// crypt filter, `dictionary` becomes the text of its dictionary without that.
+    [[nodiscard]] std::optional<StreamKey> streamKey(std::uint32_t number, const ObjectText& object,
+                                                     std::string& dictionary);
 
     /// Replaces the cross-reference data by what a scan of the file finds. False when that was done before.
     bool recover(std::string_view reason, std::uint32_t object = 0, std::int64_t offset = -1);
@@ -103,6 +115,9 @@ private:
         std::uint64_t lastUse = 0;
     };
 
+    std::optional<ObjectText> findStored(Reference reference, std::size_t wanted);
+    std::optional<ObjectText> findWholeStored(Reference reference);
+    void decryptStrings(std::uint32_t number, ObjectText& object) const;
     std::optional<ObjectText> findInFile(Reference reference, const CrossReferenceEntry& entry, std::size_t wanted);
     std::optional<ObjectText> findInStream(std::uint32_t number, const CrossReferenceEntry& entry);
     std::shared_ptr<const ObjectStream> objectStream(std::uint32_t number);
@@ -113,6 +128,7 @@ private:
 
     BlockCache file_;
     Warnings& warnings_;
+    std::shared_ptr<const Decryptor> decryptor_;
     std::optional<std::uint64_t> headerOffset_;
     CrossReferenceTable table_;
     std::unordered_map<std::uint32_t, CachedStream> streams_;

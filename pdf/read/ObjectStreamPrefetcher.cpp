@@ -13,12 +13,13 @@ ObjectStreamPrefetcher::~ObjectStreamPrefetcher() {
     thread_.join();
 }
 
-void ObjectStreamPrefetcher::expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams) {
+void ObjectStreamPrefetcher::expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams,
+                                    const std::shared_ptr<const Decryptor>& decryptor) {
     if (streams.empty()) return;
     const std::lock_guard lock(mutex_);
     for (const Wanted& stream : streams) {
         const Key key{file.get(), stream.number};
-        if (!jobs_.try_emplace(key, Job{file, stream.offset, State::Waiting, nullptr}).second) continue;
+        if (!jobs_.try_emplace(key, Job{file, decryptor, stream.offset, State::Waiting, nullptr}).second) continue;
         order_.push_back(key);
     }
     wakeReader();
@@ -79,10 +80,11 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
     if (job == jobs_.end() || job->second.state != State::Waiting) return;
     job->second.state = State::Reading;  // keeps the job where it is until it is Ready
     const std::shared_ptr<InputFile> input = job->second.file;
+    const std::shared_ptr<const Decryptor> decryptor = job->second.decryptor;
     const std::uint64_t offset = job->second.offset;
     lock.unlock();
     if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input);
-    auto objects = read(*file_, key.second, offset);
+    auto objects = read(*file_, decryptor.get(), key.second, offset);
     lock.lock();
     if (objects) ahead_ += objects->bytes().size();
     job->second.objects = std::move(objects);
@@ -91,10 +93,10 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
 }
 
 /// Only a stream that describes itself without other objects can be read apart from the rest of its file.
-std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, std::uint32_t number,
-                                                                 std::uint64_t offset) {
+std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, const Decryptor* decryptor,
+                                                                 std::uint32_t number, std::uint64_t offset) {
     bool plain = true;
-    const auto stream = readStreamAt(file, offset, [&plain](Reference) {
+    auto stream = readStreamAt(file, offset, [&plain](Reference) {
         plain = false;
         return Object();
     });
@@ -102,6 +104,7 @@ std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& fil
     for (const char* key : {"N", "First", "Filter", "DecodeParms"}) {
         if (stream->dictionary[key].reference()) return nullptr;
     }
+    if (decryptor && !decryptor->decrypt(stream->reference, stream->dictionary, stream->data)) return nullptr;
     return ObjectStream::decode(*stream);
 }
 

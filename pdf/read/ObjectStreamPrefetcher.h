@@ -2,6 +2,7 @@
 
 #include "pdf/io/BlockCache.h"
 #include "pdf/read/ObjectStream.h"
+#include "pdf/security/Decryptor.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -31,7 +32,9 @@ public:
     ~ObjectStreamPrefetcher();
 
     /// Announces streams of `file` that will be asked for, about in this order, behind those announced before.
-    void expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams);
+    /// `decryptor` deciphers them; null where they are not enciphered.
+    void expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams,
+                const std::shared_ptr<const Decryptor>& decryptor = nullptr);
     /// The stream, each once; null when the caller must read it itself.
     [[nodiscard]] std::shared_ptr<const ObjectStream> take(const InputFile& file, std::uint32_t number);
     /// Drops what was announced of `file` and not taken.
@@ -41,6 +44,7 @@ private:
     enum class State { Waiting, Reading, Ready };
     struct Job {
         std::shared_ptr<InputFile> file;
+        std::shared_ptr<const Decryptor> decryptor;
         std::uint64_t offset = 0;
         State state = State::Waiting;
         std::shared_ptr<const ObjectStream> objects;
@@ -51,8 +55,8 @@ private:
     void wakeReader();
     void waitFor(const Job& job, std::unique_lock<std::mutex>& lock);
     void readNext(std::unique_lock<std::mutex>& lock);
-    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, std::uint32_t number,
-                                                                  std::uint64_t offset);
+    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, const Decryptor* decryptor,
+                                                                  std::uint32_t number, std::uint64_t offset);
 
     // Bytes inflated and not taken yet beyond which the thread waits.
     static constexpr std::size_t mostAhead = 3U << 20U;

@@ -23,10 +23,11 @@ Source::~Source() {
 
 bool Source::load() {
     const std::lock_guard lock(mutex_);
-    document_ = SourceDocument::load(file_, warnings_, believeCounts_);
+    document_ = SourceDocument::load(file_, warnings_, believeCounts_, keys_);
     if (!document_) return false;
     pageCount_ = static_cast<std::uint32_t>(document_->pages().pages().size());
     encrypted_ = document_->isEncrypted();
+    if (encrypted_) permissions_ = keys_.decryptor()->dictionary()->permissions;
     version_ = document_->version();
     document_->trim();
     return true;
@@ -37,9 +38,26 @@ std::vector<std::string> Source::warnings() const {
     return warnings_.lines();
 }
 
+Access Source::unlock(std::string_view utf8Password) {
+    if (!encrypted_) return Access::Owner;
+    Access access = Access::None;
+    {
+        const std::lock_guard lock(mutex_);
+        const bool wasLocked = keys_.decryptor()->isLocked();
+        access = keys_.open(utf8Password);
+        if (!wasLocked || access == Access::None) return access;
+        document_.reset();  // what was read without the key is not all there is
+        SourceRegistry::instance().drop(*this);
+    }
+    const SourceAccess opened(*this);
+    pageCount_ = opened.document() ? static_cast<std::uint32_t>(opened.document()->pages().pages().size()) : 0;
+    return access;
+}
+
 SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex_) {
     if (!source_.document_)
-        source_.document_ = SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_);
+        source_.document_ =
+            SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_, source_.keys_);
 }
 
 SourceAccess::~SourceAccess() {

@@ -2,9 +2,11 @@
 
 #include "pdf/read/SourceDocument.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillon::pdf {
@@ -30,9 +32,15 @@ public:
 
     [[nodiscard]] const std::string& path() const noexcept { return file_->path(); }
     [[nodiscard]] const std::shared_ptr<InputFile>& file() const noexcept { return file_; }
-    /// 0 while the document is locked.
+    /// While the file is locked, the number of pages if it can be told without the key, otherwise 0.
     [[nodiscard]] std::size_t pageCount() const noexcept { return pageCount_; }
     [[nodiscard]] bool isEncrypted() const noexcept { return encrypted_; }
+    /// What `utf8Password` gives; everything for a file that is not encrypted. Once a password has opened the file, it
+    /// can be read for as long as the source lives: who has not given one must be kept off by the caller. A password
+    /// that was tried before costs nothing.
+    [[nodiscard]] Access unlock(std::string_view utf8Password);
+    /// What those may do who have the user's password: the entry `P`, bit 1 the lowest (ISO 32000-2, table 22).
+    [[nodiscard]] std::uint32_t permissions() const noexcept { return permissions_; }
     [[nodiscard]] Version version() const noexcept { return version_; }
     [[nodiscard]] std::vector<std::string> warnings() const;
 
@@ -45,11 +53,13 @@ private:
     mutable std::mutex mutex_;
     std::unique_ptr<SourceDocument> document_;  // null while dropped; guarded by mutex_
     Warnings warnings_;                         // guarded by mutex_
-    std::uint32_t pageCount_ = 0;               // set once, before the source is shared
-    Version version_ = 10;                      // likewise
-    bool encrypted_ = false;                    // likewise
-    bool believeCounts_ = true;                 // guarded by mutex_
     int holds_ = 0;                             // guarded by mutex_; of SourceHolds
+    Keyring keys_;                              // guarded by mutex_
+    std::atomic<std::uint32_t> pageCount_ = 0;
+    std::uint32_t permissions_ = UINT32_MAX;  // set once, before the source is shared
+    Version version_ = 10;                    // likewise
+    bool encrypted_ = false;                  // likewise
+    bool believeCounts_ = true;               // guarded by mutex_
 };
 
 /// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that

@@ -33,6 +33,23 @@ std::optional<Rectangle> readRectangle(ObjectReader& reader, const Object& objec
     return box;
 }
 
+/// A copy of `object` without references, down to `depth` levels.
+Object resolved(ObjectReader& reader, const Object& object, int depth) {
+    Object value = reader.resolve(object);
+    if (depth == 0) return value;
+    if (const Array* array = value.array()) {
+        Array copy;
+        for (const Object& element : *array) copy.push_back(resolved(reader, element, depth - 1));
+        return copy;
+    }
+    if (const Dictionary* dictionary = value.dictionary()) {
+        Dictionary copy;
+        for (const auto& [key, entry] : dictionary->entries()) copy.append(key, resolved(reader, entry, depth - 1));
+        return copy;
+    }
+    return value;
+}
+
 /// The value of `Kids` in a node of the page tree; empty for a page.
 std::string_view kidsOfNode(std::string_view dictionary) {
     std::string_view kids;
@@ -47,24 +64,46 @@ std::string_view kidsOfNode(std::string_view dictionary) {
 }  // namespace
 
 std::unique_ptr<SourceDocument> SourceDocument::load(const std::shared_ptr<InputFile>& file, Warnings& warnings,
-                                                     bool believeCounts) {
+                                                     bool believeCounts, Keyring& keys) {
     std::unique_ptr<SourceDocument> document(new SourceDocument(file, warnings, believeCounts));
-    if (document->readStructure()) return document;
+    if (document->readStructure(keys)) return document;
     const bool again =
         document->reader_.recover("the catalog or the page tree cannot be read; the file was scanned for objects");
-    if (again && document->readStructure()) return document;
+    if (again && document->readStructure(keys)) return document;
     return document->collectPages() ? std::move(document) : nullptr;
 }
 
 /// False when the road from the trailer to the page tree is broken.
-bool SourceDocument::readStructure() {
-    encrypted_ = !reader_.resolve(reader_.trailer()["Encrypt"]).isNull();
-    if (encrypted_) {
-        readVersion(nullptr);
-        pages_ = std::make_unique<PageTree>(std::vector<Reference>{});
-        return true;
+bool SourceDocument::readStructure(Keyring& keys) {
+    if (!isEncrypted()) readProtection(keys);
+    const std::size_t warningsBefore = reader_.warnings().lines().size();
+    bool found = readTree();
+    // The search for objects may have come upon a trailer that speaks of protection.
+    if (!isEncrypted() && !reader_.resolve(reader_.trailer()["Encrypt"]).isNull()) return readStructure(keys);
+    if (!isLocked()) return found;
+    // Of a tree that lies partly in enciphered object streams, not even the count is right; that is no damage.
+    found = found && reader_.warnings().lines().size() == warningsBefore;
+    reader_.warnings().keepFirst(warningsBefore);
+    if (found) return true;
+    catalog_.reset();
+    readVersion(nullptr);
+    pages_ = std::make_unique<PageTree>(std::vector<Reference>{});
+    return true;
+}
+
+/// To be done before anything else is read, since what this reads itself is never enciphered.
+void SourceDocument::readProtection(Keyring& keys) {
+    const Object encrypt = reader_.resolve(reader_.trailer()["Encrypt"]);
+    if (encrypt.isNull()) return;
+    if (!keys.isKnown()) {
+        constexpr int deepest = 3;  // the entries of a crypt filter
+        const Object id = resolved(reader_, reader_.trailer()["ID"], 1);
+        const bool hasId = id.array() && !id.array()->empty() && id.array()->front().string();
+        const Object whole = resolved(reader_, encrypt, deepest);
+        keys.learn(EncryptionDictionary::read(whole.dictionary() ? *whole.dictionary() : Dictionary(),
+                                              hasId ? *id.array()->front().string() : std::string()));
     }
-    return readTree();
+    reader_.setDecryptor(keys.decryptor());
 }
 
 bool SourceDocument::readTree() {

@@ -3,6 +3,7 @@
 #include "pdf/Geometry.h"
 #include "pdf/read/ObjectReader.h"
 #include "pdf/read/PageTree.h"
+#include "pdf/security/Keyring.h"
 
 #include <memory>
 #include <optional>
@@ -18,14 +19,17 @@ using Version = int;
 class SourceDocument {
 public:
     /// Null when no document can be found in the file. `warnings` must outlive the result.
-    /// With `believeCounts`, a large page tree is read without looking at every page.
+    /// With `believeCounts`, a large page tree is read without looking at every page. `keys` learns how the file is
+    /// protected, or says how it can be read.
     [[nodiscard]] static std::unique_ptr<SourceDocument> load(const std::shared_ptr<InputFile>& file,
-                                                              Warnings& warnings, bool believeCounts);
+                                                              Warnings& warnings, bool believeCounts, Keyring& keys);
 
     [[nodiscard]] ObjectReader& reader() noexcept { return reader_; }
-    /// Empty while the document is locked.
+    /// While the document is locked, what can be read of them without the key: all or none.
     [[nodiscard]] const PageTree& pages() const noexcept { return *pages_; }
-    [[nodiscard]] bool isEncrypted() const noexcept { return encrypted_; }
+    [[nodiscard]] bool isEncrypted() const noexcept { return reader_.decryptor() != nullptr; }
+    /// Whether nothing but the structure can be read, for want of a password.
+    [[nodiscard]] bool isLocked() const noexcept { return isEncrypted() && reader_.decryptor()->isLocked(); }
     /// The highest version that the header or the catalog names.
     [[nodiscard]] Version version() const noexcept { return version_; }
     /// The reference of the catalog; nothing when it was never found and the pages were collected without it.
@@ -50,7 +54,8 @@ private:
     SourceDocument(const std::shared_ptr<InputFile>& file, Warnings& warnings, bool believeCounts)
         : reader_(file, warnings), believeCounts_(believeCounts) {}
 
-    bool readStructure();
+    bool readStructure(Keyring& keys);
+    void readProtection(Keyring& keys);
     bool readTree();
     bool collectPages();
     void readVersion(const Dictionary* catalog);
@@ -60,7 +65,6 @@ private:
     std::unique_ptr<PageTree> pages_;
     std::optional<Reference> catalog_;
     Version version_ = 10;
-    bool encrypted_ = false;
     bool believeCounts_;
     bool misled_ = false;
 };

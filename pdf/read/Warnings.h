@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -19,6 +21,9 @@ public:
 
     /// `object` 0 and `offset` negative: the line names none.
     void add(std::string_view text, std::uint32_t object = 0, std::int64_t offset = -1);
+
+    /// Takes back all but the first `count` lines.
+    void keepFirst(std::size_t count) { lines_.resize(std::min(count, lines_.size())); }
 
     [[nodiscard]] const std::vector<std::string>& lines() const noexcept { return lines_; }
 

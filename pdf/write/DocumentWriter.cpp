@@ -19,6 +19,8 @@ namespace {
 
 // Cross-reference and object streams came with PDF 1.5.
 constexpr Version lowestVersion = 15;
+// The only protection that is not deprecated came with PDF 2.0.
+constexpr Version protectedVersion = 20;
 
 /// One run of writeDocument, from the first byte of the file to the last.
 class DocumentWriter {
@@ -60,7 +62,8 @@ private:
 
 bool DocumentWriter::write(WriteResult& result) {
     writeHeader();
-    ObjectOutput output(file_);
+    const auto encryptor = plan_.protection ? std::make_unique<const Encryptor>(*plan_.protection) : nullptr;
+    ObjectOutput output(file_, encryptor.get());
     output_ = &output;
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
@@ -100,7 +103,7 @@ bool DocumentWriter::write(WriteResult& result) {
 }
 
 void DocumentWriter::writeHeader() {
-    Version version = lowestVersion;
+    Version version = plan_.protection ? protectedVersion : lowestVersion;
     for (const SourcePlan& source : sources_) version = std::max(version, source.source()->version());
     // The four bytes beyond ASCII tell transfer programs that the file is binary.
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
@@ -108,18 +111,18 @@ void DocumentWriter::writeHeader() {
 
 void DocumentWriter::announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
     const SourceAccess access(*source.source());
-    if (!access.document() || access.document()->isEncrypted()) return;
-    prefetcher.expect(source.source()->file(), access.document()->reader().objectStreams());
+    if (!access.document() || access.document()->isLocked()) return;
+    const ObjectReader& reader = access.document()->reader();
+    prefetcher.expect(source.source()->file(), reader.objectStreams(), reader.decryptor());
 }
 
 void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
     SourceAccess access(*source.source());
     SourceDocument* document = access.document();
-    if (!document || document->isEncrypted()) {
-        for (const SourcePlan::Copy& copy : source.copies()) {
-            drop(copy.outputPage, source.source()->path(),
-                 "has changed or gone since it was opened; its pages are left out");
-        }
+    if (!document || document->isLocked()) {
+        const std::string_view reason = document ? "is protected and could not be unlocked; its pages are left out"
+                                                 : "has changed or gone since it was opened; its pages are left out";
+        for (const SourcePlan::Copy& copy : source.copies()) drop(copy.outputPage, source.source()->path(), reason);
         return;
     }
     document->reader().setPrefetcher(&prefetcher);

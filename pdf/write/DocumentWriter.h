@@ -2,11 +2,13 @@
 
 #include "pdf/Geometry.h"
 #include "pdf/read/SourcePage.h"
+#include "pdf/security/Encryptor.h"
 #include "pdf/write/PageProducer.h"
 #include "pdf/write/Painting.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -43,6 +45,8 @@ struct DocumentPlan {
     std::vector<std::pair<std::string, std::string>> information;
     /// The XMP metadata of the document, in place of the base's; empty: those stay.
     std::string metadata;
+    /// Nothing: whoever has the file can read it.
+    std::optional<Protection> protection;
     /// Wait until the file has reached the disk.
     bool sync = true;
 };
@@ -58,7 +62,8 @@ struct WriteResult {
 /// Not written are a document without any page, and one whose target cannot be written.
 ///
 /// The sources are copied one after the other, each with all its pages, since the order of pages is only in the page
-/// tree; a second thread deflates and writes. The same plan gives the same bytes.
+/// tree; a second thread deflates and writes. The same plan gives the same bytes, unless it is protected: keys are made
+/// at random. Pages of a source that is locked are left out.
 [[nodiscard]] WriteResult writeDocument(const DocumentPlan& plan, const std::string& target);
 
 }  // namespace quillon::pdf

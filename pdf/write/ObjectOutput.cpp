@@ -3,6 +3,7 @@
 #include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
 #include "pdf/object/Object.h"
+#include "pdf/security/StringRewriter.h"
 
 #include <algorithm>
 #include <array>
@@ -37,7 +38,8 @@ std::string idText(std::string_view firstId, XXH128_hash_t digest) {
 
 }  // namespace
 
-ObjectOutput::ObjectOutput(OutputFile& file) : file_(file), pipeline_(file) {
+ObjectOutput::ObjectOutput(OutputFile& file, const Encryptor* encryptor)
+    : file_(file), encryptor_(encryptor), pipeline_(file, encryptor) {
     beginBody();
 }
 
@@ -75,19 +77,37 @@ void ObjectOutput::beginBody() {
 
 void ObjectOutput::flushChunk() {
     if (chunk_.empty()) return;
-    pipeline_.write(std::move(chunk_), std::move(chunkObjects_));
+    pipeline_.write(std::move(chunk_), std::move(chunkObjects_), std::move(chunkSealed_));
     chunk_ = pipeline_.buffer();
     chunkObjects_.clear();
+    chunkSealed_.clear();
 }
 
 void ObjectOutput::beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length) {
     chunkObjects_.push_back({number, chunk_.size()});
     chunk_ += std::to_string(number);
     chunk_ += " 0 obj\n<<";
-    chunk_ += entries;
+    if (encryptor_ && mayHoldString(entries)) {
+        chunk_ += encryptor_->withStrings(entries);
+    } else {
+        chunk_ += entries;
+    }
     chunk_ += "/Length ";
-    chunk_ += std::to_string(length);
+    chunk_ += std::to_string(encryptor_ ? Encryptor::lengthOf(length) : length);
     chunk_ += ">>stream\n";
+}
+
+/// To be called in front of data that is enciphered in the chunk.
+void ObjectOutput::makeRoom() {
+    if (encryptor_) chunk_.append(aesBlock, '\0');
+}
+
+/// To be called behind data that begins at `begin` of the chunk.
+void ObjectOutput::sealData(std::size_t begin) {
+    if (!encryptor_) return;
+    const std::size_t length = chunk_.size() - begin;
+    chunkSealed_.push_back({begin - aesBlock, length});
+    chunk_.resize(begin - aesBlock + static_cast<std::size_t>(Encryptor::lengthOf(length)));
 }
 
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
@@ -97,6 +117,7 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     const std::size_t before = chunk_.size();
     const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
     beginStream(own, entries, extent.length);
+    makeRoom();
     const std::size_t begin = chunk_.size();
     const std::size_t got = file.append(extent.offset, static_cast<std::size_t>(extent.length), chunk_);
     if (got < extent.length) noteShortened(file.file().path());
@@ -116,6 +137,7 @@ std::uint32_t ObjectOutput::endStream(const OpenStream& stream, std::string_view
     }
     if (stream.shareable) static_cast<void>(reserve());
     streams_.add(key, stream.number, &file, ranges);
+    sealData(stream.data);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return stream.number;
@@ -148,14 +170,46 @@ std::uint32_t ObjectOutput::addObject(std::string_view value) {
     return number;
 }
 
+std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
+                                          StreamExtent extent, StreamKey key) {
+    if (key.cipher == Cipher::Identity) return addFileStream(number, entries, file, extent);
+    if (extent.length <= largeStream) {
+        std::string data;
+        if (file.append(extent.offset, static_cast<std::size_t>(extent.length), data) < extent.length) {
+            noteShortened(file.file().path());
+            data.resize(static_cast<std::size_t>(extent.length));
+        }
+        decryptStream(key, data);
+        return addData(number, entries, data);
+    }
+    auto reader = std::make_unique<DecryptingReader>(file.sharedFile(), extent.offset, extent.length, std::move(key));
+    const auto known = streams_.key(entries, *reader);
+    if (const auto equal = number == 0 ? streams_.find(known) : std::nullopt) return *equal;
+    reader->rewind();
+    if (number == 0) number = reserve();
+    streams_.add(known, number, nullptr, {});
+    beginStream(number, entries, reader->length());
+    flushChunk();
+    pipeline_.copy(std::move(reader));
+    pipeline_.write(std::string(streamEnd), {});
+    return number;
+}
+
 std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const char> data) {
-    const std::string_view bytes(data.data(), data.size());
-    const auto key = streams_.key(entries, bytes);
-    if (const auto known = streams_.find(key, bytes)) return *known;
-    const std::uint32_t number = reserve();
+    return addData(0, entries, {data.data(), data.size()});
+}
+
+/// An equal stream is used instead unless `number` is given (not 0).
+std::uint32_t ObjectOutput::addData(std::uint32_t number, std::string_view entries, std::string_view data) {
+    const auto key = streams_.key(entries, data);
+    if (const auto known = number == 0 ? streams_.find(key, data) : std::nullopt) return *known;
+    if (number == 0) number = reserve();
     streams_.add(key, number, nullptr, {});
     beginStream(number, entries, data.size());
-    chunk_ += bytes;
+    makeRoom();
+    const std::size_t begin = chunk_.size();
+    chunk_ += data;
+    sealData(begin);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return number;
@@ -170,6 +224,7 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::share
     const std::size_t before = chunk_.size();
     const auto own = static_cast<std::uint32_t>(places_.size());
     beginStream(own, entries, length);
+    makeRoom();
     const std::size_t begin = chunk_.size();
     for (const FileRange& range : ranges) {
         const std::size_t at = chunk_.size();
@@ -189,6 +244,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     if (!pipeline_.finish()) return false;
     for (const std::string& path : pipeline_.shortened()) noteShortened(path);
     for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
+    const std::string encryption = encryptionEntry();
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();
     places_[own] = offset;
@@ -198,12 +254,23 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     std::string deflated;
     Deflater(1).deflate(predictUp(rows, rowBytes), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
-                       std::to_string(width) + " 2]" + std::string(trailer) + idText(firstId, pipeline_.digest()) +
-                       "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " + std::to_string(rowBytes) +
-                       ">>/Length " + std::to_string(deflated.size()) + ">>stream\n" + deflated;
+                       std::to_string(width) + " 2]" + std::string(trailer) + encryption +
+                       idText(firstId, pipeline_.digest()) + "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
+                       std::to_string(rowBytes) + ">>/Length " + std::to_string(deflated.size()) + ">>stream\n" +
+                       deflated;
     text += streamEnd;
     text += "startxref\n" + std::to_string(offset) + "\n%%EOF\n";
     return file_.write(text);
+}
+
+/// Writes the encryption dictionary, if there is one, as an object of its own, since it may not be in an object stream.
+/// Returns the entry of the trailer.
+std::string ObjectOutput::encryptionEntry() {
+    if (!encryptor_) return {};
+    const std::string number = std::to_string(reserve());
+    places_.back() = file_.size();
+    file_.write(number + " 0 obj\n" + encryptor_->dictionary() + "\nendobj\n");
+    return "/Encrypt " + number + " 0 R";
 }
 
 /// The rows of the cross-reference stream: type, place in `width` bytes, index or generation in two.

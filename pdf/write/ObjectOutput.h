@@ -17,7 +17,8 @@ namespace quillon::pdf {
 /// Used by one thread.
 class ObjectOutput final : public ObjectSink {
 public:
-    explicit ObjectOutput(OutputFile& file);
+    /// `encryptor` protects what is written and must outlive this; null: nothing does.
+    explicit ObjectOutput(OutputFile& file, const Encryptor* encryptor = nullptr);
 
     /// A number for an object that is written later, or never: then it reads as null.
     [[nodiscard]] std::uint32_t reserve();
@@ -31,6 +32,10 @@ public:
     /// Writes a stream whose data is part of a file. `entries` as for addStream. An equal stream that is written
     /// already is used instead, unless `number` is given (not 0). Returns the object number.
     std::uint32_t addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file, StreamExtent extent);
+
+    /// The same for data that is enciphered in the file.
+    std::uint32_t addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file, StreamExtent extent,
+                                StreamKey key);
 
     std::uint32_t addObject(std::string_view value) override;
     std::uint32_t addStream(std::string_view entries, std::span<const char> data) override;
@@ -67,6 +72,9 @@ private:
     void flushChunk();
     void noteShortened(const std::string& path);
     void beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length);
+    void makeRoom();
+    void sealData(std::size_t begin);
+    std::uint32_t addData(std::uint32_t number, std::string_view entries, std::string_view data);
     std::uint32_t copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
                             std::span<const FileRange> ranges);
     [[nodiscard]] std::string crossReferences(unsigned width) const;
@@ -80,7 +88,10 @@ private:
     // Data longer than this is not held in memory but copied when its turn comes.
     static constexpr std::uint64_t largeStream = 4U << 20U;
 
+    [[nodiscard]] std::string encryptionEntry();
+
     OutputFile& file_;
+    const Encryptor* encryptor_;
     OutputPipeline pipeline_;
     StreamIndex streams_;
     std::vector<std::shared_ptr<InputFile>> held_;  // files of the index that nobody else may hold
@@ -88,6 +99,7 @@ private:
     std::vector<Packed> packed_;
     std::string chunk_;
     std::vector<OutputPipeline::Placed> chunkObjects_;
+    std::vector<OutputPipeline::Sealed> chunkSealed_;
     std::vector<std::string> shortened_;
     // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in
     // the upper bits and an index in the lower 16.

@@ -12,8 +12,8 @@ constexpr int deflateLevel = 1;
 
 }  // namespace
 
-OutputPipeline::OutputPipeline(OutputFile& file)
-    : file_(file), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
+OutputPipeline::OutputPipeline(OutputFile& file, const Encryptor* encryptor)
+    : file_(file), encryptor_(encryptor), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
     if (!hash_) throw std::bad_alloc();
     XXH3_128bits_reset(hash_.get());
     thread_ = std::thread([this] { run(); });
@@ -23,16 +23,18 @@ OutputPipeline::~OutputPipeline() {
     static_cast<void>(finish());
 }
 
-void OutputPipeline::write(std::string bytes, std::vector<Placed> objects) {
+void OutputPipeline::write(std::string bytes, std::vector<Placed> objects, std::vector<Sealed> sealed) {
     auto item = std::make_unique<Item>();
+    if (!sealed.empty()) item->state = State::ToPrepare;
     item->bytes = std::move(bytes);
     item->objects = std::move(objects);
+    item->sealed = std::move(sealed);
     push(std::move(item));
 }
 
 void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary, std::string body) {
     auto item = std::make_unique<Item>();
-    item->state = State::ToDeflate;
+    item->state = State::ToPrepare;
     item->bytes = std::move(body);
     item->dictionary = std::move(dictionary);
     item->objects.push_back({number, 0});
@@ -46,14 +48,20 @@ void OutputPipeline::copy(std::shared_ptr<InputFile> file, std::vector<FileRange
     push(std::move(item));
 }
 
+void OutputPipeline::copy(std::unique_ptr<DecryptingReader> reader) {
+    auto item = std::make_unique<Item>();
+    item->reader = std::move(reader);
+    push(std::move(item));
+}
+
 void OutputPipeline::push(std::unique_ptr<Item> item) {
     std::unique_lock lock(mutex_);
     ahead_ += item->bytes.size();
     items_.push_back(std::move(item));
     if (writerWaits_ && ahead_ >= wakeBytes) changed_.notify_all();
     while (ahead_ > mostAhead) {
-        if (Item* todo = nextToDeflate()) {
-            deflateUnlocked(*todo, callersDeflater_, lock);
+        if (Item* todo = nextToPrepare()) {
+            prepareUnlocked(*todo, callersDeflater_, lock);
             if (writerWaits_) changed_.notify_all();
         } else {
             callerWaits_ = true;
@@ -83,22 +91,37 @@ std::string OutputPipeline::buffer() {
     return buffer;
 }
 
-OutputPipeline::Item* OutputPipeline::nextToDeflate() {
-    const auto found = std::ranges::find(items_, State::ToDeflate, [](const auto& item) { return item->state; });
+OutputPipeline::Item* OutputPipeline::nextToPrepare() {
+    const auto found = std::ranges::find(items_, State::ToPrepare, [](const auto& item) { return item->state; });
     return found == items_.end() ? nullptr : found->get();
 }
 
-void OutputPipeline::deflateUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock) {
-    item.state = State::Deflating;
+void OutputPipeline::prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock) {
+    item.state = State::Preparing;
+    const std::size_t before = item.bytes.size();
     lock.unlock();
+    if (!item.dictionary.empty()) deflate(item, deflater);
+    for (const Sealed& data : item.sealed) {
+        const auto room = static_cast<std::size_t>(Encryptor::lengthOf(data.length));
+        encryptor_->seal(std::span(item.bytes).subspan(data.begin, room), data.length);
+    }
+    lock.lock();
+    ahead_ -= before;
+    ahead_ += item.bytes.size();
+    item.state = State::Ready;
+}
+
+void OutputPipeline::deflate(Item& item, Deflater& deflater) {
     std::string deflated = buffer();
     deflater.deflate(item.bytes, deflated);
-    lock.lock();
-    ahead_ -= item.bytes.size();
-    ahead_ += deflated.size();
     item.bytes.swap(deflated);
+    if (encryptor_) {
+        item.sealed = {{0, item.bytes.size()}};
+        item.bytes.insert(0, aesBlock, '\0');
+        item.bytes.resize(static_cast<std::size_t>(Encryptor::lengthOf(item.sealed.front().length)));
+    }
+    const std::lock_guard lock(mutex_);
     if (spare_.size() < mostSpare) spare_.push_back(std::move(deflated));
-    item.state = State::Ready;
 }
 
 void OutputPipeline::run() {
@@ -114,8 +137,8 @@ void OutputPipeline::run() {
             ahead_ -= item->bytes.size();
             if (spare_.size() < mostSpare) spare_.push_back(std::move(item->bytes));
             if (callerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
-        } else if (Item* todo = nextToDeflate()) {
-            deflateUnlocked(*todo, deflater, lock);
+        } else if (Item* todo = nextToPrepare()) {
+            prepareUnlocked(*todo, deflater, lock);
         } else if (done_ && items_.empty()) {
             return;
         } else {
@@ -137,7 +160,26 @@ void OutputPipeline::writeItem(Item& item) {
     }
     for (const Placed& object : item.objects) places_.push_back({object.number, file_.size() + object.offset});
     put(item.bytes);
+    if (item.file || item.reader) writeCopy(item);
+}
+
+void OutputPipeline::writeCopy(Item& item) {
+    if (encryptor_) sealing_.emplace(*encryptor_);
     for (const FileRange& range : item.ranges) copyRange(*item.file, range);
+    if (item.reader) {
+        for (auto piece = item.reader->next(); !piece.empty() && !failed_; piece = item.reader->next()) copyData(piece);
+        if (item.reader->hasShortened()) noteShortened(item.reader->file()->path());
+    }
+    if (sealing_) put(sealing_->finish());
+    sealing_.reset();
+}
+
+void OutputPipeline::copyData(std::string_view bytes) {
+    put(sealing_ ? sealing_->next(bytes) : bytes);
+}
+
+void OutputPipeline::noteShortened(const std::string& path) {
+    if (std::ranges::find(shortened_, path) == shortened_.end()) shortened_.push_back(path);
 }
 
 void OutputPipeline::copyRange(InputFile& file, FileRange range) {
@@ -148,9 +190,9 @@ void OutputPipeline::copyRange(InputFile& file, FileRange range) {
         const std::size_t got = file.readAt(range.offset, std::span(copyBuffer_));
         if (got < wanted) {
             std::fill(copyBuffer_.begin() + static_cast<std::ptrdiff_t>(got), copyBuffer_.end(), '\0');
-            if (std::ranges::find(shortened_, file.path()) == shortened_.end()) shortened_.push_back(file.path());
+            noteShortened(file.path());
         }
-        put(copyBuffer_);
+        copyData(copyBuffer_);
         range.offset += wanted;
         range.length -= wanted;
     }

@@ -94,7 +94,9 @@ std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference) {
 }
 
 std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t number, const ObjectText& object) {
-    const std::string_view dictionary = object.value();
+    std::string withoutCrypt;
+    StreamKey key = reader_.streamKey(reference.number, object, withoutCrypt).value_or(StreamKey());
+    const std::string_view dictionary = withoutCrypt.empty() ? object.value() : std::string_view(withoutCrypt);
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
     std::string entries;
@@ -118,7 +120,7 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
                                static_cast<std::int64_t>(object.offset));
         extent.length = 0;
     }
-    return output_.addFileStream(number, entries, reader_.file(), extent);
+    return output_.addFileStream(number, entries, reader_.file(), extent, std::move(key));
 }
 
 /// False when the dictionary is malformed.

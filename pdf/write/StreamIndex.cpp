@@ -83,6 +83,15 @@ StreamIndex::Key StreamIndex::key(std::string_view dictionary, InputFile& file,
     return {XXH3_128bits_digest(state.get()), lengthOf(ranges)};
 }
 
+StreamIndex::Key StreamIndex::key(std::string_view dictionary, DecryptingReader& data) const {
+    const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(), XXH3_freeState);
+    XXH3_128bits_reset_withSeed(state.get(), XXH3_64bits_withSeed(dictionary.data(), dictionary.size(), seed_));
+    for (std::string_view bytes = data.next(); !bytes.empty(); bytes = data.next()) {
+        XXH3_128bits_update(state.get(), bytes.data(), bytes.size());
+    }
+    return {XXH3_128bits_digest(state.get()), data.length()};
+}
+
 const StreamIndex::Known* StreamIndex::known(const Key& key) const {
     const auto found = known_.find(key.hash.low64);
     if (found == known_.end()) return nullptr;
@@ -110,6 +119,11 @@ std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile& file,
     if (comparable && !sameBytes(file, ranges.front(), *equal->file, {equal->offset, equal->length}))
         return std::nullopt;
     return equal->number;
+}
+
+std::optional<std::uint32_t> StreamIndex::find(const Key& key) const {
+    const Known* equal = known(key);
+    return equal ? std::optional(equal->number) : std::nullopt;
 }
 
 void StreamIndex::add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges) {

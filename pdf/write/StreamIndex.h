@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/security/DecryptingReader.h"
 #include "pdf/write/ObjectSink.h"
 
 #include <xxhash.h>
@@ -28,12 +29,16 @@ public:
 
     [[nodiscard]] Key key(std::string_view dictionary, std::string_view data) const;
     [[nodiscard]] Key key(std::string_view dictionary, InputFile& file, std::span<const FileRange> ranges) const;
+    /// Reads `data` to its end.
+    [[nodiscard]] Key key(std::string_view dictionary, DecryptingReader& data) const;
 
     /// The number of an equal stream; nothing if there is none. `data` is the data if it is in memory, otherwise it is
     /// read from `ranges` of `file`.
     [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, std::string_view data) const;
     [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile& file,
                                                     std::span<const FileRange> ranges) const;
+    /// The same by the hash alone, for data that is not in one piece of a file.
+    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key) const;
     /// `file` must outlive the index; null for data made in memory.
     void add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges);
 

@@ -50,6 +50,17 @@ QByteArray readMetadata(pdf::SourceDocument& document, DocumentInformation& info
     return bytes ? QByteArray::fromStdString(*bytes) : QByteArray();
 }
 
+/// Nothing when there is no password.
+std::optional<pdf::Protection> protectionFrom(const QVariantMap& options) {
+    if (!options.contains(kCGPDFContextUserPassword) && !options.contains(kCGPDFContextOwnerPassword)) return {};
+    pdf::Protection protection;
+    protection.userPassword = options.value(kCGPDFContextUserPassword).toString().toStdString();
+    protection.ownerPassword = options.value(kCGPDFContextOwnerPassword).toString().toStdString();
+    protection.allowsCopying = options.value(kCGPDFContextAllowsCopying, true).toBool();
+    protection.allowsPrinting = options.value(kCGPDFContextAllowsPrinting, true).toBool();
+    return protection;
+}
+
 }  // namespace
 
 PDFDocument::PDFDocument() = default;
@@ -66,8 +77,13 @@ bool PDFDocument::open(const QUrl& url) {
     source_ = pdf::Source::open(path);
     if (!source_) return false;
     opening_ = pdf::newOpening();
-    pages_ = PageList(source_->pageCount(), [this](std::size_t index) { return makePage(index); });
+    access_ = source_->unlock({});
+    if (!isLocked()) takePages();
     return true;
+}
+
+void PDFDocument::takePages() {
+    pages_ = PageList(source_->pageCount(), [this](std::size_t index) { return makePage(index); });
 }
 
 PDFDocument::PageFactory PDFDocument::pageClass() const {
@@ -85,19 +101,45 @@ bool PDFDocument::isEncrypted() const {
 }
 
 bool PDFDocument::isLocked() const {
-    return isEncrypted();
+    return access_ == pdf::Access::None;
 }
 
-bool PDFDocument::unlockWithPassword(const QString&) {
-    return !isLocked();
+bool PDFDocument::permits(unsigned bit) const {
+    if (access_ != pdf::Access::User) return access_ == pdf::Access::Owner;
+    return (source_->permissions() >> (bit - 1) & 1U) != 0;
+}
+
+bool PDFDocument::allowsCopying() const {
+    constexpr unsigned copying = 5;
+    return permits(copying);
+}
+
+bool PDFDocument::allowsPrinting() const {
+    constexpr unsigned printing = 3;
+    return permits(printing);
+}
+
+bool PDFDocument::unlockWithPassword(const QString& password) {
+    if (!isEncrypted()) return true;
+    const pdf::Access access = source_->unlock(password.toStdString());
+    if (access == pdf::Access::None) return false;
+    const bool wasLocked = isLocked();
+    access_ = std::max(access_, access);
+    if (wasLocked) takePages();
+    return true;
 }
 
 int PDFDocument::pageCount() const {
+    const bool hidden = isLocked() && listedPages() == 0;
+    return hidden ? static_cast<int>(source_->pageCount()) : listedPages();
+}
+
+int PDFDocument::listedPages() const {
     return static_cast<int>(pages_.size());
 }
 
 std::shared_ptr<PDFPage> PDFDocument::pageAtIndex(int index) {
-    if (index < 0 || index >= pageCount()) return nullptr;
+    if (index < 0 || index >= listedPages()) return nullptr;
     return pages_.at(static_cast<std::size_t>(index));
 }
 
@@ -109,15 +151,15 @@ int PDFDocument::indexForPage(const std::shared_ptr<PDFPage>& page) {
 
 void PDFDocument::insertPage(const std::shared_ptr<PDFPage>& page, int atIndex) {
     if (!page) return;
-    pages_.insert(static_cast<std::size_t>(std::clamp(atIndex, 0, pageCount())), page);
+    pages_.insert(static_cast<std::size_t>(std::clamp(atIndex, 0, listedPages())), page);
 }
 
 void PDFDocument::removePageAtIndex(int index) {
-    if (index >= 0 && index < pageCount()) pages_.remove(static_cast<std::size_t>(index));
+    if (index >= 0 && index < listedPages()) pages_.remove(static_cast<std::size_t>(index));
 }
 
 void PDFDocument::exchangePageAtIndex(int index, int withPageAtIndex) {
-    const auto inside = [this](int i) { return i >= 0 && i < pageCount(); };
+    const auto inside = [this](int i) { return i >= 0 && i < listedPages(); };
     if (!inside(index) || !inside(withPageAtIndex)) return;
     pages_.exchange(static_cast<std::size_t>(index), static_cast<std::size_t>(withPageAtIndex));
 }
@@ -152,10 +194,6 @@ QVariantMap PDFDocument::documentAttributes() const {
 bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     writeWarnings_.clear();
     const std::string path = filePathOf(url);
-    if (withOptions.contains(kCGPDFContextUserPassword) || withOptions.contains(kCGPDFContextOwnerPassword)) {
-        writeWarnings_.push_back(path + ": not written, since it was to be protected and that is not possible yet");
-        return false;
-    }
     if (path.empty()) return false;
     pdf::SourceHolds holds;
     if (source_) holds.use(source_);
@@ -164,6 +202,7 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     plan.keepOutline = !outlineReplaced_;
     plan.information = informationFrom(withOptions);
     plan.metadata = metadata(withOptions);
+    plan.protection = protectionFrom(withOptions);
     plan.sync = !withOptions.value(kWriteWithoutSync).toBool();
     pdf::WriteResult result = pdf::writeDocument(plan, path);
     writeWarnings_ = std::move(result.warnings);

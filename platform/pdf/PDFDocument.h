@@ -37,12 +37,24 @@ public:
     [[nodiscard]] virtual PageFactory pageClass() const;
 
     [[nodiscard]] bool isEncrypted() const;
+    /// Whether a password is needed to read the document. One that opens with the empty password is encrypted and not
+    /// locked.
     [[nodiscard]] bool isLocked() const;
-    /// True when the document is unlocked afterwards. An absent password is a null string.
+    /// Whether the author of the document lets its text and pictures be copied; true for whoever has given the owner's
+    /// password, and for a document that is not encrypted. False while it is locked.
+    [[nodiscard]] bool allowsCopying() const;
+    /// The same for printing.
+    [[nodiscard]] bool allowsPrinting() const;
+    /// Whether `password` is the user's or the owner's, which then opens the document; true for a document that is not
+    /// encrypted. A wrong password takes nothing away. An absent password is a null string, and the same as an empty
+    /// one. A document that was locked gets its pages, in place of any that were inserted before. The password of an
+    /// unlocked file is not checked anew as long as any of its pages or documents lives.
     bool unlockWithPassword(const QString& password);
 
+    /// While the document is locked, the number of pages that it will have, as far as that can be told without the
+    /// password, otherwise 0.
     [[nodiscard]] int pageCount() const;
-    /// Null outside 0 … pageCount() - 1. The same page object at every call.
+    /// Null outside 0 … pageCount() - 1, and while the document is locked. The same page object at every call.
     [[nodiscard]] std::shared_ptr<PDFPage> pageAtIndex(int index);
     /// The first index at which the page stands, -1 if nowhere.
     [[nodiscard]] int indexForPage(const std::shared_ptr<PDFPage>& page);
@@ -78,12 +90,16 @@ protected:
     [[nodiscard]] bool open(const QUrl& url);
 
 private:
+    [[nodiscard]] bool permits(unsigned bit) const;
+    void takePages();
+    [[nodiscard]] int listedPages() const;
     [[nodiscard]] std::shared_ptr<PDFPage> makePage(std::size_t index) const;
     [[nodiscard]] pdf::DocumentPlan paint();
     [[nodiscard]] std::string metadata(const QVariantMap& withOptions) const;
     [[nodiscard]] pdf::BlankPage blankPageAt(std::size_t index);
 
-    std::shared_ptr<pdf::Source> source_;  // null for a document that was made empty
+    std::shared_ptr<pdf::Source> source_;      // null for a document that was made empty
+    pdf::Access access_ = pdf::Access::Owner;  // to the source
     std::uint32_t opening_ = 0;
     PageList pages_;
     std::shared_ptr<PDFOutline> outlineRoot_;

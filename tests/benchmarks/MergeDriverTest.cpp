@@ -2,6 +2,7 @@
 
 #include "tests/support/ExternalReader.h"
 #include "tests/support/PdfFixture.h"
+#include "tests/support/ProtectedFile.h"
 #include "tests/support/TempDir.h"
 
 #include <QFile>
@@ -68,6 +69,19 @@ TEST_F(MergeDriver, WritesWithoutSync) {
     const auto result = run({QStringLiteral("--no-sync"), QStringLiteral("DIR/out.pdf"), QStringLiteral("DIR/a.pdf")});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(pageMarks(out()), (Strings{"A1", "A2", "A3"}));
+}
+
+TEST_F(MergeDriver, UnlocksAnEntryAndProtectsTheOutput) {
+    protectFile(dir_.file("a.pdf"), dir_.file("secret.pdf"), QStringLiteral("u"), QStringLiteral("o"));
+    const QStringList protection{QStringLiteral("--setting"), QStringLiteral("isUserEncrypt=1"),
+                                 QStringLiteral("--setting"), QStringLiteral("userEncryptPassword=new")};
+    const QStringList entries{QStringLiteral("DIR/out.pdf"), QStringLiteral("--password"), QStringLiteral("u"),
+                              QStringLiteral("DIR/secret.pdf"), QStringLiteral("DIR/b.pdf")};
+    const auto result = run(protection + entries);
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(pageMarks(out(), QStringLiteral("new")), (Strings{"A1", "A2", "A3", "B1", "B2"}));
+    EXPECT_FALSE(opensInQpdf(out(), QStringLiteral("u")));
 }
 
 TEST_F(MergeDriver, AppliesSettings) {

@@ -13,7 +13,15 @@ namespace {
 std::mutex mutex;
 QStringList warnings;  // guarded by mutex
 
+/// What the offscreen platform says of itself whenever a window is shown.
+bool isNoise(const QString& message) {
+    return message == QLatin1String("This plugin does not support propagateSizeHints()") ||
+           message == QLatin1String("This plugin does not support raise()") ||
+           message == QLatin1String("This plugin does not support grabbing the keyboard");
+}
+
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (isNoise(message)) return;
     const QString line = qFormatLogMessage(type, context, message);
     std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
     if (type == QtDebugMsg || type == QtInfoMsg) return;

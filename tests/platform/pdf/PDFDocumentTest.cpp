@@ -251,16 +251,6 @@ TEST_F(PDFDocumentTest, WriteOptionsReplaceInformation) {
     EXPECT_EQ(test::documentInfo(path, "Creator"), "C");
 }
 
-TEST_F(PDFDocumentTest, ADocumentThatIsToBeProtectedIsNotWrittenWithoutProtection) {
-    const auto document = open(PdfFixture("A", 1).bytes());
-    dir.write("out.pdf", "old");
-    for (const QString& option : {kCGPDFContextUserPassword, kCGPDFContextOwnerPassword}) {
-        EXPECT_FALSE(document->writeToURL(url("out.pdf"), {{option, QStringLiteral("pw")}}));
-        EXPECT_FALSE(document->warnings().empty());
-        EXPECT_EQ(std::filesystem::file_size(dir.file("out.pdf")), 3U);
-    }
-}
-
 TEST_F(PDFDocumentTest, TheOutlineOfTheFileIsKeptUntilItIsReplaced) {
     const auto document = open(PdfFixture("A", 2).bookmark("b", 1).bytes());
     EXPECT_EQ(test::outlineLines(write(*document)).size(), 1U);
@@ -283,24 +273,6 @@ TEST_F(PDFDocumentTest, ADocumentCanBeWrittenOverItsOwnFileAndAgain) {
     document->removePageAtIndex(0);
     EXPECT_EQ(marks(*document), (Strings{"A2", "A3"}));
     EXPECT_EQ(PDFDocument::initWithURL(url("out.pdf"))->pageCount(), 2);
-}
-
-TEST_F(PDFDocumentTest, AProtectedFileOpensLockedWithoutPages) {
-    dir.write("plain.pdf", PdfFixture("A", 2).info("Title", "Secret").bytes());
-    const auto made =
-        test::runProgram(QStringLiteral("qpdf"),
-                         {QStringLiteral("--encrypt"), QStringLiteral("u"), QStringLiteral("o"), QStringLiteral("256"),
-                          QStringLiteral("--"), QString::fromStdString(dir.file("plain.pdf")),
-                          QString::fromStdString(dir.file("locked.pdf"))});
-    ASSERT_EQ(made.exitCode, 0) << made.errors;
-    const auto document = PDFDocument::initWithURL(url("locked.pdf"));
-    ASSERT_TRUE(document);
-    EXPECT_TRUE(document->isEncrypted());
-    EXPECT_TRUE(document->isLocked());
-    EXPECT_EQ(document->pageCount(), 0);
-    EXPECT_FALSE(document->unlockWithPassword(QStringLiteral("wrong")));
-    EXPECT_TRUE(document->documentAttributes().isEmpty());
-    EXPECT_FALSE(document->writeToURL(url("out.pdf"), {}));
 }
 
 /// A document of a hundred thousand pages is edited in well under a second.

@@ -1,0 +1,17 @@
+#pragma once
+
+class QColor;
+class QWidget;
+
+namespace quillon {
+
+/// The colour of the text of a control that is enabled, in the desktop's present theme.
+[[nodiscard]] QColor controlTextColor();
+/// The same of one that is disabled.
+[[nodiscard]] QColor disabledControlTextColor();
+
+/// Gives the text of a label or field a colour, which it keeps until the next call.
+void setTextColor(QWidget& control, const QColor& color);
+[[nodiscard]] QColor textColor(const QWidget& control);
+
+}  // namespace quillon

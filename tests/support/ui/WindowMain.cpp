@@ -1,0 +1,17 @@
+#include "tests/support/QtWarnings.h"
+
+#include <QApplication>
+#include <gtest/gtest.h>
+
+/// The main function of tests that show windows.
+int main(int argc, char** argv) {
+    // Whatever the machine has for a display, and for settings of the desktop, the tests are the same everywhere.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    quillon::test::QtWarnings::install();
+    return RUN_ALL_TESTS();
+}
