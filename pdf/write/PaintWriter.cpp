@@ -67,8 +67,7 @@ std::vector<PaintWriter::Needed> PaintWriter::neededBy(std::span<const PaintCont
         }
     }
     std::ranges::sort(needed);
-    const auto repeated = std::ranges::unique(needed);
-    needed.erase(repeated.begin(), repeated.end());
+    needed.erase(std::unique(needed.begin(), needed.end()), needed.end());
     return needed;
 }
 
