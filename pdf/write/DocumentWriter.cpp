@@ -145,7 +145,7 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
         announced;  // a page may stand in its own tree under several indexes
     std::vector<bool> first;
     OpeningOverlays overlays;
-    PaintedPages painted(document, copier, *painter_);
+    PaintedPages painted(document, copier, *painter_, plan_.scout.get());
     for (const SourcePlan::Copy& copy : source.copies()) {
         const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
         first.push_back(copy.first && (number == 0 || announced.try_emplace(number, copy.sourcePage).second));

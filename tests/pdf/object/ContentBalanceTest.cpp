@@ -17,7 +17,7 @@ TEST(ContentBalance, WhatEndsAllThatItBeginsIsBalanced) {
 
 TEST(ContentBalance, AnythingLeftOpenIsNot) {
     for (const char* content : {"q", "q q Q", "BT", "BT (a) Tj", "/P BMC", "(unclosed", "<00", "[1 2", "<</A 1",
-                                "1 0 0", "/Name", "Q % comment", "BI /W 1 ID abc", "q Q ]"}) {
+                                "1 0 0", "/Name", "Q % comment", "BI /W 1 ID abc", "(a\\", "(a\\)", "((a)", "q Q ]"}) {
         EXPECT_FALSE(isBalanced(content)) << content;
     }
 }
