@@ -6,15 +6,18 @@
 #include "tests/support/JudgedPdf.h"
 #include "tests/support/PdfFixture.h"
 
+#include <QColor>
 #include <QImage>
 
-#include <algorithm>
+#include <cmath>
+#include <set>
 
 namespace quillon::test {
 namespace {
 
 using Strings = std::vector<std::string>;
 const QString mark = QStringLiteral("Confidential");
+constexpr const char* letter = "/MediaBox[0 0 612 792]";
 
 class DecoratedPageTest : public DecorationTest {
 protected:
@@ -28,27 +31,27 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << result.errors;
         return QImage(prefix + QStringLiteral(".png"));
     }
-    /// Expects the images to be the same but for a band around the middle and one at the bottom, and these to differ.
-    static void expectSameOutsideOfText(const QImage& plain, const QImage& painted) {
-        ASSERT_EQ(plain.size(), painted.size());
-        int differing = 0;
-        for (int y = 0; y < plain.height(); ++y) {
-            const bool middle = std::abs(y - plain.height() / 2) < 30;
-            const bool bottom = y > plain.height() - 20;
-            for (int x = 0; x < plain.width(); ++x) {
-                if (plain.pixel(x, y) == painted.pixel(x, y)) continue;
-                ++differing;
-                ASSERT_TRUE(middle || bottom) << "at " << x << ' ' << y;
-            }
-        }
-        EXPECT_GT(differing, 100);
-    }
-    void expectUnharmed(const std::string& bytes, int page = 1) {
+    /// Expects a page of a file to look the same with a decoration as without, wherever the decoration of a blank page
+    /// with these entries leaves it white.
+    void expectUnharmed(const std::string& bytes, const std::string& entries, int page = 1) {
         switchOff();
         const QImage plain = drawn(written(bytes), page);
         watermark(mark);
         numbers(1);
-        expectSameOutsideOfText(plain, drawn(written(bytes), page));
+        const QImage painted = drawn(written(bytes), page);
+        numbers(1, QStringLiteral("Page"), page);
+        const QImage paint = drawn(written(blankPage(entries)));
+        ASSERT_EQ(plain.size(), painted.size()) << entries;
+        ASSERT_EQ(plain.size(), paint.size()) << entries;
+        int differing = 0;
+        for (int y = 0; y < plain.height(); ++y) {
+            for (int x = 0; x < plain.width(); ++x) {
+                if (plain.pixel(x, y) == painted.pixel(x, y)) continue;
+                ++differing;
+                ASSERT_NE(paint.pixelColor(x, y), QColor(Qt::white)) << entries << " at " << x << ' ' << y;
+            }
+        }
+        EXPECT_GT(differing, 100) << entries;
     }
     /// What a page ends with, a word and a number.
     static std::string tail(const std::string& text) {
@@ -167,6 +170,34 @@ TEST_F(DecoratedPageTest, AnEmptyWatermarkDrawsNothing) {
     EXPECT_EQ(words(written(PdfFixture("A", 1).bytes())), Strings{"A1"});
 }
 
+TEST_F(DecoratedPageTest, TextsAreOneLineWhateverIsInThem) {
+    QString odd = QStringLiteral("Start");
+    while (odd.size() < 10'000) {
+        odd += QStringLiteral("a\tb\nc\r\nd") + QChar(0) + QChar(0x2028) + QChar(0xD800) + QChar(0xDFFF);
+    }
+    watermark(odd);
+    numbers(0, odd);
+    const std::string file = written(onePage(letter));
+    const auto texts = tracedTexts(file);
+    const auto body = textThatBegins(texts, QStringLiteral("Body"));
+    std::set<double> lines;
+    for (const auto& text : texts) lines.insert(std::round(text.originOn(body).y() + text.start.y()));
+    EXPECT_EQ(lines.size(), 3U) << "the body, the watermark and the number";
+    EXPECT_FALSE(drawn(file).isNull());
+    EXPECT_NE(pageMarks(file).at(0).find("Start"), std::string::npos);
+}
+
+TEST_F(DecoratedPageTest, TextsOfEveryScriptAreShownAndFoundAgain) {
+    const QString text = QString::fromUtf8("Draft Ωμέγα Жук العربية שלום 中文 😀");
+    watermark(text);
+    numbers(0, text);
+    const std::string file = written(blankPage("/MediaBox[0 0 900 400]"));
+    const QString found = QString::fromStdString(pageMarks(file).at(0));
+    for (const QString& word : text.split(QLatin1Char(' '))) {
+        EXPECT_EQ(found.count(word), 2) << word.toStdString() << " in " << found.toStdString();
+    }
+}
+
 TEST_F(DecoratedPageTest, OnlyThreePositionsAreKnown) {
     numbers(3);
     const auto document = open(PdfFixture("A", 1).bytes());
@@ -175,14 +206,24 @@ TEST_F(DecoratedPageTest, OnlyThreePositionsAreKnown) {
 }
 
 TEST_F(DecoratedPageTest, ThePageUnderItLooksAsBefore) {
-    expectUnharmed(onePage("/MediaBox[0 0 612 792]"));
-    expectUnharmed(onePage("/MediaBox[0 0 612 792]", "1 0 0 rg 50 600 100 100 re f .3 g q 2 0 0 2 0 0 cm ", " Q"));
+    // A yellow ground and lines across, so that whatever is moved, hidden or painted over shows.
+    const std::string ground = "1 1 0 rg -400 -400 3600 3600 re f 0 0 1 RG 0 0 m 900 900 l 0 900 m 900 0 l S 0 g ";
+    for (const char* entries :
+         {letter, "/MediaBox[0 0 842 595]", "/MediaBox[100 50 700 850]", "/MediaBox[-300 -400 300 400]",
+          "/MediaBox[0 0 3000 3000]", "/MediaBox[0 0 600 800]/Rotate 90", "/MediaBox[0 0 600 800]/Rotate 180",
+          "/MediaBox[0 0 600 800]/Rotate 270", "/MediaBox[0 0 600 800]/UserUnit 2",
+          "/MediaBox[0 0 600 800]/CropBox[0 0 500 500]"}) {
+        expectUnharmed(onePage(entries, ground), entries);
+    }
+    expectUnharmed(onePage(letter, "1 0 0 rg 50 600 100 100 re f .3 g q 2 0 0 2 0 0 cm ", " Q"), letter);
 }
 
 TEST_F(DecoratedPageTest, ContentThatIsNotBalancedLooksAsBefore) {
-    expectUnharmed(onePage("/MediaBox[0 0 612 792]", "q .5 0 0 .5 50 50 cm 1 0 0 rg "));
-    expectUnharmed(onePage("/MediaBox[0 0 612 792]", "1 0 0 rg 20 600 50 50 re f ", " Q Q 60 600 50 50 re f"));
-    expectUnharmed(onePage("/MediaBox[0 0 612 792]", "", " q 0 0 612 300 re W n 0 1 0 rg 0 0 612 200 re f"));
+    expectUnharmed(onePage(letter, "q .5 0 0 .5 50 50 cm 1 0 0 rg "), letter);
+    expectUnharmed(onePage(letter, "1 0 0 rg 20 600 50 50 re f ", " Q Q 60 600 50 50 re f"), letter);
+    expectUnharmed(onePage(letter, "", " q 0 0 612 300 re W n 0 1 0 rg 0 0 612 200 re f"), letter);
+    expectUnharmed(onePage("/MediaBox[100 50 700 850]/Rotate 90", "q 1 0 0 rg 200 100 50 50 re f "),
+                   "/MediaBox[100 50 700 850]/Rotate 90");
 }
 
 /// Two pages that share what they show and what they need for it.
@@ -205,14 +246,22 @@ TEST_F(DecoratedPageTest, PagesThatShareContentAndResourcesAreEachPaintedOnce) {
     for (const char* resources : {"<</Font<</F 8 0 R>>>>", "<</Font 9 0 R>>", "10 0 R"}) {
         for (const char* contents : {"[5 0 R 6 0 R]", "7 0 R"}) {
             const std::string bytes = sharingPages(resources, contents);
-            expectUnharmed(bytes, 1);
-            expectUnharmed(bytes, 2);
+            expectUnharmed(bytes, letter, 1);
+            expectUnharmed(bytes, letter, 2);
             numbers(0);
             watermark(mark);
-            const Strings marks = words(written(bytes));
+            const std::string file = written(bytes);
+            const Strings marks = words(file);
             ASSERT_EQ(marks.size(), 2U);
             EXPECT_EQ(marks[0], "Page 1 Body Confidential") << resources << contents;
             EXPECT_EQ(marks[1], "Page 2 Body Confidential") << resources << contents;
+            const double width = sizeWithAttributes(mark, watermarkAttributes()).width();
+            for (int page = 1; page <= 2; ++page) {
+                const auto texts = tracedTexts(file, page);
+                const auto body = textThatBegins(texts, QStringLiteral("Body"));
+                EXPECT_EQ(textThatBegins(texts, QStringLiteral("Page")).originOn(body), QPointF(0, 0));
+                EXPECT_EQ(textThatBegins(texts, mark).originOn(body), QPointF(std::trunc((612 - width) / 2), 396));
+            }
         }
     }
 }

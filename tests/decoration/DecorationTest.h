@@ -77,6 +77,14 @@ protected:
         return pdf.table().bytes();
     }
 
+    /// A page without content.
+    static std::string blankPage(const std::string& entries) {
+        RawPdf pdf;
+        pdf.catalogOf({3});
+        pdf.object(3, "<</Type/Page/Parent 2 0 R/Resources<<>>" + entries + ">>");
+        return pdf.table().bytes();
+    }
+
     const TempDir dir;
 };
 
