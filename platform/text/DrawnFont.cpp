@@ -93,6 +93,7 @@ public:
 private:
     [[nodiscard]] double scale() const { return 1000 / font_.pixelSize(); }
     [[nodiscard]] pdf::Rectangle placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const;
+    [[nodiscard]] std::string shape(std::uint32_t glyph) const;
     [[nodiscard]] std::string procedure(pdf::PaintWriter& writer, std::uint32_t glyph, std::string& images) const;
 
     QRawFont font_;
@@ -133,23 +134,27 @@ pdf::Rectangle DrawnGlyphs::placeOf(std::uint32_t glyph, const pdf::Rectangle& s
     return {stated.left * shrink, stated.bottom * shrink, stated.right * shrink, stated.top * shrink};
 }
 
+/// The outline of a glyph, behind its advance.
+std::string DrawnGlyphs::shape(std::uint32_t glyph) const {
+    // Asked for the outline of a picture, Qt has nothing, and measures the font wrongly from then on.
+    const QPainterPath path = file_->hasOutlines() ? font_.pathForGlyph(glyph) : QPainterPath();
+    if (path.isEmpty()) return " 0 d0";
+    const QRectF box = path.boundingRect();
+    std::string text = " 0 ";
+    for (const double value : {box.left(), -box.bottom(), box.right(), -box.top()}) {
+        pdf::writeReal(text, std::round(value * scale()));
+        text += ' ';
+    }
+    return text + "d1 " + operatorsOf(path, scale());
+}
+
 std::string DrawnGlyphs::procedure(pdf::PaintWriter& writer, std::uint32_t glyph, std::string& images) const {
     std::string text;
     pdf::writeReal(text, advance(glyph));
-    const QPainterPath path = font_.pathForGlyph(glyph);
-    if (!path.isEmpty()) {
-        const QRectF box = path.boundingRect();
-        text += " 0 ";
-        for (const double value : {box.left(), -box.bottom(), box.right(), -box.top()}) {
-            pdf::writeReal(text, std::round(value * scale()));
-            text += ' ';
-        }
-        return text + "d1 " + operatorsOf(path, scale());
-    }
-    text += " 0 d0";
     const auto picture = file_->picture(glyph);
     const QImage pixels = picture ? QImage::fromData(picture->png, "PNG") : QImage();
-    if (pixels.isNull()) return text;
+    if (pixels.isNull()) return text + shape(glyph);
+    text += " 0 d0";
     const std::uint32_t image = writeImage(writer, pixels.convertToFormat(QImage::Format_ARGB32));
     const std::string name = "/i" + std::to_string(image);
     if (images.find(name + ' ') == std::string::npos) images += name + ' ' + std::to_string(image) + " 0 R";

@@ -82,6 +82,7 @@ FontFile::FontFile(const QRawFont& font)
     const bool trueType = hasTable(face_, HB_TAG('g', 'l', 'y', 'f'));
     const Held<hb_blob_t> cff(hb_face_reference_table(face_, HB_TAG('C', 'F', 'F', ' ')));
     postScript_ = !trueType && hb_blob_get_length(cff.get()) > 0;
+    outlines_ = trueType || postScript_ || !hasTable(face_, HB_TAG('C', 'B', 'D', 'T'));
     const bool usable = trueType || (postScript_ && !isCidKeyed(bytesOf(cff.get())));
     embeddable_ = usable && mayBeEmbedded();
 }

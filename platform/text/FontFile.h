@@ -31,6 +31,9 @@ public:
     /// PostScript outlines; otherwise TrueType.
     [[nodiscard]] bool hasPostScriptOutlines() const noexcept { return postScript_; }
 
+    /// False for a font of pictures alone.
+    [[nodiscard]] bool hasOutlines() const noexcept { return outlines_; }
+
     [[nodiscard]] std::string postScriptName() const;
     [[nodiscard]] double advance(std::uint32_t glyph) const;
     [[nodiscard]] double ascent() const;
@@ -56,6 +59,7 @@ private:
     hb_face_t* face_;
     hb_font_t* hbFont_;
     bool postScript_ = false;
+    bool outlines_ = true;
     bool embeddable_ = false;
 };
 

@@ -115,6 +115,21 @@ TEST_F(TextDrawing, AFontThatCannotBeEmbeddedIsDrawnAndFoundAgain) {
     EXPECT_EQ(outside, 0);
 }
 
+TEST_F(TextDrawing, PicturesFillTheRoomThatTheyAreGiven) {
+    const QString thumb = QString::fromUtf8("👍");
+    for (int time = 0; time < 2; ++time) {  // to draw it must not change how it is measured
+        const QImage page = image(drawn(thumb, attributes("DejaVu Sans", 100)));
+        const double width = sizeWithAttributes(thumb, attributes("DejaVu Sans", 100)).width();
+        EXPECT_NEAR(width, 106, 10);
+        int right = 0;
+        for (int y = 0; y < page.height(); ++y) {
+            for (int x = right; x < page.width(); ++x) right = qGray(page.pixel(x, y)) > 250 ? right : x;
+        }
+        EXPECT_GT(right, 10 + 0.8 * width);
+        EXPECT_LE(right, 10 + width);
+    }
+}
+
 TEST_F(TextDrawing, MoreThan256GlyphsOfADrawnFontAreDrawn) {
     QString text;
     for (char16_t c = 0x21; c < 0x180; ++c) {
