@@ -1,7 +1,10 @@
 // Where the watermark and the page numbers stand, as another program sees it in the written file.
 
+#include "decoration/WaterMark.h"
+#include "platform/pdf/DrawingContext.h"
 #include "tests/decoration/DecorationTest.h"
 
+#include <any>
 #include <cmath>
 
 namespace quillon::test {
@@ -70,6 +73,19 @@ TEST_F(PlacementTest, TheTwoLimitsAreIndependent) {
 TEST_F(PlacementTest, AThousandItselfIsNoneTooMany) {
     expectPlaced("/MediaBox[0 0 600 2000]", {0, 0, 600, 2000});
     expectPlaced("/MediaBox[0 0 600 2002]", {0, 0, 600, 2002});
+}
+
+TEST_F(PlacementTest, TheFractionOfTheHeightHasSinglePrecision) {
+    watermark(mark);
+    const auto document = open(onePage("/MediaBox[0 0 600 1000]"));
+    const auto page = std::dynamic_pointer_cast<WaterMark>(document->pageAtIndex(0));
+    ASSERT_NE(page, nullptr);
+    std::any store;
+    DrawingContext context(*page, store);
+    page->doAddWatermark(PDFDisplayBox::MediaBox, 0.7F);
+    const auto marks = context.takeMarks();
+    ASSERT_EQ(marks.size(), 1U);
+    EXPECT_EQ(marks.front().origin.y(), 699) << "as a float, 0.7 is a little less";
 }
 
 TEST_F(PlacementTest, OnTurnedPagesTheUserSpaceCounts) {
