@@ -2,6 +2,8 @@
 
 #include "app/MainWindowController.h"
 #include "app/QuillonAppDelegate.h"
+#include "platform/store/UserDefaults.h"
+#include "platform/ui/DesktopColorScheme.h"
 #include "platform/ui/DesktopWorkspace.h"
 #include "platform/ui/FilePanels.h"
 #include "platform/ui/RunningProgram.h"
@@ -45,9 +47,12 @@ int ApplicationMain(int argc, char** argv) {
     RunningProgram program(QStringLiteral("quillon"));
     if (!program.claim()) return showRunningProgram(program);
 
+    DesktopColorScheme colorScheme;
+    colorScheme.follow();
     FilePanels panels;
     DesktopWorkspace workspace;
-    MainWindowController controller(panels, workspace);
+    UserDefaults defaults(UserDefaults::standardPath());
+    MainWindowController controller(panels, workspace, defaults);
     QuillonAppDelegate delegate;
     delegate.setWindow(&controller.window());
     program.setReopenHandler([&delegate] {

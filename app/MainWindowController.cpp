@@ -27,13 +27,13 @@ QIcon icon(const char* name) {
 
 }  // namespace
 
-MainWindowController::MainWindowController(Panels& panels, Workspace& workspace)
+MainWindowController::MainWindowController(Panels& panels, Workspace& workspace, UserDefaults& defaults)
     : panels_(panels),
       workspace_(workspace),
       ui_(std::make_unique<Ui::MainWindow>()),
       window_(std::make_unique<QMainWindow>()) {
     initResources();
-    init();
+    init(defaults);
     loadWindow();
     awakeFromNib();
 }
@@ -44,7 +44,13 @@ MainWindowController::~MainWindowController() {
     tableView_->setDelegate(nullptr);
 }
 
-void MainWindowController::init() {
+void MainWindowController::init(UserDefaults& defaults) {
+    settingWindow_ = std::make_unique<SettingWindowController>(QStringLiteral("SettingWindow"), panels_, defaults);
+    // Loading a window puts the stored settings in force, or just takes its time where nobody waits for it.
+    static_cast<void>(settingWindow_->window());
+    decryptWindow_ = std::make_unique<DecryptWindowController>(QStringLiteral("DecryptWindow"));
+    static_cast<void>(decryptWindow_->window());
+    mergeMethodWindow_ = std::make_unique<MergeWindowController>(QStringLiteral("MergeMethodWindow"));
     progressIndicator_ =
         std::make_unique<ProgressWindowController>(QStringLiteral("ProgressIndicator"), *this, *window_, workspace_);
     loadRowIcons();
@@ -77,15 +83,16 @@ void MainWindowController::connectActions() {
     command(ui_->actionHelp, "Help", &MainWindowController::helpOnClicked);
     command(ui_->actionMerge, "Merge", &MainWindowController::mergeOnClicked);
     command(ui_->actionAbout, nullptr, &MainWindowController::aboutOnClicked);
-    ui_->actionMergeMethod->setIcon(icon("MergeMethod"));
-    ui_->actionDecrypt->setIcon(icon("Decrypt"));
-    ui_->actionSettings->setIcon(icon("Settings"));
+    command(ui_->actionMergeMethod, "MergeMethod", &MainWindowController::mergeMethodOnClicked);
+    command(ui_->actionDecrypt, "Decrypt", &MainWindowController::decryptOnClicked);
+    command(ui_->actionSettings, "Settings", &MainWindowController::settingOnClicked);
     command(ui_->actionQuit, nullptr, &MainWindowController::quit);
     // A window that a sheet blocks takes no shortcuts, but Quit must work during a merge.
     progressIndicator_->window().addAction(ui_->actionQuit);
     connect(ui_->actionClose, &QAction::triggered, window_.get(), &QWidget::close);
 
-    ui_->toolbar->setValidator([this](const QString& label) { return validateToolbarItem(label); });
+    ui_->toolbar->setValidator(
+        [this](const QString& label) { return areCommandsEnabled_ && validateToolbarItem(label); });
     // Queued: a cell that is being drawn may just have found out that its file needs a password.
     connect(tableView_, &TableView::changed, ui_->toolbar, &Toolbar::validateItems, Qt::QueuedConnection);
 }
@@ -95,8 +102,43 @@ void MainWindowController::awakeFromNib() {
     tableView_->setDataSource(tableViewDataSource_.get());
     tableView_->setDelegate(this);
     tableView_->registerForDraggedTypes({QStringLiteral("text/uri-list")});
+    static_cast<void>(mergeMethodWindow_->window());
     tableView_->setFocus();
     ui_->toolbar->validateItems();
+}
+
+void MainWindowController::settingOnClicked() {
+    settingWindow_->window().beginSheet(*window_,
+                                        [this](SheetDialog& sheet, int returnCode) { DidEndSheet(sheet, returnCode); });
+}
+
+void MainWindowController::DidEndSheet(SheetDialog& sheet, int /*returnCode*/) {
+    sheet.orderOut();
+}
+
+void MainWindowController::decryptOnClicked() {
+    decryptWindow_->window().beginSheet(
+        *window_, [this](SheetDialog& sheet, int returnCode) { decryptDidEndSheet(sheet, returnCode); });
+}
+
+void MainWindowController::decryptDidEndSheet(SheetDialog& sheet, int returnCode) {
+    sheet.orderOut();
+    if (returnCode != 1) return;
+    if (!tableViewDataSource_->decryptInRow(tableView_->selectedRow(), decryptWindow_->getPassword())) {
+        decryptOnClicked();
+    }
+}
+
+void MainWindowController::mergeMethodOnClicked() {
+    mergeMethodWindow_->selectMethod(*tableViewDataSource_->getDataOfSelectedRow(tableView_->selectedRow()));
+    mergeMethodWindow_->window().beginSheet(
+        *window_, [this](SheetDialog& /*sheet*/, int returnCode) { mergeMethodDidEndSheet(returnCode); });
+}
+
+void MainWindowController::mergeMethodDidEndSheet(int returnCode) {
+    if (returnCode != 1) return;
+    tableViewDataSource_->updateMethodColumn(tableView_->selectedRow(), mergeMethodWindow_->getMergeOption(),
+                                             mergeMethodWindow_->getMergeOptionValue());
 }
 
 void MainWindowController::helpOnClicked() {

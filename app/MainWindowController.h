@@ -1,11 +1,13 @@
 #pragma once
 
-#include "app/FactorySettings.h"
 #include "app/ProgressWindowController.h"
+#include "filelist/DecryptWindowController.h"
+#include "filelist/MergeWindowController.h"
 #include "filelist/TableViewDataSource.h"
 #include "merge/MergeOwner.h"
 #include "platform/jobs/OperationQueue.h"
 #include "platform/ui/TableDelegate.h"
+#include "settings/SettingWindowController.h"
 
 #include <QIcon>
 #include <QMainWindow>
@@ -20,6 +22,7 @@ namespace quillon {
 class MergeOperation;
 class Panels;
 class TableView;
+class UserDefaults;
 class Workspace;
 namespace Ui {
 class MainWindow;
@@ -31,13 +34,24 @@ class MainWindowController final : public QObject, public MergeOwner, public Tab
     Q_OBJECT
 
 public:
-    /// Loads the window, without showing it. The panels and the workspace must outlive the controller.
-    MainWindowController(Panels& panels, Workspace& workspace);
+    /// Loads the window, without showing it, and the settings that the store holds. Panels, workspace and store must
+    /// outlive the controller.
+    MainWindowController(Panels& panels, Workspace& workspace, UserDefaults& defaults);
     ~MainWindowController() override;
 
     [[nodiscard]] QMainWindow& window() noexcept { return *window_; }
     [[nodiscard]] TableViewDataSource& tableViewDataSource() noexcept { return *tableViewDataSource_; }
 
+    void settingOnClicked();
+    /// Hides the settings sheet.
+    void DidEndSheet(SheetDialog& sheet, int returnCode);
+    /// Asks for the password of the selected row, of which there must be one, until it is accepted or the sheet is
+    /// cancelled.
+    void decryptOnClicked();
+    void decryptDidEndSheet(SheetDialog& sheet, int returnCode);
+    /// Asks for the merge method of the selected row, of which there must be one.
+    void mergeMethodOnClicked();
+    void mergeMethodDidEndSheet(int returnCode);
     void helpOnClicked();
     void addFileOnClicked();
     void addDirectoryOnClicked();
@@ -58,7 +72,8 @@ public:
 
     /// A merge has begun: shows the progress sheet.
     void startHandling() override;
-    /// A merge has ended, or is to end: cancels what is queued and puts the sheet into its finished state.
+    /// A merge has ended, or is to end: cancels what is queued and puts the sheet into its finished state. After a stop
+    /// the list and the settings cannot be changed until the file of the merge, which still reads them, is whole.
     void stopHandling() override;
 
     /// Cancels the merge that runs, if any, waits until its file is whole, and asks for the end of the program.
@@ -84,11 +99,12 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
-    void init();
+    void init(UserDefaults& defaults);
     void loadWindow();
     void connectActions();
     void awakeFromNib();
     void moveSelectedRow(int distance);
+    void setCommandsEnabled(bool enabled);
     void loadRowIcons();
     void aboutOnClicked();
 
@@ -96,12 +112,16 @@ private:
     Workspace& workspace_;
     std::unique_ptr<Ui::MainWindow> ui_;
     std::unique_ptr<QMainWindow> window_;
-    FactorySettings settingWindow_;
+    std::unique_ptr<SettingWindowController> settingWindow_;
     std::unique_ptr<TableViewDataSource> tableViewDataSource_;
+    std::unique_ptr<DecryptWindowController> decryptWindow_;
+    std::unique_ptr<MergeWindowController> mergeMethodWindow_;
     std::unique_ptr<ProgressWindowController> progressIndicator_;
     QIcon imagePic_;
     QIcon filePic_;
     TableView* tableView_ = nullptr;  // a part of the window
+    bool isMergeRunning_ = false;
+    bool areCommandsEnabled_ = true;
     mutable std::mutex mergeOperMutex_;
     std::shared_ptr<MergeOperation> mergeOper_;  // guarded by mergeOperMutex_
     OperationQueue workQueue_;                   // ends first: its jobs use everything above

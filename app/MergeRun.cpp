@@ -3,6 +3,8 @@
 #include "platform/ToolkitVersion.h"
 #include "platform/jobs/MainThread.h"
 #include "platform/ui/Panels.h"
+#include "platform/ui/TableView.h"
+#include "ui_MainWindow.h"
 
 #include <QDebug>
 #include <QTimer>
@@ -44,26 +46,39 @@ void MainWindowController::mergeOnClicked() {
 
 void MainWindowController::startMerger(const QUrl& url) {
     progressIndicator_->setTargetURL(url);
-    setMergeOper(std::make_shared<MergeOperation>(tableViewDataSource_->cache(), url, settingWindow_, *this));
+    setMergeOper(std::make_shared<MergeOperation>(tableViewDataSource_->cache(), url, *settingWindow_, *this));
     workQueue_.addOperation(MergeOper());
     qInfo().noquote() << "";
 }
 
 void MainWindowController::savePanelDidEnd(const QUrl& url, int returnCode) {
     if (returnCode != Panels::okButton) return;
-    auto operation = std::make_shared<MergeOperation>(tableViewDataSource_->cache(), url, settingWindow_, *this);
+    auto operation = std::make_shared<MergeOperation>(tableViewDataSource_->cache(), url, *settingWindow_, *this);
     progressIndicator_->setTargetURL(url);
     workQueue_.addOperation(std::move(operation));
     qInfo().noquote() << "";
 }
 
 void MainWindowController::startHandling() {
+    isMergeRunning_ = true;
     progressIndicator_->startHandling();
 }
 
 void MainWindowController::stopHandling() {
     workQueue_.cancelAllOperations();
     progressIndicator_->finishHandling();
+    // A job that was stopped calls once more when it has ended.
+    const bool isStopping = isMergeRunning_ && areCommandsEnabled_ && !progressIndicator_->window().isRunning();
+    isMergeRunning_ = isStopping;
+    setCommandsEnabled(!isStopping);
+}
+
+void MainWindowController::setCommandsEnabled(bool enabled) {
+    if (areCommandsEnabled_ == enabled) return;
+    areCommandsEnabled_ = enabled;
+    tableView_->setEnabled(enabled);
+    if (enabled) tableView_->setFocus();
+    ui_->toolbar->validateItems();
 }
 
 void MainWindowController::quit() {

@@ -51,7 +51,8 @@ private:
 std::vector<std::shared_ptr<cacheData>> makeEntries(std::vector<DriverEntry> entries) {
     std::vector<std::shared_ptr<cacheData>> result;
     result.reserve(entries.size());
-    for (const auto& entry : entries) {
+    for (auto& listed : entries) {
+        const DriverEntry entry = std::move(listed);
         auto record = std::make_shared<cacheData>(driverFileUrl(entry.file));
         record->setMergeMethod(entry.mergeMethod);
         record->setValue(entry.value);

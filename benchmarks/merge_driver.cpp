@@ -3,10 +3,10 @@
 #include "benchmarks/DriverArguments.h"
 #include "benchmarks/DriverMerge.h"
 #include "benchmarks/DriverSettings.h"
+#include "platform/gui/GuiServices.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QGuiApplication>
 
 #include <cstdio>
 #include <memory>
@@ -32,9 +32,10 @@ QStringList argumentsOf(int argc, char** argv) {
 
 /// Only text needs more than the event loop, and a platform that takes time to start, though no display.
 std::unique_ptr<QCoreApplication> makeApplication(bool drawsText, int& argc, char** argv) {
-    if (!drawsText) return std::make_unique<QCoreApplication>(argc, argv);
+    const quillon::GuiServices* const services = drawsText ? quillon::GuiServices::instance() : nullptr;
+    if (!services) return std::make_unique<QCoreApplication>(argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    return std::make_unique<QGuiApplication>(argc, argv);
+    return services->makeApplication(argc, argv);
 }
 
 }  // namespace

@@ -24,3 +24,9 @@ if(QUILLON_FUZZ)
   # All code reports to the fuzzer which of its branches an input takes; only the targets themselves link its main function.
   target_compile_options(quillon_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+
+# Where a program finds the modules that it loads: in the build tree beside the others, installed in a folder of their own.
+include(GNUInstallDirs)
+set(QUILLON_MODULE_DIR ${CMAKE_INSTALL_LIBDIR}/quillon)
+set(CMAKE_BUILD_RPATH ${PROJECT_BINARY_DIR}/platform/gui)
+set(CMAKE_INSTALL_RPATH $ORIGIN/../${QUILLON_MODULE_DIR})

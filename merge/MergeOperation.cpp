@@ -73,14 +73,6 @@ struct Selection {
     }
 };
 
-/// The files of the PDF entries at their places in the list; pictures leave theirs empty.
-std::vector<QUrl> documentsToOpen(const std::vector<std::shared_ptr<cacheData>>& cache) {
-    std::vector<QUrl> urls;
-    urls.reserve(cache.size());
-    for (const auto& entry : cache) urls.push_back(entry->isImage() ? QUrl() : entry->url());
-    return urls;
-}
-
 }  // namespace
 
 /// The entry that the rounds of an interleaving start with.
@@ -114,7 +106,8 @@ void MergeOperation::main() {
 }
 
 void MergeOperation::collectPages() {
-    DocumentPreloader preloader(documentsToOpen(cache_));
+    DocumentPreloader preloader(
+        cache_.size(), [this](std::size_t index) { return cache_[index]->isImage() ? QUrl() : cache_[index]->url(); });
     std::size_t i = 0;
     while (i < cache_.size() && !isCancelled()) {
         preloader.reached(i);

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QUrl>
 
 #include <cstdint>
-#include <mutex>
 
 namespace quillon {
 
@@ -68,8 +68,7 @@ public:
     void swap(cacheData& other);
 
 private:
-    mutable std::mutex mutex_;  // guards the three object fields
-    QUrl url_;
+    QByteArray url_;  // encoded: a list may have thousands of entries, and a QUrl takes five times as much memory
     QString password_;
     QString value_;
     std::int32_t mergeMethod_ = MergeMethodWhole;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -75,17 +76,18 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
 }
 
 std::string predictUp(std::string_view data, std::size_t rowBytes) {
-    const std::string first(rowBytes, '\0');
-    std::string_view above = first;
+    UpPredictor predictor(rowBytes);
     std::string out;
     out.reserve(data.size() + data.size() / rowBytes + 1);
-    for (; !data.empty(); data.remove_prefix(above.size())) {
-        const std::string_view row = data.substr(0, rowBytes);
-        out += '\2';
-        for (std::size_t i = 0; i < row.size(); ++i) out += static_cast<char>(row[i] - above[i]);
-        above = row;
+    for (; !data.empty(); data.remove_prefix(std::min(rowBytes, data.size()))) {
+        predictor.addRow(data.substr(0, rowBytes), out);
     }
     return out;
+}
+
+void UpPredictor::addRow(std::string_view row, std::string& out) {
+    out += '\2';
+    for (std::size_t i = 0; i < row.size(); ++i) out += static_cast<char>(row[i] - std::exchange(above_[i], row[i]));
 }
 
 }  // namespace quillon::pdf

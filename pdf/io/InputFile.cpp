@@ -24,8 +24,8 @@ std::shared_ptr<InputFile> InputFile::open(const std::string& path) {
     if (!descriptor) return nullptr;
     const auto identity = identify(*descriptor);
     if (!identity) return nullptr;
-    auto file = std::make_shared<InputFile>(Passkey(), path, std::move(descriptor), *identity);
-    OpenFiles::instance().add(*file);
+    auto file = std::make_shared<InputFile>(Passkey(), path, *identity);
+    OpenFiles::instance().add(*file, std::move(descriptor));
     return file;
 }
 
@@ -35,8 +35,8 @@ std::optional<FileIdentity> InputFile::identityOf(const std::string& path) {
     return identityFrom(status);
 }
 
-InputFile::InputFile(Passkey, std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity)
-    : path_(std::move(path)), identity_(identity), descriptor_(std::move(descriptor)) {}
+InputFile::InputFile(Passkey, std::string path, const FileIdentity& identity)
+    : path_(std::move(path)), identity_(identity) {}
 
 InputFile::~InputFile() {
     OpenFiles::instance().remove(*this);

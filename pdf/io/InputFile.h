@@ -23,7 +23,7 @@ class InputFile {
 
 public:
     /// Only for open().
-    InputFile(Passkey, std::string path, std::shared_ptr<Descriptor> descriptor, const FileIdentity& identity);
+    InputFile(Passkey, std::string path, const FileIdentity& identity);
 
     /// Opens `path` (file system encoding). Null when it does not exist, may not be read, or is no regular file; a FIFO
     /// or a device is recognised without waiting for it.
@@ -51,8 +51,6 @@ private:
 
     std::string path_;
     FileIdentity identity_;
-    std::shared_ptr<Descriptor> descriptor_;  // null while closed; guarded by OpenFiles
-    std::uint64_t lastUse_ = 0;               // guarded by OpenFiles
 };
 
 }  // namespace quillon::pdf

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <unistd.h>
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -16,36 +17,30 @@ OpenFiles& OpenFiles::instance() {
     return files;
 }
 
-void OpenFiles::add(InputFile& file) {
+void OpenFiles::add(const InputFile& file, std::shared_ptr<Descriptor> descriptor) {
     const std::lock_guard lock(mutex_);
-    makeRoom();
-    file.lastUse_ = ++clock_;
-    open_.push_back(&file);
+    addLocked(file, std::move(descriptor));
 }
 
-std::shared_ptr<Descriptor> OpenFiles::acquire(InputFile& file) {
+std::shared_ptr<Descriptor> OpenFiles::acquire(const InputFile& file) {
     const std::lock_guard lock(mutex_);
-    file.lastUse_ = ++clock_;
-    if (file.descriptor_) return file.descriptor_;
+    if (const auto open = std::ranges::find(open_, &file, &Open::file); open != open_.end()) {
+        open->lastUse = ++clock_;
+        return open->descriptor;
+    }
     auto descriptor = InputFile::openDescriptor(file.path_);
     if (!descriptor || InputFile::identify(*descriptor) != file.identity_) return nullptr;
-    makeRoom();
-    file.descriptor_ = std::move(descriptor);
-    open_.push_back(&file);
-    return file.descriptor_;
+    return addLocked(file, std::move(descriptor));
 }
 
-void OpenFiles::remove(InputFile& file) {
+void OpenFiles::remove(const InputFile& file) {
     const std::lock_guard lock(mutex_);
-    std::erase(open_, &file);
-    file.descriptor_.reset();
+    std::erase_if(open_, [&](const Open& open) { return open.file == &file; });
 }
 
-void OpenFiles::makeRoom() {
-    if (open_.size() < limit) return;
-    const auto oldest = std::ranges::min_element(open_, {}, &InputFile::lastUse_);
-    (*oldest)->descriptor_.reset();
-    open_.erase(oldest);
+std::shared_ptr<Descriptor> OpenFiles::addLocked(const InputFile& file, std::shared_ptr<Descriptor> descriptor) {
+    if (open_.size() == limit) open_.erase(std::ranges::min_element(open_, {}, &Open::lastUse));
+    return open_.emplace_back(Open{&file, std::move(descriptor), ++clock_}).descriptor;
 }
 
 }  // namespace quillon::pdf

@@ -31,18 +31,24 @@ public:
 
     [[nodiscard]] static OpenFiles& instance();
 
-    /// Takes in a file whose descriptor has just been opened.
-    void add(InputFile& file);
+    /// Takes in a file whose `descriptor` has just been opened.
+    void add(const InputFile& file, std::shared_ptr<Descriptor> descriptor);
     /// The file's descriptor, opened again if need be; null when the file is not the one that it was.
-    [[nodiscard]] std::shared_ptr<Descriptor> acquire(InputFile& file);
+    [[nodiscard]] std::shared_ptr<Descriptor> acquire(const InputFile& file);
     /// Forgets a file that is being destroyed.
-    void remove(InputFile& file);
+    void remove(const InputFile& file);
 
 private:
-    void makeRoom();
+    struct Open {
+        const InputFile* file;
+        std::shared_ptr<Descriptor> descriptor;
+        std::uint64_t lastUse;
+    };
+
+    std::shared_ptr<Descriptor> addLocked(const InputFile& file, std::shared_ptr<Descriptor> descriptor);
 
     std::mutex mutex_;
-    std::vector<InputFile*> open_;
+    std::vector<Open> open_;
     std::uint64_t clock_ = 0;
 };
 

@@ -2,15 +2,13 @@
 
 namespace quillon::pdf {
 
-ObjectStreamPrefetcher::ObjectStreamPrefetcher() : thread_([this] { run(); }) {}
-
 ObjectStreamPrefetcher::~ObjectStreamPrefetcher() {
     {
         const std::lock_guard lock(mutex_);
         stop_ = true;
     }
     changed_.notify_all();
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
 }
 
 void ObjectStreamPrefetcher::expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams,
@@ -23,6 +21,7 @@ void ObjectStreamPrefetcher::expect(const std::shared_ptr<InputFile>& file, cons
         order_.push_back(key);
     }
     wakeReader();
+    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
 }
 
 /// The reader, once it is far enough ahead, sleeps until half of that is used: waking it costs more than it looks.

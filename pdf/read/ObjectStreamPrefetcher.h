@@ -26,7 +26,7 @@ public:
         std::uint64_t offset;  ///< in the file
     };
 
-    ObjectStreamPrefetcher();
+    ObjectStreamPrefetcher() = default;
     ObjectStreamPrefetcher(const ObjectStreamPrefetcher&) = delete;
     ObjectStreamPrefetcher& operator=(const ObjectStreamPrefetcher&) = delete;
     ~ObjectStreamPrefetcher();
@@ -70,7 +70,7 @@ private:
     bool readerWaits_ = false;
     bool takerWaits_ = false;
     std::unique_ptr<BlockCache> file_;  // the thread's own
-    std::thread thread_;
+    std::thread thread_;                // from the first streams on
 };
 
 }  // namespace quillon::pdf

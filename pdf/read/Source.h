@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/io/SlimMutex.h"
 #include "pdf/read/SourceDocument.h"
 
 #include <atomic>
@@ -46,20 +47,22 @@ public:
 
 private:
     friend class SourceAccess;
+    friend class SourceRegistry;
 
     bool load();
 
     std::shared_ptr<InputFile> file_;
-    mutable std::mutex mutex_;
     std::unique_ptr<SourceDocument> document_;  // null while dropped; guarded by mutex_
+    Source* nextInRegistry_ = nullptr;          // SourceRegistry's
     Warnings warnings_;                         // guarded by mutex_
-    int holds_ = 0;                             // guarded by mutex_; of SourceHolds
     Keyring keys_;                              // guarded by mutex_
     std::atomic<std::uint32_t> pageCount_ = 0;
     std::uint32_t permissions_ = UINT32_MAX;  // set once, before the source is shared
-    Version version_ = 10;                    // likewise
+    int holds_ = 0;                           // guarded by mutex_; of SourceHolds
+    Version version_ = 10;                    // set once, before the source is shared
     bool encrypted_ = false;                  // likewise
     bool believeCounts_ = true;               // guarded by mutex_
+    mutable SlimMutex mutex_;
 };
 
 /// Exclusive use of a source's structure for the time of its life, on one thread. Hold it briefly: another thread that
@@ -88,7 +91,7 @@ private:
     static void unhold(Source& source);
 
     Source& source_;
-    std::unique_lock<std::mutex> lock_;
+    std::unique_lock<SlimMutex> lock_;
 };
 
 }  // namespace quillon::pdf

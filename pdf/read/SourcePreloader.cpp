@@ -1,12 +1,12 @@
 #include "pdf/read/SourcePreloader.h"
 
 #include <algorithm>
-#include <utility>
+#include <vector>
 
 namespace quillon::pdf {
 
-SourcePreloader::SourcePreloader(std::vector<std::string> paths) : paths_(std::move(paths)), held_(paths_.size()) {
-    if (paths_.size() > 1) thread_ = std::thread([this] { run(); });
+SourcePreloader::SourcePreloader(std::size_t count, PathAt pathAt) : count_(count), pathAt_(std::move(pathAt)) {
+    if (hasTwoFiles()) thread_ = std::thread([this] { run(); });
 }
 
 SourcePreloader::~SourcePreloader() {
@@ -18,17 +18,28 @@ SourcePreloader::~SourcePreloader() {
     if (thread_.joinable()) thread_.join();
 }
 
+/// With fewer, nothing can be opened beside the owner.
+bool SourcePreloader::hasTwoFiles() const {
+    std::size_t files = 0;
+    for (std::size_t index = 0; index < count_ && files < 2; ++index) {
+        if (!pathAt_(index).empty()) ++files;
+    }
+    return files == 2;
+}
+
 void SourcePreloader::reached(std::size_t index) {
     std::vector<std::shared_ptr<Source>> released;  // end outside the lock
     const std::lock_guard lock(mutex_);
-    for (std::size_t i = reached_; i < std::min(index, held_.size()); ++i) released.push_back(std::move(held_[i]));
+    for (; !held_.empty() && held_.front().first < index; held_.pop_front()) {
+        released.push_back(std::move(held_.front().second));
+    }
     reached_ = std::max(reached_, index);
     if (waits_) moved_.notify_all();
 }
 
 void SourcePreloader::run() {
     std::unique_lock lock(mutex_);
-    for (std::size_t index = 1; index < paths_.size(); index += 2) {
+    for (std::size_t index = 1; index < count_; index += 2) {
         while (!stop_ && index > reached_ + mostAhead) {
             waits_ = true;
             moved_.wait(lock);
@@ -37,9 +48,10 @@ void SourcePreloader::run() {
         if (stop_) return;
         if (index <= reached_) continue;
         lock.unlock();
-        auto source = Source::open(paths_[index]);
+        const std::string path = pathAt_(index);
+        auto source = path.empty() ? nullptr : Source::open(path);
         lock.lock();
-        if (index >= reached_) held_[index] = std::move(source);
+        if (source && index >= reached_) held_.emplace_back(index, std::move(source));
     }
 }
 

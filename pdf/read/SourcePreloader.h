@@ -3,11 +3,13 @@
 #include "pdf/read/Source.h"
 
 #include <condition_variable>
+#include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -16,8 +18,11 @@ namespace quillon::pdf {
 /// time differs.
 class SourcePreloader {
 public:
-    /// `paths` are the files in the order in which they will be opened.
-    explicit SourcePreloader(std::vector<std::string> paths);
+    /// The path of the file at a place of the list; empty where none is opened. Called on both threads.
+    using PathAt = std::function<std::string(std::size_t)>;
+
+    /// The files, in the order in which they will be opened, are those at 0 … `count` - 1.
+    SourcePreloader(std::size_t count, PathAt pathAt);
     SourcePreloader(const SourcePreloader&) = delete;
     SourcePreloader& operator=(const SourcePreloader&) = delete;
     /// Lets go of the files.
@@ -27,15 +32,17 @@ public:
     void reached(std::size_t index);
 
 private:
+    [[nodiscard]] bool hasTwoFiles() const;
     void run();
 
     // Files opened ahead of the owner.
     static constexpr std::size_t mostAhead = 16;
 
-    const std::vector<std::string> paths_;
+    const std::size_t count_;
+    const PathAt pathAt_;
     std::mutex mutex_;
     std::condition_variable moved_;
-    std::vector<std::shared_ptr<Source>> held_;
+    std::deque<std::pair<std::size_t, std::shared_ptr<Source>>> held_;  // in the order of the list
     std::size_t reached_ = 0;
     bool waits_ = false;
     bool stop_ = false;

@@ -3,6 +3,7 @@
 #include "pdf/read/Source.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -18,28 +19,50 @@ std::shared_ptr<Source> SourceRegistry::find(const FileIdentity& identity) {
 
 /// A source takes itself out before it ends, so every pointer leads to one; one that is just ending gives null.
 std::shared_ptr<Source> SourceRegistry::findLocked(const FileIdentity& identity) {
-    const auto [begin, end] = sources_.equal_range(identity.inode);
-    for (auto at = begin; at != end; ++at) {
-        if (at->second->file()->identity() != identity) continue;
-        if (auto source = at->second->weak_from_this().lock()) return source;
+    if (buckets_.empty()) return nullptr;
+    for (Source* at = bucketOf(identity.inode); at; at = at->nextInRegistry_) {
+        if (at->file()->identity() != identity) continue;
+        if (auto source = at->weak_from_this().lock()) return source;
     }
     return nullptr;
+}
+
+Source*& SourceRegistry::bucketOf(std::uint64_t inode) noexcept {
+    return buckets_[inode % buckets_.size()];
+}
+
+void SourceRegistry::addBuckets() {
+    constexpr std::size_t least = 64;
+    std::vector<Source*> old(std::max(least, 2 * buckets_.size()));
+    old.swap(buckets_);
+    for (Source* source : old) {
+        while (source) {
+            Source*& bucket = bucketOf(source->file()->identity().inode);
+            Source* const next = std::exchange(source->nextInRegistry_, bucket);
+            bucket = std::exchange(source, next);
+        }
+    }
 }
 
 std::shared_ptr<Source> SourceRegistry::add(const std::shared_ptr<Source>& source) {
     const std::lock_guard lock(mutex_);
     const FileIdentity& identity = source->file()->identity();
     if (auto earlier = findLocked(identity)) return earlier;
-    sources_.emplace(identity.inode, source.get());
+    if (count_++ == buckets_.size()) addBuckets();
+    Source*& bucket = bucketOf(identity.inode);
+    source->nextInRegistry_ = std::exchange(bucket, source.get());
     return source;
 }
 
 void SourceRegistry::remove(Source& source) {
     const std::lock_guard lock(mutex_);
     forget(source);
-    const auto [begin, end] = sources_.equal_range(source.file()->identity().inode);
-    const auto own = std::find_if(begin, end, [&](const auto& entry) { return entry.second == &source; });
-    if (own != end) sources_.erase(own);
+    if (buckets_.empty()) return;
+    Source** at = &bucketOf(source.file()->identity().inode);
+    while (*at && *at != &source) at = &(*at)->nextInRegistry_;
+    if (!*at) return;  // a source that could not be loaded
+    *at = source.nextInRegistry_;
+    --count_;
 }
 
 bool SourceRegistry::keep(const Source& source, std::size_t bytes) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <vector>
 
 namespace quillon::pdf {
 
@@ -37,10 +38,14 @@ public:
 
 private:
     std::shared_ptr<Source> findLocked(const FileIdentity& identity);
+    [[nodiscard]] Source*& bucketOf(std::uint64_t inode) noexcept;
+    void addBuckets();
     void forget(const Source& source);
 
     std::mutex mutex_;
-    std::unordered_multimap<std::uint64_t, Source*> sources_;  // by inode
+    // A hash table by inode whose chains run through the sources: of these there are thousands.
+    std::vector<Source*> buckets_;
+    std::size_t count_ = 0;
     std::unordered_map<const Source*, std::size_t> kept_;
     std::size_t keptBytes_ = 0;
 };

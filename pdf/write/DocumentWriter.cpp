@@ -25,8 +25,7 @@ constexpr Version protectedVersion = 20;
 /// One run of writeDocument, from the first byte of the file to the last.
 class DocumentWriter {
 public:
-    DocumentWriter(const DocumentPlan& plan, OutputFile& file)
-        : plan_(plan), file_(file), sources_(SourcePlan::of(plan)) {}
+    DocumentWriter(const DocumentPlan& plan, OutputFile& file) : plan_(plan), file_(file), sources_(plan) {}
 
     bool write(WriteResult& result);
     /// Whether a page tree turned out to be other than it was read; it is read differently from now on.
@@ -48,7 +47,7 @@ private:
 
     const DocumentPlan& plan_;
     OutputFile& file_;
-    std::vector<SourcePlan> sources_;
+    const SourcePlans sources_;
     std::vector<std::string> warnings_;
     ObjectOutput* output_ = nullptr;
     PageTreeWriter* tree_ = nullptr;
@@ -92,8 +91,8 @@ bool DocumentWriter::write(WriteResult& result) {
     const std::string trailer =
         "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
     const bool finished = output.finish(trailer, firstId_);
-    for (const SourcePlan& source : sources_)
-        std::ranges::move(source.source()->warnings(), std::back_inserter(warnings_));
+    for (std::size_t i = 0; i < sources_.size(); ++i)
+        std::ranges::move(sources_[i].source()->warnings(), std::back_inserter(warnings_));
     for (const std::string& file : output.shortened()) {
         warnings_.push_back(file + ": became shorter while it was copied; what is missing was made up with zeros");
     }
@@ -104,7 +103,7 @@ bool DocumentWriter::write(WriteResult& result) {
 
 void DocumentWriter::writeHeader() {
     Version version = plan_.protection ? protectedVersion : lowestVersion;
-    for (const SourcePlan& source : sources_) version = std::max(version, source.source()->version());
+    for (std::size_t i = 0; i < sources_.size(); ++i) version = std::max(version, sources_[i].source()->version());
     // The four bytes beyond ASCII tell transfer programs that the file is binary.
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
 }

@@ -44,8 +44,9 @@ ObjectOutput::ObjectOutput(OutputFile& file, const Encryptor* encryptor)
 }
 
 std::uint32_t ObjectOutput::reserve() {
+    const std::uint32_t number = nextNumber();
     places_.push_back(0);
-    return static_cast<std::uint32_t>(places_.size() - 1);
+    return number;
 }
 
 void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
@@ -66,7 +67,7 @@ void ObjectOutput::flushBody() {
     pipeline_.writeDeflated(stream,
                             "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom),
                             std::move(body_));
-    body_ = pipeline_.buffer();
+    body_ = pipeline_.buffer(indexRoom + bodyBytes);
     beginBody();
     packed_.clear();
 }
@@ -78,7 +79,7 @@ void ObjectOutput::beginBody() {
 void ObjectOutput::flushChunk() {
     if (chunk_.empty()) return;
     pipeline_.write(std::move(chunk_), std::move(chunkObjects_), std::move(chunkSealed_));
-    chunk_ = pipeline_.buffer();
+    chunk_ = pipeline_.buffer(chunkBytes + StreamIndex::longStream);
     chunkObjects_.clear();
     chunkSealed_.clear();
 }
@@ -113,9 +114,10 @@ void ObjectOutput::sealData(std::size_t begin) {
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
                                           StreamExtent extent) {
     const FileRange range{extent.offset, extent.length};
-    if (extent.length > largeStream) return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
+    if (extent.length >= StreamIndex::longStream)
+        return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
     const std::size_t before = chunk_.size();
-    const std::uint32_t own = number != 0 ? number : static_cast<std::uint32_t>(places_.size());
+    const std::uint32_t own = number != 0 ? number : nextNumber();
     beginStream(own, entries, extent.length);
     makeRoom();
     const std::size_t begin = chunk_.size();
@@ -129,18 +131,26 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
 std::uint32_t ObjectOutput::endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
                                       std::span<const FileRange> ranges) {
     const std::string_view data = std::string_view(chunk_).substr(stream.data);
-    const auto key = streams_.key(entries, data);
-    if (const auto known = stream.shareable ? streams_.find(key, data) : std::nullopt) {
+    const StreamContent content{.dictionary = entries, .data = data, .file = &file, .ranges = ranges};
+    if (const auto known = enter(content, stream.number, stream.shareable)) {
         chunk_.resize(stream.begin);
         chunkObjects_.pop_back();
         return *known;
     }
-    if (stream.shareable) static_cast<void>(reserve());
-    streams_.add(key, stream.number, &file, ranges);
     sealData(stream.data);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
     return stream.number;
+}
+
+std::optional<std::uint32_t> ObjectOutput::enter(const StreamContent& stream, std::uint32_t number, bool shareable) {
+    if (!shareable) {
+        streams_.add(stream, number);
+        return std::nullopt;
+    }
+    const auto known = streams_.findOrAdd(stream, number);
+    if (!known) static_cast<void>(reserve());
+    return known;
 }
 
 void ObjectOutput::noteShortened(const std::string& path) {
@@ -149,17 +159,16 @@ void ObjectOutput::noteShortened(const std::string& path) {
 
 std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries,
                                       const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges) {
-    const auto key = streams_.key(entries, *file, ranges);
-    if (const auto known = number == 0 ? streams_.find(key, *file, ranges) : std::nullopt) return *known;
-    if (number == 0) number = reserve();
-    streams_.add(key, number, file.get(), ranges);
+    const StreamContent stream{.dictionary = entries, .file = file.get(), .ranges = ranges};
+    const std::uint32_t own = number != 0 ? number : nextNumber();
+    if (const auto known = enter(stream, own, number == 0)) return *known;
     hold(file);
-    beginStream(number, entries, key.length);
+    beginStream(own, entries, stream.length());
     flushChunk();
     pipeline_.copy(file, {ranges.begin(), ranges.end()});
     // Not left in the chunk, since an object stream may be written before that.
     pipeline_.write(std::string(streamEnd), {});
-    return number;
+    return own;
 }
 
 std::uint32_t ObjectOutput::addObject(std::string_view value) {
@@ -173,7 +182,7 @@ std::uint32_t ObjectOutput::addObject(std::string_view value) {
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
                                           StreamExtent extent, StreamKey key) {
     if (key.cipher == Cipher::Identity) return addFileStream(number, entries, file, extent);
-    if (extent.length <= largeStream) {
+    if (extent.length <= mostInMemory) {
         std::string data;
         if (file.append(extent.offset, static_cast<std::size_t>(extent.length), data) < extent.length) {
             noteShortened(file.file().path());
@@ -183,16 +192,13 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
         return addData(number, entries, data);
     }
     auto reader = std::make_unique<DecryptingReader>(file.sharedFile(), extent.offset, extent.length, std::move(key));
-    const auto known = streams_.key(entries, *reader);
-    if (const auto equal = number == 0 ? streams_.find(known) : std::nullopt) return *equal;
-    reader->rewind();
-    if (number == 0) number = reserve();
-    streams_.add(known, number, nullptr, {});
-    beginStream(number, entries, reader->length());
+    const std::uint32_t own = number != 0 ? number : nextNumber();
+    if (const auto known = enter({.dictionary = entries, .reader = reader.get()}, own, number == 0)) return *known;
+    beginStream(own, entries, reader->length());
     flushChunk();
     pipeline_.copy(std::move(reader));
     pipeline_.write(std::string(streamEnd), {});
-    return number;
+    return own;
 }
 
 std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const char> data) {
@@ -201,28 +207,26 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const 
 
 /// An equal stream is used instead unless `number` is given (not 0).
 std::uint32_t ObjectOutput::addData(std::uint32_t number, std::string_view entries, std::string_view data) {
-    const auto key = streams_.key(entries, data);
-    if (const auto known = number == 0 ? streams_.find(key, data) : std::nullopt) return *known;
-    if (number == 0) number = reserve();
-    streams_.add(key, number, nullptr, {});
-    beginStream(number, entries, data.size());
+    const std::uint32_t own = number != 0 ? number : nextNumber();
+    if (const auto known = enter({.dictionary = entries, .data = data}, own, number == 0)) return *known;
+    beginStream(own, entries, data.size());
     makeRoom();
     const std::size_t begin = chunk_.size();
     chunk_ += data;
     sealData(begin);
     chunk_ += streamEnd;
     if (chunk_.size() >= chunkBytes) flushChunk();
-    return number;
+    return own;
 }
 
 std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
                                       std::span<const FileRange> ranges) {
     std::uint64_t length = 0;
     for (const FileRange& range : ranges) length += range.length;
-    if (length > largeStream) return copyLarge(0, entries, file, ranges);
+    if (length >= StreamIndex::longStream) return copyLarge(0, entries, file, ranges);
     hold(file);
     const std::size_t before = chunk_.size();
-    const auto own = static_cast<std::uint32_t>(places_.size());
+    const std::uint32_t own = nextNumber();
     beginStream(own, entries, length);
     makeRoom();
     const std::size_t begin = chunk_.size();
@@ -249,10 +253,9 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     const std::uint64_t offset = file_.size();
     places_[own] = offset;
     const unsigned width = bytesFor(std::max<std::uint64_t>(offset, places_.size()));
-    const std::string rows = crossReferences(width);
     const std::size_t rowBytes = 3 + width;
     std::string deflated;
-    Deflater(1).deflate(predictUp(rows, rowBytes), deflated);
+    Deflater(1).deflate(crossReferences(width), deflated);
     std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + encryption +
                        idText(firstId, pipeline_.digest()) + "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
@@ -273,17 +276,20 @@ std::string ObjectOutput::encryptionEntry() {
     return "/Encrypt " + number + " 0 R";
 }
 
-/// The rows of the cross-reference stream: type, place in `width` bytes, index or generation in two.
+/// The rows of the cross-reference stream, predicted: type, place in `width` bytes, index or generation in two.
 std::string ObjectOutput::crossReferences(unsigned width) const {
+    UpPredictor predictor(3 + width);
     std::string rows;
-    rows.reserve(places_.size() * (3 + width));
+    rows.reserve(places_.size() * (4 + width));
+    std::string row;
     for (std::size_t number = 0; number < places_.size(); ++number) {
         const std::uint64_t place = places_[number];
         const bool packed = (place & inStream) != 0;
         constexpr std::uint64_t indexMask = 0xffff;
-        rows += static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
-        appendBigEndian(rows, packed ? (place & ~inStream) >> 16U : place, width);
-        appendBigEndian(rows, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+        row.assign(1, static_cast<char>(packed ? 2 : place != 0 ? 1 : 0));
+        appendBigEndian(row, packed ? (place & ~inStream) >> 16U : place, width);
+        appendBigEndian(row, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+        predictor.addRow(row, rows);
     }
     return rows;
 }

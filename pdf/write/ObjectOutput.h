@@ -6,6 +6,8 @@
 #include "pdf/write/StreamIndex.h"
 
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +58,8 @@ private:
         std::size_t offset;
     };
 
+    /// The number that reserve() gives next.
+    [[nodiscard]] std::uint32_t nextNumber() const noexcept { return static_cast<std::uint32_t>(places_.size()); }
     void beginBody();
     void flushBody();
     /// A stream whose data is being read into the chunk.
@@ -65,6 +69,9 @@ private:
         std::size_t begin;  // of the object in the chunk
         std::size_t data;   // of the data
     };
+
+    /// An equal stream if `shareable` and there is one; otherwise the stream is entered as `number`.
+    std::optional<std::uint32_t> enter(const StreamContent& stream, std::uint32_t number, bool shareable);
 
     std::uint32_t endStream(const OpenStream& stream, std::string_view entries, InputFile& file,
                             std::span<const FileRange> ranges);
@@ -85,8 +92,8 @@ private:
     // digits each. What it does not need stays blank, and deflates to nothing.
     static constexpr std::size_t indexRoom = bodyObjects * 22;
     static constexpr std::size_t chunkBytes = 256 * 1024;
-    // Data longer than this is not held in memory but copied when its turn comes.
-    static constexpr std::uint64_t largeStream = 4U << 20U;
+    // Enciphered data up to this length is deciphered in memory.
+    static constexpr std::uint64_t mostInMemory = 4U << 20U;
 
     [[nodiscard]] std::string encryptionEntry();
 
@@ -103,7 +110,7 @@ private:
     std::vector<std::string> shortened_;
     // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in
     // the upper bits and an index in the lower 16.
-    std::vector<std::uint64_t> places_{0};
+    std::deque<std::uint64_t> places_{0};  // never moved, since it is large
     static constexpr std::uint64_t inStream = std::uint64_t{1} << 63U;
 };
 

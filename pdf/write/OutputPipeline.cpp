@@ -12,6 +12,11 @@ constexpr int deflateLevel = 1;
 
 }  // namespace
 
+/// Bytes that the item is or will be read to; what is deflated counts as it is.
+std::size_t OutputPipeline::sizeOf(const Item& item) noexcept {
+    return item.file ? static_cast<std::size_t>(item.range.length) : item.bytes.size();
+}
+
 OutputPipeline::OutputPipeline(OutputFile& file, const Encryptor* encryptor)
     : file_(file), encryptor_(encryptor), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
     if (!hash_) throw std::bad_alloc();
@@ -42,10 +47,20 @@ void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary,
 }
 
 void OutputPipeline::copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges) {
-    auto item = std::make_unique<Item>();
-    item->file = std::move(file);
-    item->ranges = std::move(ranges);
-    push(std::move(item));
+    std::uint64_t left = 0;
+    for (const FileRange& range : ranges) left += range.length;
+    for (FileRange range : ranges) {
+        while (range.length > 0) {
+            auto item = std::make_unique<Item>();
+            item->state = State::ToPrepare;
+            item->file = file;
+            item->range = {range.offset, std::min(range.length, pieceBytes)};
+            range = {range.offset + item->range.length, range.length - item->range.length};
+            left -= item->range.length;
+            item->isLastPiece = left == 0;
+            push(std::move(item));
+        }
+    }
 }
 
 void OutputPipeline::copy(std::unique_ptr<DecryptingReader> reader) {
@@ -56,7 +71,7 @@ void OutputPipeline::copy(std::unique_ptr<DecryptingReader> reader) {
 
 void OutputPipeline::push(std::unique_ptr<Item> item) {
     std::unique_lock lock(mutex_);
-    ahead_ += item->bytes.size();
+    ahead_ += sizeOf(*item);
     items_.push_back(std::move(item));
     if (writerWaits_ && ahead_ >= wakeBytes) changed_.notify_all();
     while (ahead_ > mostAhead) {
@@ -82,13 +97,26 @@ bool OutputPipeline::finish() {
     return !failed_;
 }
 
-std::string OutputPipeline::buffer() {
-    const std::lock_guard lock(mutex_);
-    if (spare_.empty()) return {};
-    std::string buffer = std::move(spare_.back());
-    spare_.pop_back();
+std::string OutputPipeline::buffer(std::size_t bytes) {
+    std::string buffer = takeSpare(bytes);
     buffer.clear();
+    buffer.reserve(bytes);
     return buffer;
+}
+
+/// A buffer with whatever was in it: one that is read into is not first filled with zeros.
+std::string OutputPipeline::takeSpare(std::size_t bytes) {
+    const std::lock_guard lock(mutex_);
+    const auto fitting = std::ranges::find_if(spare_, [&](const auto& buffer) { return buffer.capacity() >= bytes; });
+    if (fitting == spare_.end()) return {};
+    std::string buffer = std::move(*fitting);
+    spare_.erase(fitting);
+    return buffer;
+}
+
+void OutputPipeline::recycleLocked(std::string buffer) {
+    constexpr std::size_t worthKeeping = 4096;
+    if (buffer.capacity() >= worthKeeping && spare_.size() < mostSpare) spare_.push_back(std::move(buffer));
 }
 
 OutputPipeline::Item* OutputPipeline::nextToPrepare() {
@@ -97,22 +125,22 @@ OutputPipeline::Item* OutputPipeline::nextToPrepare() {
 }
 
 void OutputPipeline::prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock) {
+    const std::size_t before = sizeOf(item);
     item.state = State::Preparing;
-    const std::size_t before = item.bytes.size();
     lock.unlock();
+    if (item.file) read(item);
     if (!item.dictionary.empty()) deflate(item, deflater);
     for (const Sealed& data : item.sealed) {
         const auto room = static_cast<std::size_t>(Encryptor::lengthOf(data.length));
         encryptor_->seal(std::span(item.bytes).subspan(data.begin, room), data.length);
     }
     lock.lock();
-    ahead_ -= before;
-    ahead_ += item.bytes.size();
+    ahead_ = ahead_ - before + item.bytes.size();
     item.state = State::Ready;
 }
 
 void OutputPipeline::deflate(Item& item, Deflater& deflater) {
-    std::string deflated = buffer();
+    std::string deflated = takeSpare(item.bytes.size() / 2);
     deflater.deflate(item.bytes, deflated);
     item.bytes.swap(deflated);
     if (encryptor_) {
@@ -121,7 +149,18 @@ void OutputPipeline::deflate(Item& item, Deflater& deflater) {
         item.bytes.resize(static_cast<std::size_t>(Encryptor::lengthOf(item.sealed.front().length)));
     }
     const std::lock_guard lock(mutex_);
-    if (spare_.size() < mostSpare) spare_.push_back(std::move(deflated));
+    recycleLocked(std::move(deflated));
+}
+
+void OutputPipeline::read(Item& item) {
+    const auto length = static_cast<std::size_t>(item.range.length);
+    item.bytes = takeSpare(pieceBytes);
+    item.bytes.reserve(pieceBytes);
+    item.bytes.resize(length);
+    const std::size_t got = item.file->readAt(item.range.offset, std::span(item.bytes));
+    if (got == length) return;
+    std::fill(item.bytes.begin() + static_cast<std::ptrdiff_t>(got), item.bytes.end(), '\0');
+    item.wasShort = true;
 }
 
 void OutputPipeline::run() {
@@ -134,8 +173,8 @@ void OutputPipeline::run() {
             lock.unlock();
             writeItem(*item);
             lock.lock();
-            ahead_ -= item->bytes.size();
-            if (spare_.size() < mostSpare) spare_.push_back(std::move(item->bytes));
+            ahead_ -= sizeOf(*item);
+            recycleLocked(std::move(item->bytes));
             if (callerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
         } else if (Item* todo = nextToPrepare()) {
             prepareUnlocked(*todo, deflater, lock);
@@ -159,43 +198,37 @@ void OutputPipeline::writeItem(Item& item) {
         return;
     }
     for (const Placed& object : item.objects) places_.push_back({object.number, file_.size() + object.offset});
-    put(item.bytes);
-    if (item.file || item.reader) writeCopy(item);
-}
-
-void OutputPipeline::writeCopy(Item& item) {
-    if (encryptor_) sealing_.emplace(*encryptor_);
-    for (const FileRange& range : item.ranges) copyRange(*item.file, range);
     if (item.reader) {
-        for (auto piece = item.reader->next(); !piece.empty() && !failed_; piece = item.reader->next()) copyData(piece);
-        if (item.reader->hasShortened()) noteShortened(item.reader->file()->path());
+        writeDeciphered(*item.reader);
+    } else if (item.file) {
+        putPiece(item.bytes, item.isLastPiece);
+    } else {
+        put(item.bytes);
     }
-    if (sealing_) put(sealing_->finish());
-    sealing_.reset();
+    if (item.wasShort) noteShortened(item.file->path());
 }
 
-void OutputPipeline::copyData(std::string_view bytes) {
-    put(sealing_ ? sealing_->next(bytes) : bytes);
+void OutputPipeline::writeDeciphered(DecryptingReader& reader) {
+    for (auto piece = reader.next(); !piece.empty() && !failed_; piece = reader.next()) putPiece(piece, false);
+    putPiece({}, true);
+    if (reader.hasShortened()) noteShortened(reader.file()->path());
+}
+
+/// Writes a piece of a stream's data.
+void OutputPipeline::putPiece(std::string_view bytes, bool isLast) {
+    if (!encryptor_) {
+        put(bytes);
+        return;
+    }
+    if (!sealing_) sealing_.emplace(*encryptor_);
+    put(sealing_->next(bytes));
+    if (!isLast) return;
+    put(sealing_->finish());
+    sealing_.reset();
 }
 
 void OutputPipeline::noteShortened(const std::string& path) {
     if (std::ranges::find(shortened_, path) == shortened_.end()) shortened_.push_back(path);
-}
-
-void OutputPipeline::copyRange(InputFile& file, FileRange range) {
-    constexpr std::uint64_t piece = 256 * 1024;
-    while (range.length > 0 && !failed_) {
-        const auto wanted = static_cast<std::size_t>(std::min(piece, range.length));
-        copyBuffer_.resize(wanted);
-        const std::size_t got = file.readAt(range.offset, std::span(copyBuffer_));
-        if (got < wanted) {
-            std::fill(copyBuffer_.begin() + static_cast<std::ptrdiff_t>(got), copyBuffer_.end(), '\0');
-            noteShortened(file.path());
-        }
-        copyData(copyBuffer_);
-        range.offset += wanted;
-        range.length -= wanted;
-    }
 }
 
 void OutputPipeline::put(std::string_view bytes) {

@@ -21,12 +21,12 @@
 
 namespace quillon::pdf {
 
-/// The second half of writing: deflates object streams, enciphers a protected document, and writes everything to the
-/// file, beside the thread that finds and rewrites the objects.
+/// The second half of writing: deflates object streams, reads what is copied from files, enciphers a protected
+/// document, and writes everything, beside the thread that finds and rewrites the objects.
 ///
-/// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. Deflating and
-/// enciphering are by far the most work here; when the caller is ahead by more than `mostAhead` bytes, it does them too
-/// instead of waiting. All calls come from one thread, the caller's.
+/// The file is written strictly in the order of the calls, so it comes out the same whatever the timing. When the
+/// caller is ahead by more than `mostAhead` bytes, it deflates, reads and enciphers too instead of waiting. All calls
+/// come from one thread, the caller's.
 class OutputPipeline {
 public:
     /// An object in a run of bytes: its number, and where it begins.
@@ -53,9 +53,10 @@ public:
     /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`, `body` is not
     /// deflated yet.
     void writeDeflated(std::uint32_t number, std::string dictionary, std::string body);
-    /// Bytes that are copied from a file when their turn comes. A file that has become shorter is made up with zeros.
+    /// A stream's data, one byte at least, that is copied from a file when its turn comes. A file that has become
+    /// shorter is made up with zeros.
     void copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges);
-    /// The same for the bytes of `reader` from its beginning.
+    /// The same for the data that `reader` gives from its beginning.
     void copy(std::unique_ptr<DecryptingReader> reader);
 
     /// Waits until all is written. False if anything failed.
@@ -63,12 +64,12 @@ public:
 
     /// After finish(): where each object is in the file, a digest of everything written, and the files that had become
     /// shorter.
-    [[nodiscard]] const std::vector<Placed>& places() const noexcept { return places_; }
+    [[nodiscard]] const std::deque<Placed>& places() const noexcept { return places_; }
     [[nodiscard]] XXH128_hash_t digest() const noexcept { return XXH3_128bits_digest(hash_.get()); }
     [[nodiscard]] const std::vector<std::string>& shortened() const noexcept { return shortened_; }
 
-    /// An empty buffer, with the memory of one that has been written where possible.
-    [[nodiscard]] std::string buffer();
+    /// An empty buffer with room for `bytes` bytes, with the memory of one that has been written where possible.
+    [[nodiscard]] std::string buffer(std::size_t bytes);
 
 private:
     enum class State { ToPrepare, Preparing, Ready };
@@ -77,10 +78,12 @@ private:
         std::string bytes;
         std::vector<Placed> objects;
         std::vector<Sealed> sealed;
-        std::string dictionary;  // of an object stream
-        std::shared_ptr<InputFile> file;
-        std::vector<FileRange> ranges;
-        std::unique_ptr<DecryptingReader> reader;
+        std::string dictionary;           // of an object stream
+        std::shared_ptr<InputFile> file;  // where the bytes, a piece of a stream's data, are to be read from
+        FileRange range;
+        bool isLastPiece = false;
+        bool wasShort = false;
+        std::unique_ptr<DecryptingReader> reader;  // where all of a stream's data comes from
     };
     struct FreeHash {
         void operator()(XXH3_state_t* state) const noexcept { XXH3_freeState(state); }
@@ -88,29 +91,33 @@ private:
 
     void run();
     void push(std::unique_ptr<Item> item);
+    [[nodiscard]] static std::size_t sizeOf(const Item& item) noexcept;
     [[nodiscard]] Item* nextToPrepare();
     void prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock);
     void deflate(Item& item, Deflater& deflater);
+    void read(Item& item);
+    [[nodiscard]] std::string takeSpare(std::size_t bytes);
+    void recycleLocked(std::string buffer);
     void writeItem(Item& item);
-    void writeCopy(Item& item);
-    void copyRange(InputFile& file, FileRange range);
-    void copyData(std::string_view bytes);
+    void writeDeciphered(DecryptingReader& reader);
+    void putPiece(std::string_view bytes, bool isLast);
     void noteShortened(const std::string& path);
     void put(std::string_view bytes);
 
-    static constexpr std::size_t mostAhead = 3U << 20U;
+    static constexpr std::size_t mostAhead = 1U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
     static constexpr std::size_t wakeBytes = 256U << 10U;
-    static constexpr std::size_t mostSpare = 8;
+    static constexpr std::size_t mostSpare = 16;
+    // What is copied from a file is read in pieces of this many bytes.
+    static constexpr std::uint64_t pieceBytes = 256U << 10U;
 
     OutputFile& file_;
     const Encryptor* encryptor_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
     Deflater callersDeflater_;
-    std::vector<Placed> places_;                // the writer's until finish()
+    std::deque<Placed> places_;                 // the writer's until finish()
     std::vector<std::string> shortened_;        // likewise
-    std::string copyBuffer_;                    // likewise
-    std::optional<Encryptor::Stream> sealing_;  // of the copy being made; likewise
+    std::optional<Encryptor::Stream> sealing_;  // of the data that comes in pieces; likewise
     bool failed_ = false;                       // likewise
 
     std::mutex mutex_;

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "pdf/write/DocumentWriter.h"
-#include "pdf/write/SourceCopier.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace quillon::pdf {
@@ -25,25 +24,39 @@ public:
         bool first = false;
     };
 
-    explicit SourcePlan(std::shared_ptr<Source> source) : source_(std::move(source)) {}
+    SourcePlan(const std::shared_ptr<Source>& source, std::span<const Copy> copies)
+        : source_(&source), copies_(copies) {}
 
-    /// Adds a copy; to be called in the order of output pages.
-    void add(std::size_t outputPage, const SourcePage& page) {
-        copies_.push_back({static_cast<std::uint32_t>(outputPage), page.index, page.opening, false});
-    }
-    /// Chooses the first copies; to be called when all are added.
-    void choose();
-
-    [[nodiscard]] const std::shared_ptr<Source>& source() const noexcept { return source_; }
-    [[nodiscard]] const std::vector<Copy>& copies() const noexcept { return copies_; }
-
-    /// The plans for all sources of `plan`, in the order of their first pages; the base is among them even without
-    /// pages.
-    [[nodiscard]] static std::vector<SourcePlan> of(const DocumentPlan& plan);
+    [[nodiscard]] const std::shared_ptr<Source>& source() const noexcept { return *source_; }
+    /// In the order of output pages.
+    [[nodiscard]] std::span<const Copy> copies() const noexcept { return copies_; }
 
 private:
-    std::shared_ptr<Source> source_;
-    std::vector<Copy> copies_;
+    const std::shared_ptr<Source>* source_;
+    std::span<const Copy> copies_;
+};
+
+/// The plans for all sources of a document, in the order of their first pages; the base is the first, even without
+/// pages. A range to go through. Kept small, since thousands of sources may have a page each.
+class SourcePlans {
+public:
+    /// `plan` must outlive this.
+    explicit SourcePlans(const DocumentPlan& plan);
+    SourcePlans(const SourcePlans&) = delete;
+    SourcePlans& operator=(const SourcePlans&) = delete;
+
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+    [[nodiscard]] SourcePlan operator[](std::size_t index) const noexcept;
+
+private:
+    struct Entry {
+        const std::shared_ptr<Source>* source;
+        std::uint32_t firstCopy;
+        std::uint32_t copyCount;
+    };
+
+    std::vector<Entry> entries_;
+    std::vector<SourcePlan::Copy> copies_;  // source by source
 };
 
 }  // namespace quillon::pdf

@@ -1,8 +1,10 @@
 #include "pdf/write/StreamIndex.h"
 
 #include <algorithm>
+#include <new>
 #include <random>
 #include <string>
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -44,92 +46,112 @@ private:
     std::string buffer_;
 };
 
-std::uint64_t lengthOf(std::span<const FileRange> ranges) {
-    std::uint64_t length = 0;
-    for (const FileRange& range : ranges) length += range.length;
-    return length;
-}
-
-bool sameBytes(InputFile& a, FileRange aRange, InputFile& b, FileRange bRange) {
-    RangeReader readerA(a, std::span(&aRange, 1));
-    RangeReader readerB(b, std::span(&bRange, 1));
+bool sameBytes(RangeReader a, RangeReader b) {
     while (true) {
-        const std::string_view left = readerA.next(piece);
-        if (left != readerB.next(piece)) return false;
+        const std::string_view left = a.next(piece);
+        if (left != b.next(piece)) return false;
         if (left.size() < piece) return true;
     }
 }
 
+bool sameBytes(RangeReader a, std::string_view b) {
+    for (; !b.empty(); b.remove_prefix(std::min(piece, b.size()))) {
+        if (a.next(piece) != b.substr(0, piece)) return false;
+    }
+    return true;
+}
+
+bool sameBytes(RangeReader a, DecryptingReader& b) {
+    bool same = true;
+    for (auto bytes = b.next(); !bytes.empty() && same; bytes = b.next()) same = a.next(bytes.size()) == bytes;
+    b.rewind();
+    return same;
+}
+
+/// `next` yields the data piece by piece, and nothing at its end.
+template <class Next>
+XXH128_hash_t hashOfPieces(Next next, std::uint64_t seed) {
+    const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(), XXH3_freeState);
+    if (!state) throw std::bad_alloc();
+    XXH3_128bits_reset_withSeed(state.get(), seed);
+    for (std::string_view bytes = next(); !bytes.empty(); bytes = next()) {
+        XXH3_128bits_update(state.get(), bytes.data(), bytes.size());
+    }
+    return XXH3_128bits_digest(state.get());
+}
+
+XXH128_hash_t hashOf(RangeReader reader, std::uint64_t seed) {
+    return hashOfPieces([&] { return reader.next(piece); }, seed);
+}
+
+XXH128_hash_t hashOf(DecryptingReader& reader, std::uint64_t seed) {
+    const XXH128_hash_t hash = hashOfPieces([&] { return reader.next(); }, seed);
+    reader.rewind();
+    return hash;
+}
+
+XXH128_hash_t hashOf(const StreamContent& stream, std::uint64_t seed) {
+    if (stream.data) return XXH3_128bits_withSeed(stream.data->data(), stream.data->size(), seed);
+    if (stream.reader) return hashOf(*stream.reader, seed);
+    return hashOf(RangeReader(*stream.file, stream.ranges), seed);
+}
+
+/// Where the data is if it can be read again from one place.
+std::pair<InputFile*, std::uint64_t> placeOf(const StreamContent& stream) {
+    if (!stream.file || stream.ranges.size() != 1) return {nullptr, 0};
+    return {stream.file, stream.ranges.front().offset};
+}
+
 }  // namespace
+
+std::uint64_t StreamContent::length() const noexcept {
+    if (data) return data->size();
+    if (reader) return reader->length();
+    std::uint64_t length = 0;
+    for (const FileRange& range : ranges) length += range.length;
+    return length;
+}
 
 StreamIndex::StreamIndex() {
     std::random_device random;
     seed_ = std::uint64_t{random()} << 32U | random();
 }
 
-StreamIndex::Key StreamIndex::key(std::string_view dictionary, std::string_view data) const {
-    const std::uint64_t seed = XXH3_64bits_withSeed(dictionary.data(), dictionary.size(), seed_);
-    return {XXH3_128bits_withSeed(data.data(), data.size(), seed), data.size()};
+std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream, std::uint32_t number) {
+    const std::uint64_t length = stream.length();
+    const std::uint64_t key = XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
+    if (length >= longStream && addLone(stream, key, number)) return std::nullopt;
+    const XXH128_hash_t hash = hashOf(stream, key);
+    const auto [file, offset] = placeOf(stream);
+    const auto [known, isNew] = known_.try_emplace(hash.low64, Known{file, file ? offset : hash.high64, number});
+    if (isNew || !isEqual(known->second, stream, hash.high64)) return std::nullopt;
+    return known->second.number;
 }
 
-StreamIndex::Key StreamIndex::key(std::string_view dictionary, InputFile& file,
-                                  std::span<const FileRange> ranges) const {
-    const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(), XXH3_freeState);
-    XXH3_128bits_reset_withSeed(state.get(), XXH3_64bits_withSeed(dictionary.data(), dictionary.size(), seed_));
-    RangeReader reader(file, ranges);
-    for (std::string_view bytes = reader.next(piece); !bytes.empty(); bytes = reader.next(piece)) {
-        XXH3_128bits_update(state.get(), bytes.data(), bytes.size());
-    }
-    return {XXH3_128bits_digest(state.get()), lengthOf(ranges)};
+void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
+    static_cast<void>(findOrAdd(stream, number));
 }
 
-StreamIndex::Key StreamIndex::key(std::string_view dictionary, DecryptingReader& data) const {
-    const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(), XXH3_freeState);
-    XXH3_128bits_reset_withSeed(state.get(), XXH3_64bits_withSeed(dictionary.data(), dictionary.size(), seed_));
-    for (std::string_view bytes = data.next(); !bytes.empty(); bytes = data.next()) {
-        XXH3_128bits_update(state.get(), bytes.data(), bytes.size());
-    }
-    return {XXH3_128bits_digest(state.get()), data.length()};
+bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number) {
+    const auto [file, offset] = placeOf(stream);
+    const auto [place, isNew] = lones_.try_emplace(key, Lone{file, offset, number});
+    if (isNew) return file != nullptr;
+    Lone& lone = place->second;
+    if (!lone.file) return false;
+    const FileRange range{lone.offset, stream.length()};
+    const XXH128_hash_t hash = hashOf(RangeReader(*lone.file, std::span(&range, 1)), key);
+    known_.try_emplace(hash.low64, Known{lone.file, lone.offset, lone.number});
+    lone.file = nullptr;
+    return false;
 }
 
-const StreamIndex::Known* StreamIndex::known(const Key& key) const {
-    const auto found = known_.find(key.hash.low64);
-    if (found == known_.end()) return nullptr;
-    const Known& known = found->second;
-    return known.highHash == key.hash.high64 && known.length == key.length ? &known : nullptr;
-}
-
-std::optional<std::uint32_t> StreamIndex::find(const Key& key, std::string_view data) const {
-    const Known* equal = known(key);
-    if (!equal) return std::nullopt;
-    if (!equal->file) return equal->number;
-    const FileRange range{equal->offset, equal->length};
-    RangeReader reader(*equal->file, std::span(&range, 1));
-    for (std::string_view left = data; !left.empty(); left.remove_prefix(std::min(piece, left.size()))) {
-        if (reader.next(piece) != left.substr(0, piece)) return std::nullopt;
-    }
-    return equal->number;
-}
-
-std::optional<std::uint32_t> StreamIndex::find(const Key& key, InputFile& file,
-                                               std::span<const FileRange> ranges) const {
-    const Known* equal = known(key);
-    if (!equal) return std::nullopt;
-    const bool comparable = equal->file && ranges.size() == 1;
-    if (comparable && !sameBytes(file, ranges.front(), *equal->file, {equal->offset, equal->length}))
-        return std::nullopt;
-    return equal->number;
-}
-
-std::optional<std::uint32_t> StreamIndex::find(const Key& key) const {
-    const Known* equal = known(key);
-    return equal ? std::optional(equal->number) : std::nullopt;
-}
-
-void StreamIndex::add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges) {
-    const bool single = file && ranges.size() == 1;
-    known_.try_emplace(key.hash.low64, Known{key.hash.high64, key.length, single ? file : nullptr,
-                                             single ? ranges.front().offset : 0, number});
+bool StreamIndex::isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash) {
+    if (!known.file) return known.evidence == highHash;
+    const FileRange range{known.evidence, stream.length()};
+    const RangeReader reader(*known.file, std::span(&range, 1));
+    if (stream.data) return sameBytes(reader, *stream.data);
+    if (stream.reader) return sameBytes(reader, *stream.reader);
+    return sameBytes(reader, RangeReader(*stream.file, stream.ranges));
 }
 
 }  // namespace quillon::pdf

@@ -15,47 +15,57 @@
 
 namespace quillon::pdf {
 
+/// A stream about to be written. Its data is in memory, in a file, in both, or comes from a reader.
+struct StreamContent {
+    std::string_view dictionary;
+    std::optional<std::string_view> data = {};
+    InputFile* file = nullptr;
+    std::span<const FileRange> ranges = {};  ///< of `file`, whose concatenation is the data
+    DecryptingReader* reader = nullptr;      ///< at its beginning, where it is left too
+
+    [[nodiscard]] std::uint64_t length() const noexcept;
+};
+
 /// Knows the streams written so far, so that an equal one of another input is written once: fonts, logos, profiles.
 ///
 /// Streams are told apart by a 128-bit hash of dictionary and data with a seed that no input can know, and where the
-/// data comes from a file, the bytes are compared as well.
+/// data comes from a file, the bytes are compared as well. Two long streams hardly ever have the same dictionary and
+/// length, so these are hashed only when a second one comes along.
 class StreamIndex {
 public:
-    struct Key {
-        XXH128_hash_t hash{};
-        std::uint64_t length = 0;
-    };
+    /// Bytes from which on a stream is long.
+    static constexpr std::uint64_t longStream = 64U << 10U;
+
     StreamIndex();
 
-    [[nodiscard]] Key key(std::string_view dictionary, std::string_view data) const;
-    [[nodiscard]] Key key(std::string_view dictionary, InputFile& file, std::span<const FileRange> ranges) const;
-    /// Reads `data` to its end.
-    [[nodiscard]] Key key(std::string_view dictionary, DecryptingReader& data) const;
-
-    /// The number of an equal stream; nothing if there is none. `data` is the data if it is in memory, otherwise it is
-    /// read from `ranges` of `file`.
-    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, std::string_view data) const;
-    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key, InputFile& file,
-                                                    std::span<const FileRange> ranges) const;
-    /// The same by the hash alone, for data that is not in one piece of a file.
-    [[nodiscard]] std::optional<std::uint32_t> find(const Key& key) const;
-    /// `file` must outlive the index; null for data made in memory.
-    void add(const Key& key, std::uint32_t number, InputFile* file, std::span<const FileRange> ranges);
+    /// The number of an equal stream; if there is none, nothing, and the stream is entered as `number`. The file of
+    /// `stream` must outlive the index.
+    [[nodiscard]] std::optional<std::uint32_t> findOrAdd(const StreamContent& stream, std::uint32_t number);
+    /// Enters the stream as `number`; of equal ones the first is found.
+    void add(const StreamContent& stream, std::uint32_t number);
 
 private:
-    // Kept small, since every stream of the file has one. Data in several ranges is known by its hash alone.
+    // Kept small, since every stream of the file has one.
     struct Known {
-        std::uint64_t highHash;
-        std::uint64_t length;
-        InputFile* file;  // null for data made in memory or in several ranges
+        InputFile* file;         // null for data made in memory or in several ranges
+        std::uint64_t evidence;  // what shows that a stream is equal: the offset of the data, without a file the high
+                                 // half of the hash
+        std::uint32_t number;
+    };
+    /// The only long stream of its dictionary and length.
+    struct Lone {
+        InputFile* file;  // null once streams of this dictionary and length are found by their hash
         std::uint64_t offset;
         std::uint32_t number;
     };
 
-    [[nodiscard]] const Known* known(const Key& key) const;
+    /// Whether dictionary and length of a long stream alone show that it is new.
+    [[nodiscard]] bool addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number);
+    [[nodiscard]] static bool isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash);
 
     std::uint64_t seed_;
     std::unordered_map<std::uint64_t, Known> known_;  // by the low half of the hash
+    std::unordered_map<std::uint64_t, Lone> lones_;   // by the hash of dictionary and length
 };
 
 }  // namespace quillon::pdf

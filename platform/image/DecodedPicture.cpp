@@ -6,9 +6,6 @@
 #include "platform/image/JpegHeader.h"
 #include "platform/image/PictureDecoder.h"
 
-#include <QColorSpace>
-#include <QImage>
-
 #include <array>
 
 namespace quillon {
@@ -43,12 +40,9 @@ QSize sizeOf(const std::shared_ptr<pdf::InputFile>& file, const QByteArray& form
     PictureDecoder decoder(file, format);
     if (!decoder.canDecode()) return {};
     const QSize size = decoder.size();
-    return size.isValid() ? size : decoder.decode().size();
-}
-
-IccProfile profileOf(const QImage& image) {
-    const QByteArray bytes = image.colorSpace().iccProfile();
-    return IccProfile(std::vector<char>(bytes.begin(), bytes.end()));
+    if (size.isValid()) return size;
+    const auto image = decoder.decode();
+    return image ? QSize(image->width(), image->height()) : QSize();
 }
 
 }  // namespace
@@ -68,9 +62,9 @@ std::unique_ptr<const Picture> DecodedPicture::open(const std::shared_ptr<pdf::I
 }
 
 std::optional<std::uint32_t> DecodedPicture::addTo(pdf::ObjectSink& sink) const {
-    const QImage image = PictureDecoder(file(), format_).decode();
-    if (image.isNull()) return std::nullopt;
-    return ImageEncoder(image, profileOf(image)).addTo(sink);
+    const auto image = PictureDecoder(file(), format_).decode();
+    if (!image) return std::nullopt;
+    return ImageEncoder(*image, IccProfile(image->profile())).addTo(sink);
 }
 
 }  // namespace quillon

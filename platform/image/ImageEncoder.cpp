@@ -54,8 +54,8 @@ std::string paletteText(const std::vector<QRgb>& colors, int components) {
 
 }  // namespace
 
-ImageEncoder::ImageEncoder(const QImage& image, IccProfile profile)
-    : rows_(image), facts_(rows_.facts()), profile_(std::move(profile)) {}
+ImageEncoder::ImageEncoder(const RasterImage& image, IccProfile profile)
+    : image_(image), facts_(PictureFacts::of(image)), profile_(std::move(profile)) {}
 
 // A profile for RGB says nothing about grey samples, so with one even a grey picture stays RGB.
 bool ImageEncoder::mayBeGray() const {
@@ -93,12 +93,12 @@ std::uint32_t ImageEncoder::addSoftMask(pdf::ObjectSink& sink) const {
 }
 
 std::uint32_t ImageEncoder::addSamples(Form form, const std::string& colorEntries, pdf::ObjectSink& sink) const {
-    const std::string width = std::to_string(rows_.width());
+    const std::string width = std::to_string(image_.width());
     const std::string bits = std::to_string(form.bits);
     const std::string entries = "/Type/XObject/Subtype/Image/Width " + width + "/Height " +
-                                std::to_string(rows_.height()) + "/BitsPerComponent " + bits + colorEntries;
+                                std::to_string(image_.height()) + "/BitsPerComponent " + bits + colorEntries;
     if (form.bits == 1 && form.source != Source::Palette) {
-        BilevelEncoder encoder(rows_.width(), rows_.height());
+        BilevelEncoder encoder(image_.width(), image_.height());
         packRows(form, [&](std::span<const unsigned char> row) { encoder.write(row); });
         return encoder.addTo(sink, entries);
     }
@@ -111,7 +111,7 @@ std::uint32_t ImageEncoder::addSamples(Form form, const std::string& colorEntrie
     }
     const int components = form.source == Source::Rgb ? 3 : 1;
     const auto pixelLength = static_cast<std::size_t>(components * form.bits / 8);
-    PngPredictor predictor(pixelLength * static_cast<std::size_t>(rows_.width()), pixelLength);
+    PngPredictor predictor(pixelLength * static_cast<std::size_t>(image_.width()), pixelLength);
     packRows(form, [&](std::span<const unsigned char> row) { flate.write(predictor.filter(row)); });
     return sink.addStream(entries + "/Filter/FlateDecode/DecodeParms<</Predictor 15/Colors " +
                               std::to_string(components) + "/BitsPerComponent " + bits + "/Columns " + width + ">>",
@@ -122,7 +122,7 @@ template <typename Write>
 void ImageEncoder::packRows(Form form, Write write) const {
     SamplePacker packer(form.bits);
     PaletteIndex palette(facts_.colors ? std::span<const QRgb>(*facts_.colors) : std::span<const QRgb>());
-    rows_.forEach([&](std::span<const QRgba64> row) {
+    image_.forEachRow([&](std::span<const QRgba64> row) {
         for (const QRgba64 pixel : row) {
             switch (form.source) {
                 case Source::Gray:

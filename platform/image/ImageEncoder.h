@@ -2,9 +2,8 @@
 
 #include "pdf/write/ObjectSink.h"
 #include "platform/image/IccProfile.h"
-#include "platform/image/PixelRows.h"
-
-#include <QImage>
+#include "platform/image/PictureFacts.h"
+#include "platform/image/RasterImage.h"
 
 #include <cstdint>
 #include <string>
@@ -15,8 +14,8 @@ namespace quillon {
 /// grey, a palette of up to 256 colours, or RGB, of 1 to 16 bits. Alpha becomes a soft mask.
 class ImageEncoder {
 public:
-    /// Keeps a reference to the pixels, no copy. `image` is not null.
-    ImageEncoder(const QImage& image, IccProfile profile);
+    /// `image` must outlive this.
+    ImageEncoder(const RasterImage& image, IccProfile profile);
 
     /// Returns the object number of the image XObject.
     std::uint32_t addTo(pdf::ObjectSink& sink) const;
@@ -38,8 +37,8 @@ private:
     template <typename Write>
     void packRows(Form form, Write write) const;
 
-    PixelRows rows_;
-    PixelRows::Facts facts_;
+    const RasterImage& image_;
+    PictureFacts facts_;
     IccProfile profile_;
 };
 

@@ -8,7 +8,6 @@
 #include "platform/image/PictureDecoder.h"
 #include "platform/image/PngHeader.h"
 
-#include <QImage>
 #include <libdeflate.h>
 
 #include <algorithm>
@@ -123,10 +122,10 @@ std::uint32_t PngPicture::addPixelData(const PngHeader& header, pdf::ObjectSink&
 }
 
 std::optional<std::uint32_t> PngPicture::addDecoded(const PngHeader& header, pdf::ObjectSink& sink) const {
-    QImage image = PictureDecoder(file(), "png").decode();
-    if (image.isNull()) image = PictureDecoder(file(), "png").decodeBeginning();
-    if (image.isNull()) return std::nullopt;
-    return ImageEncoder(image, profileOf(header, *file())).addTo(sink);
+    auto image = PictureDecoder(file(), "png").decode();
+    if (!image) image = PictureDecoder(file(), "png").decodeBeginning();
+    if (!image) return std::nullopt;
+    return ImageEncoder(*image, profileOf(header, *file())).addTo(sink);
 }
 
 }  // namespace quillon

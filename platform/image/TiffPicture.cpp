@@ -7,8 +7,6 @@
 #include "platform/image/PictureDecoder.h"
 #include "platform/image/TiffFile.h"
 
-#include <QImage>
-
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -47,9 +45,9 @@ std::optional<std::uint32_t> TiffPicture::addTo(pdf::ObjectSink& sink) const {
     if (!tiff) return std::nullopt;
     if (const auto strip = tiff->groupFourStrip()) return addStrip(*tiff, *strip, sink);
     if (tiff->isBilevel()) return addRows(*tiff, sink);
-    const QImage image = PictureDecoder(file(), "tiff").decode();
-    if (image.isNull()) return std::nullopt;
-    return ImageEncoder(image, IccProfile(tiff->profile())).addTo(sink);
+    const auto image = PictureDecoder(file(), "tiff").decode();
+    if (!image) return std::nullopt;
+    return ImageEncoder(*image, IccProfile(tiff->profile())).addTo(sink);
 }
 
 std::string TiffPicture::bilevelEntries(const TiffFile& tiff, pdf::ObjectSink& sink) const {

@@ -2,21 +2,11 @@
 
 #include "platform/pdf/FilePath.h"
 
-#include <string>
+#include <utility>
 
 namespace quillon {
 
-namespace {
-
-std::vector<std::string> pathsOf(const std::vector<QUrl>& urls) {
-    std::vector<std::string> paths;
-    paths.reserve(urls.size());
-    for (const QUrl& url : urls) paths.push_back(filePathOf(url));
-    return paths;
-}
-
-}  // namespace
-
-DocumentPreloader::DocumentPreloader(const std::vector<QUrl>& urls) : sources_(pathsOf(urls)) {}
+DocumentPreloader::DocumentPreloader(std::size_t count, UrlAt urlAt)
+    : sources_(count, [urlAt = std::move(urlAt)](std::size_t index) { return filePathOf(urlAt(index)); }) {}
 
 }  // namespace quillon

@@ -5,7 +5,7 @@
 #include <QUrl>
 
 #include <cstddef>
-#include <vector>
+#include <functional>
 
 namespace quillon {
 
@@ -13,8 +13,11 @@ namespace quillon {
 /// PDFDocument is used as ever and finds what is open already.
 class DocumentPreloader {
 public:
-    /// `urls` in the order in which they will be opened; an empty URL is passed over.
-    explicit DocumentPreloader(const std::vector<QUrl>& urls);
+    /// The file of the document at a place of the list; an empty URL where none is opened. Called on both threads.
+    using UrlAt = std::function<QUrl(std::size_t)>;
+
+    /// The documents, in the order in which they will be opened, are those at 0 … `count` - 1.
+    DocumentPreloader(std::size_t count, UrlAt urlAt);
 
     /// The document at `index` of the list is opened next.
     void reached(std::size_t index) { sources_.reached(index); }

@@ -121,6 +121,7 @@ bool PDFDocument::allowsPrinting() const {
 
 bool PDFDocument::unlockWithPassword(const QString& password) {
     if (!isEncrypted()) return true;
+    if (password.isNull()) return false;
     const pdf::Access access = source_->unlock(password.toStdString());
     if (access == pdf::Access::None) return false;
     const bool wasLocked = isLocked();

@@ -46,9 +46,9 @@ public:
     /// The same for printing.
     [[nodiscard]] bool allowsPrinting() const;
     /// Whether `password` is the user's or the owner's, which then opens the document; true for a document that is not
-    /// encrypted. A wrong password takes nothing away. An absent password is a null string, and the same as an empty
-    /// one. A document that was locked gets its pages, in place of any that were inserted before. The password of an
-    /// unlocked file is not checked anew as long as any of its pages or documents lives.
+    /// encrypted. A wrong password takes nothing away. An absent password is a null string and opens nothing, unlike an
+    /// empty one. A document that was locked gets its pages, in place of any that were inserted before. The password of
+    /// an unlocked file is not checked anew as long as any of its pages or documents lives.
     bool unlockWithPassword(const QString& password);
 
     /// While the document is locked, the number of pages that it will have, as far as that can be told without the

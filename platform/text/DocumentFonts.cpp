@@ -3,23 +3,19 @@
 #include "platform/text/DrawnFont.h"
 #include "platform/text/EmbeddedFont.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace quillon {
 
-DocumentFont& DocumentFonts::fontFor(const QRawFont& font) {
-    const auto known = std::ranges::find(known_, font, &std::pair<QRawFont, DocumentFont*>::first);
-    if (known != known_.end()) return *known->second;
-    auto& entry = fonts_[{font.familyName() + QLatin1Char('/') + font.styleName(), font.fontTable("head")}];
-    if (!entry) {
-        auto file = std::make_unique<const FontFile>(font);
-        if (file->isEmbeddable()) {
-            entry = std::make_shared<EmbeddedFont>(std::move(file));
-        } else {
-            entry = std::make_shared<DrawnFont>(font, std::move(file));
-        }
+DocumentFont& DocumentFonts::fontFor(const Typeface& typeface) {
+    auto& entry = fonts_[typeface.key()];
+    if (entry) return *entry;
+    auto file = typeface.open();
+    if (file->isEmbeddable()) {
+        entry = std::make_shared<EmbeddedFont>(std::move(file));
+    } else {
+        entry = std::make_shared<DrawnFont>(std::move(file));
     }
-    known_.emplace_back(font, entry.get());
     return *entry;
 }
 

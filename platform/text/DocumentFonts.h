@@ -1,26 +1,22 @@
 #pragma once
 
 #include "platform/text/DocumentFont.h"
+#include "platform/text/Typeface.h"
 
 #include <QByteArray>
-#include <QRawFont>
 
 #include <map>
 #include <memory>
-#include <utility>
-#include <vector>
 
 namespace quillon {
 
 /// The fonts of one document, each once. Used by one thread.
 class DocumentFonts {
 public:
-    [[nodiscard]] DocumentFont& fontFor(const QRawFont& font);
+    [[nodiscard]] DocumentFont& fontFor(const Typeface& typeface);
 
 private:
-    std::vector<std::pair<QRawFont, DocumentFont*>> known_;
-    // The same font may come as several QRawFont: by the name and the table that holds the file's checksum.
-    std::map<std::pair<QString, QByteArray>, std::shared_ptr<DocumentFont>> fonts_;
+    std::map<QByteArray, std::shared_ptr<DocumentFont>> fonts_;  // by the key of the typeface
 };
 
 }  // namespace quillon

@@ -3,8 +3,6 @@
 #include "platform/text/DocumentFont.h"
 #include "platform/text/FontFile.h"
 
-#include <QRawFont>
-
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
@@ -19,7 +17,7 @@ class DrawnGlyphs;
 /// no shapes, as fonts of coloured pictures do (ISO 32000-2, 9.6.4). Its text can be searched like any other.
 class DrawnFont final : public DocumentFont {
 public:
-    DrawnFont(const QRawFont& font, std::shared_ptr<const FontFile> file) : font_(font), file_(std::move(file)) {}
+    explicit DrawnFont(std::shared_ptr<const FontFile> file) : file_(std::move(file)) {}
 
     [[nodiscard]] Use use(std::uint32_t glyph, const QString& text) override;
 
@@ -29,7 +27,6 @@ private:
         std::uint32_t code;
     };
 
-    QRawFont font_;
     std::shared_ptr<const FontFile> file_;
     std::unordered_map<std::uint32_t, Place> places_;
     std::vector<std::shared_ptr<DrawnGlyphs>> parts_;  // such a font holds 256 glyphs

@@ -1,8 +1,6 @@
 #include "platform/text/Font.h"
 
-#include <QFont>
-#include <QFontDatabase>
-#include <QFontInfo>
+#include "platform/gui/GuiServices.h"
 
 #include <array>
 #include <cmath>
@@ -11,6 +9,11 @@
 namespace quillon {
 
 namespace {
+
+bool hasFamily(const QString& name) {
+    const GuiServices* const services = GuiServices::instance();
+    return services && services->hasFontFamily(name);
+}
 
 /// The family that stands for "Microsoft Sans Serif", and for the default font.
 ///
@@ -23,11 +26,10 @@ QString findSansSerif() {
         "DejaVu Sans",          "Noto Sans", "Nimbus Sans"};
     for (const char* name : nearest) {
         const QString family = QString::fromLatin1(name);
-        if (QFontDatabase::hasFamily(family)) return family;
+        if (hasFamily(family)) return family;
     }
-    QFont any;
-    any.setStyleHint(QFont::SansSerif);
-    return QFontInfo(any).family();
+    const GuiServices* const services = GuiServices::instance();
+    return services ? services->usualSansSerif() : QString();
 }
 
 const QString& sansSerif() {
@@ -47,7 +49,7 @@ Font::Font(QString family, double size) : family_(std::move(family)), size_(usab
 
 std::optional<Font> Font::fontWithName(const QString& name, double size) {
     if (name == QLatin1String("Microsoft Sans Serif")) return Font(sansSerif(), size);
-    if (name.isEmpty() || !QFontDatabase::hasFamily(name)) return std::nullopt;
+    if (name.isEmpty() || !hasFamily(name)) return std::nullopt;
     return Font(name, size);
 }
 

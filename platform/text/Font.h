@@ -27,7 +27,7 @@ public:
     /// Points.
     [[nodiscard]] double size() const noexcept { return size_; }
 
-    friend auto operator<=>(const Font&, const Font&) = default;
+    friend bool operator==(const Font&, const Font&) = default;
 
 private:
     Font(QString family, double size);

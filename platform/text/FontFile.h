@@ -2,65 +2,77 @@
 
 #include "pdf/Geometry.h"
 
-#include <QByteArray>
-#include <QRawFont>
-
+#include <array>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string>
-
-struct hb_face_t;
-struct hb_font_t;
+#include <vector>
 
 namespace quillon {
 
-/// The file of a font as far as embedding it asks for. Lengths are in thousandths of an em.
+/// The file of a font as far as showing its glyphs in a PDF file asks for. Lengths are in thousandths of an em.
 class FontFile {
 public:
-    explicit FontFile(const QRawFont& font);
+    /// Where the pen goes: to a point, in a straight line to a point, or in a curve to the last of three points.
+    struct PathStep {
+        enum class Kind { Move, Line, Curve };
+
+        struct Point {
+            double x;
+            double y;
+        };
+
+        Kind kind;
+        std::array<Point, 3> points;
+    };
+    /// A glyph's shape, seen from its origin.
+    struct Outline {
+        std::vector<PathStep> steps;
+        pdf::Rectangle box;
+        bool isEvenOdd = false;  ///< what is inside, by the rule of that name; else by that of the winding number
+    };
+    /// A glyph's own picture: where it lies, seen from its origin, and its pixels, row by row from the top.
+    struct Picture {
+        pdf::Rectangle place;
+        int width;
+        int height;
+        std::string colors;  ///< RGB
+        std::string alphas;
+    };
+
+    FontFile() = default;
     FontFile(const FontFile&) = delete;
     FontFile& operator=(const FontFile&) = delete;
-    ~FontFile();
+    virtual ~FontFile() = default;
 
     /// Whether glyphs of it can and may be embedded: it has outlines of a kind that PDF knows, and its maker does not
     /// forbid it. The restrictions that a font states (OpenType `fsType`) are honoured where they rule out a subset in
     /// a file that everybody may read: restricted licence, no subsetting, bitmaps only.
-    [[nodiscard]] bool isEmbeddable() const noexcept { return embeddable_; }
+    [[nodiscard]] virtual bool isEmbeddable() const = 0;
     /// PostScript outlines; otherwise TrueType.
-    [[nodiscard]] bool hasPostScriptOutlines() const noexcept { return postScript_; }
+    [[nodiscard]] virtual bool hasPostScriptOutlines() const = 0;
 
-    /// False for a font of pictures alone.
-    [[nodiscard]] bool hasOutlines() const noexcept { return outlines_; }
-
-    [[nodiscard]] std::string postScriptName() const;
-    [[nodiscard]] double advance(std::uint32_t glyph) const;
-    [[nodiscard]] double ascent() const;
+    [[nodiscard]] virtual std::string postScriptName() const = 0;
+    [[nodiscard]] virtual double advance(std::uint32_t glyph) const = 0;
+    [[nodiscard]] virtual double ascent() const = 0;
     /// Negative.
-    [[nodiscard]] double descent() const;
-    [[nodiscard]] pdf::Rectangle boundingBox() const;
-
-    /// Where a glyph's own picture lies, seen from its origin, and the PNG file of it; nothing when it has none.
-    struct Picture {
-        pdf::Rectangle place;
-        QByteArray png;
-    };
-    [[nodiscard]] std::optional<Picture> picture(std::uint32_t glyph) const;
+    [[nodiscard]] virtual double descent() const = 0;
+    [[nodiscard]] virtual pdf::Rectangle boundingBox() const = 0;
 
     /// The font program with these glyphs alone, under their old indexes: a TrueType file, or a bare CFF font. Nothing
     /// when the file is damaged.
-    [[nodiscard]] std::optional<std::string> subset(const std::set<std::uint32_t>& glyphs) const;
+    [[nodiscard]] virtual std::optional<std::string> subset(const std::set<std::uint32_t>& glyphs) const = 0;
 
-private:
-    [[nodiscard]] bool mayBeEmbedded() const;
-
-    QRawFont font_;
-    hb_face_t* face_;
-    hb_font_t* hbFont_;
-    bool postScript_ = false;
-    bool outlines_ = true;
-    bool embeddable_ = false;
+    // The same of any font, also one whose file is of a kind that the above cannot read.
+    [[nodiscard]] virtual double drawnAdvance(std::uint32_t glyph) const = 0;
+    [[nodiscard]] virtual double drawnAscent() const = 0;
+    /// Negative.
+    [[nodiscard]] virtual double drawnDescent() const = 0;
+    /// Without steps when the glyph has no shape.
+    [[nodiscard]] virtual Outline outline(std::uint32_t glyph) const = 0;
+    /// Nothing when the glyph has no picture.
+    [[nodiscard]] virtual std::optional<Picture> picture(std::uint32_t glyph) const = 0;
 };
 
 }  // namespace quillon

@@ -1,10 +1,12 @@
 #pragma once
 
-#include <QRawFont>
+#include "platform/text/Typeface.h"
+
 #include <QString>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace quillon {
@@ -27,7 +29,7 @@ struct LineLayout {
     double width = 0;
     double ascent = 0;   ///< of the line box above the baseline
     double descent = 0;  ///< of the line box below it, positive
-    std::vector<QRawFont> fonts;
+    std::vector<std::shared_ptr<const Typeface>> fonts;
     std::vector<Cluster> clusters;
 
     /// Lays `text` out as one line in a font family, with glyphs of other families where it has none. Line ends, tabs

@@ -132,7 +132,7 @@ private:
 
 pdf::PaintContent contentOf(const LineLayout& layout, double size, DocumentFonts& fonts) {
     LineWriter writer(size, layout.descent);
-    for (const auto& cluster : layout.clusters) writer.show(cluster, fonts.fontFor(layout.fonts[cluster.font]));
+    for (const auto& cluster : layout.clusters) writer.show(cluster, fonts.fontFor(*layout.fonts[cluster.font]));
     return writer.finish();
 }
 

@@ -24,6 +24,9 @@ public:
     /// Selects the row, or the nearest that there is. Does not count as a click.
     void selectRow(int row);
 
+    /// Gives the keyboard to the selected row.
+    void focusSelectedRow();
+
     /// A row that is disabled cannot be selected by a person; the others are as enabled as the matrix.
     void setRowEnabled(int row, bool enabled);
     [[nodiscard]] bool isRowEnabled(int row) const;

@@ -10,7 +10,8 @@ namespace quillon {
 /// The same of one that is disabled.
 [[nodiscard]] QColor disabledControlTextColor();
 
-/// Gives the text of a label or field a colour, which it keeps until the next call.
+/// Gives the text of a label or field a colour, which it keeps until the next call. One of the two above follows the
+/// theme.
 void setTextColor(QWidget& control, const QColor& color);
 [[nodiscard]] QColor textColor(const QWidget& control);
 

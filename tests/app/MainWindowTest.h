@@ -2,6 +2,7 @@
 
 #include "app/MainWindowController.h"
 #include "merge/cacheData.h"
+#include "platform/store/UserDefaults.h"
 #include "platform/ui/TableView.h"
 #include "tests/support/PdfFixture.h"
 #include "tests/support/TempDir.h"
@@ -55,7 +56,8 @@ protected:
     TempDir dir_;
     AnsweringPanels panels_;
     RecordingWorkspace workspace_;
-    MainWindowController controller_{panels_, workspace_};
+    UserDefaults defaults_{QString::fromStdString(dir_.file("Quillon.conf"))};
+    MainWindowController controller_{panels_, workspace_, defaults_};
 
 private:
     template <typename Control>

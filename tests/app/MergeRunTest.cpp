@@ -153,8 +153,16 @@ TEST_F(MergeRun, StopDismissesTheSheetAtOnceAndThePartialFileIsWhole) {
     stopOrClose().click();
     EXPECT_FALSE(progressSheet()->isVisible());
     EXPECT_TRUE(job->isCancelled());
+    // The job still reads the list and the settings.
+    EXPECT_FALSE(action("actionSettings").isEnabled());
+    EXPECT_FALSE(action("actionRemoveAll").isEnabled());
+    EXPECT_FALSE(table().isEnabled());
+    EXPECT_TRUE(action("actionQuit").isEnabled());
     // The end of the job only repeats the finished state on the hidden sheet.
-    ASSERT_TRUE(test::waitFor([this] { return stopOrClose().text() == QStringLiteral("Close"); }));
+    ASSERT_TRUE(test::waitFor([this] { return action("actionSettings").isEnabled(); }));
+    EXPECT_EQ(stopOrClose().text(), QStringLiteral("Close"));
+    EXPECT_TRUE(action("actionRemoveAll").isEnabled());
+    EXPECT_TRUE(table().isEnabled());
     QSignalSpy quit(&controller_, &MainWindowController::quitRequested);
     controller_.quit();
     EXPECT_FALSE(progressSheet()->isVisible());

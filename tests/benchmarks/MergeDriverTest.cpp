@@ -100,6 +100,27 @@ TEST_F(MergeDriver, AFileThatIsNoPdfIsAPicture) {
     EXPECT_EQ(reported(result, "warnings"), "0");
 }
 
+TEST_F(MergeDriver, LoadsQtGuiOnlyForPicturesAndText) {
+    // Makes the dynamic linker report what it loads.
+    qputenv("LD_DEBUG", "files");
+    const auto withoutPicture = run({QStringLiteral("DIR/out.pdf"), QStringLiteral("DIR/a.pdf")});
+    const auto withPicture = run({QStringLiteral("DIR/out.pdf"), QStringLiteral("DIR/picture.pbm")});
+    const auto withText =
+        run({QStringLiteral("--setting"), QStringLiteral("isAddWaterMark=1"), QStringLiteral("--setting"),
+             QStringLiteral("getWaterMarkContent=Draft"), QStringLiteral("DIR/out.pdf"), QStringLiteral("DIR/a.pdf")});
+    qunsetenv("LD_DEBUG");
+    const auto loads = [](const ProgramResult& result, const char* library) {
+        return result.errors.find(library) != std::string::npos;
+    };
+    EXPECT_EQ(withoutPicture.exitCode, 0);
+    EXPECT_TRUE(loads(withoutPicture, "libQt6Core"));
+    EXPECT_FALSE(loads(withoutPicture, "libQt6Gui"));
+    EXPECT_EQ(withPicture.exitCode, 0);
+    EXPECT_TRUE(loads(withPicture, "libQt6Gui"));
+    EXPECT_EQ(withText.exitCode, 0);
+    EXPECT_TRUE(loads(withText, "libQt6Gui"));
+}
+
 TEST_F(MergeDriver, WhatCannotBeReadIsAWarningAndContributesNothing) {
     (void)dir_.write("text.txt", "no picture");
     const auto result = run({QStringLiteral("DIR/out.pdf"), QStringLiteral("DIR/missing.pdf"),

@@ -1,3 +1,5 @@
+#include "pdf/object/Parser.h"
+#include "pdf/security/FileKey.h"
 #include "pdf/write/OutputPipeline.h"
 #include "tests/support/Process.h"
 #include "tests/support/TempDir.h"
@@ -107,6 +109,31 @@ TEST_F(OutputPipelineTest, MakesUpWhatIsMissingOfAFileThatBecameShorter) {
     EXPECT_EQ(pipeline.shortened(), std::vector<std::string>{path});
     EXPECT_TRUE(file->commit(false));
     EXPECT_EQ(contentOf(dir.file("out")), std::string("23\0\0\0\0\0\0", 8));
+}
+
+TEST_F(OutputPipelineTest, EnciphersCopiedDataAsAWhole) {
+    std::mt19937 random(47);
+    const std::string text = noise(random, 1'000'000);
+    const auto input = InputFile::open(dir.write("input", text));
+    const auto file = OutputFile::create(dir.file("out"));
+    const Encryptor encryptor({"u", {}});
+    OutputPipeline pipeline(*file, &encryptor);
+    const std::vector<std::pair<std::uint64_t, std::uint64_t>> copies{{0, 1'000'000}, {7, 700'001}, {3, 16}};
+    for (const auto& [offset, length] : copies)
+        pipeline.copy(input, {{offset, length / 2}, {offset + length / 2, length - length / 2}});
+    EXPECT_TRUE(pipeline.finish());
+    EXPECT_TRUE(file->commit(false));
+    const std::string sealed = contentOf(dir.file("out"));
+    const auto dictionary = EncryptionDictionary::read(*Parser(encryptor.dictionary()).parse().dictionary(), {});
+    const auto key = openWithPassword(dictionary, "u");
+    std::size_t at = 0;
+    for (const auto& [offset, length] : copies) {
+        std::string data = sealed.substr(at, Encryptor::lengthOf(length));
+        at += data.size();
+        decryptStream({Cipher::Aes256, key.value().key}, data);
+        EXPECT_TRUE(data == text.substr(offset, length)) << offset;
+    }
+    EXPECT_EQ(at, sealed.size());
 }
 
 TEST_F(OutputPipelineTest, SaysThatWritingFailed) {

@@ -31,7 +31,7 @@ TEST_F(SourcePlanTest, ThereIsOnePlanForEachSourceInTheOrderOfPages) {
     plan.pages.emplace_back().origin = std::make_shared<const BlankPage>();  // belongs to no source
     add(plan, pagesOf(a, {1, 2}));
     add(plan, pagesOf(b, {2}));
-    const auto plans = SourcePlan::of(plan);
+    const SourcePlans plans(plan);
     ASSERT_EQ(plans.size(), 2U);
     EXPECT_EQ(plans[0].source(), b);
     EXPECT_EQ(text(plans[0]), "0:0* 4:2*");
@@ -42,7 +42,7 @@ TEST_F(SourcePlanTest, TheBaseIsFirstEvenWithoutPages) {
     DocumentPlan plan;
     plan.base = a;
     add(plan, pagesOf(b, {0}));
-    const auto plans = SourcePlan::of(plan);
+    const SourcePlans plans(plan);
     ASSERT_EQ(plans.size(), 2U);
     EXPECT_EQ(plans[0].source(), a);
     EXPECT_EQ(text(plans[0]), "");
@@ -51,21 +51,21 @@ TEST_F(SourcePlanTest, TheBaseIsFirstEvenWithoutPages) {
 TEST_F(SourcePlanTest, OfSeveralCopiesOfAPageOneIsTheFirst) {
     DocumentPlan plan;
     add(plan, pagesOf(a, {1, 1, 0, 1}));
-    EXPECT_EQ(text(SourcePlan::of(plan)[0]), "0:1* 1:1 2:0* 3:1");
+    EXPECT_EQ(text(SourcePlans(plan)[0]), "0:1* 1:1 2:0* 3:1");
 }
 
 TEST_F(SourcePlanTest, TheOpeningWithMostPagesHasTheFirstCopies) {
     DocumentPlan plan;
     add(plan, pagesOf(a, {1}));
     add(plan, pagesOf(a, {0, 1, 2}));
-    EXPECT_EQ(text(SourcePlan::of(plan)[0]), "0:1 1:0* 2:1* 3:2*");
+    EXPECT_EQ(text(SourcePlans(plan)[0]), "0:1 1:0* 2:1* 3:2*");
 }
 
 TEST_F(SourcePlanTest, OfOpeningsWithEquallyManyPagesTheEarlierOneHas) {
     DocumentPlan plan;
     add(plan, pagesOf(a, {0, 1}));
     add(plan, pagesOf(a, {0, 1}));
-    EXPECT_EQ(text(SourcePlan::of(plan)[0]), "0:0* 1:1* 2:0 3:1");
+    EXPECT_EQ(text(SourcePlans(plan)[0]), "0:0* 1:1* 2:0 3:1");
 }
 
 }  // namespace

@@ -133,7 +133,8 @@ TEST_F(ProtectedDocument, WithoutAUsersPasswordItIsOpenButEncrypted) {
     EXPECT_TRUE(document->allowsPrinting());
     EXPECT_EQ(document->pageCount(), 2);
     EXPECT_FALSE(document->unlockWithPassword(wrong));
-    EXPECT_TRUE(document->unlockWithPassword(QString()));
+    EXPECT_FALSE(document->unlockWithPassword(QString()));
+    EXPECT_TRUE(document->unlockWithPassword(QStringLiteral("")));
     EXPECT_FALSE(document->allowsCopying());
     EXPECT_TRUE(document->unlockWithPassword(owners));
     EXPECT_TRUE(document->allowsCopying());

@@ -1,5 +1,6 @@
 #include "platform/text/LineLayout.h"
 
+#include <QStringList>
 #include <gtest/gtest.h>
 
 namespace quillon {

@@ -1,9 +1,13 @@
-#include "platform/text/FontFile.h"
+#include "platform/gui/HarfBuzzFontFile.h"
+
+#include <QImage>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <array>
 #include <hb-ot.h>
 #include <hb-subset.h>
+#include <memory>
 
 namespace quillon {
 
@@ -74,7 +78,7 @@ bool isCidKeyed(const std::string& cff) {
 
 }  // namespace
 
-FontFile::FontFile(const QRawFont& font)
+HarfBuzzFontFile::HarfBuzzFontFile(const QRawFont& font)
     : font_(font), face_(hb_face_create_for_tables(tableOf, &font_, nullptr)), hbFont_(nullptr) {
     const auto upem = static_cast<unsigned>(font_.unitsPerEm());
     if (upem > 0) hb_face_set_upem(face_, upem);
@@ -87,12 +91,12 @@ FontFile::FontFile(const QRawFont& font)
     embeddable_ = usable && mayBeEmbedded();
 }
 
-FontFile::~FontFile() {
+HarfBuzzFontFile::~HarfBuzzFontFile() {
     hb_font_destroy(hbFont_);
     hb_face_destroy(face_);
 }
 
-bool FontFile::mayBeEmbedded() const {
+bool HarfBuzzFontFile::mayBeEmbedded() const {
     constexpr std::size_t typeOffset = 8;
     const unsigned type =
         wordAt(bytesOf(Held<hb_blob_t>(hb_face_reference_table(face_, HB_TAG('O', 'S', '/', '2'))).get()), typeOffset);
@@ -102,7 +106,7 @@ bool FontFile::mayBeEmbedded() const {
     return !restricted && !noSubsetting && !bitmapsOnly;
 }
 
-std::string FontFile::postScriptName() const {
+std::string HarfBuzzFontFile::postScriptName() const {
     std::array<char, 64> name{};
     auto length = static_cast<unsigned>(name.size());
     hb_ot_name_get_utf8(face_, HB_OT_NAME_ID_POSTSCRIPT_NAME, HB_LANGUAGE_INVALID, &length, name.data());
@@ -112,40 +116,106 @@ std::string FontFile::postScriptName() const {
     return text.empty() ? "Font" : text;
 }
 
-double FontFile::advance(std::uint32_t glyph) const {
+double HarfBuzzFontFile::advance(std::uint32_t glyph) const {
     return hb_font_get_glyph_h_advance(hbFont_, glyph) * 1000.0 / hb_face_get_upem(face_);
 }
 
-double FontFile::ascent() const {
+double HarfBuzzFontFile::ascent() const {
     hb_font_extents_t extents{};
     hb_font_get_h_extents(hbFont_, &extents);
     return extents.ascender * 1000.0 / hb_face_get_upem(face_);
 }
 
-double FontFile::descent() const {
+double HarfBuzzFontFile::descent() const {
     hb_font_extents_t extents{};
     hb_font_get_h_extents(hbFont_, &extents);
     return extents.descender * 1000.0 / hb_face_get_upem(face_);
 }
 
-pdf::Rectangle FontFile::boundingBox() const {
+pdf::Rectangle HarfBuzzFontFile::boundingBox() const {
     const std::string head = bytesOf(Held<hb_blob_t>(hb_face_reference_table(face_, HB_TAG('h', 'e', 'a', 'd'))).get());
     const auto scaled = [&](std::size_t offset) { return signedAt(head, offset) * 1000.0 / hb_face_get_upem(face_); };
     return {scaled(36), scaled(38), scaled(40), scaled(42)};
 }
 
-std::optional<FontFile::Picture> FontFile::picture(std::uint32_t glyph) const {
+double HarfBuzzFontFile::drawnAdvance(std::uint32_t glyph) const {
+    const auto advances = font_.advancesForGlyphIndexes({glyph});
+    return advances.isEmpty() ? 0 : advances.front().x() * scale();
+}
+
+double HarfBuzzFontFile::drawnAscent() const {
+    return font_.ascent() * scale();
+}
+
+double HarfBuzzFontFile::drawnDescent() const {
+    return -font_.descent() * scale();
+}
+
+FontFile::Outline HarfBuzzFontFile::outline(std::uint32_t glyph) const {
+    // Asked for the outline of a picture, Qt has none, and measures the font wrongly from then on.
+    const QPainterPath path = outlines_ ? font_.pathForGlyph(glyph) : QPainterPath();
+    const QRectF box = path.boundingRect();
+    // Qt counts downwards.
+    Outline result{{},
+                   {box.left() * scale(), -box.bottom() * scale(), box.right() * scale(), -box.top() * scale()},
+                   path.fillRule() == Qt::OddEvenFill};
+    const auto point = [&](int at) {
+        const QPainterPath::Element element = path.elementAt(at);
+        return PathStep::Point{element.x * scale(), -element.y * scale()};
+    };
+    for (int i = 0; i < path.elementCount(); ++i) {
+        switch (path.elementAt(i).type) {
+            case QPainterPath::MoveToElement:
+                result.steps.push_back({PathStep::Kind::Move, {point(i)}});
+                break;
+            case QPainterPath::LineToElement:
+                result.steps.push_back({PathStep::Kind::Line, {point(i)}});
+                break;
+            case QPainterPath::CurveToElement:
+                result.steps.push_back({PathStep::Kind::Curve, {point(i), point(i + 1), point(i + 2)}});
+                i += 2;
+                break;
+            case QPainterPath::CurveToDataElement:
+                break;
+        }
+    }
+    return result;
+}
+
+/// The layout takes pictures for smaller than the font's file says; they must fit the room that it gave them.
+pdf::Rectangle HarfBuzzFontFile::placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const {
+    const QRectF box = font_.boundingRect(glyph);
+    if (!box.isEmpty()) {
+        return {box.left() * scale(), -box.bottom() * scale(), box.right() * scale(), -box.top() * scale()};
+    }
+    const double shrink = std::min(1.0, drawnAdvance(glyph) / std::max(stated.width(), 1.0));
+    return {stated.left * shrink, stated.bottom * shrink, stated.right * shrink, stated.top * shrink};
+}
+
+std::optional<FontFile::Picture> HarfBuzzFontFile::picture(std::uint32_t glyph) const {
     const std::string png = bytesOf(Held<hb_blob_t>(hb_ot_color_glyph_reference_png(hbFont_, glyph)).get());
     hb_glyph_extents_t extents{};
     if (png.empty() || !hb_font_get_glyph_extents(hbFont_, glyph, &extents)) return std::nullopt;
-    const double scale = 1000.0 / hb_face_get_upem(face_);
+    QImage image = QImage::fromData(QByteArray::fromStdString(png), "PNG");
+    if (image.isNull()) return std::nullopt;
+    image.convertTo(QImage::Format_ARGB32);
+    const double unit = 1000.0 / hb_face_get_upem(face_);
     // The height is counted downwards.
-    return Picture{{extents.x_bearing * scale, (extents.y_bearing + extents.height) * scale,
-                    (extents.x_bearing + extents.width) * scale, extents.y_bearing * scale},
-                   QByteArray::fromStdString(png)};
+    const pdf::Rectangle stated{extents.x_bearing * unit, (extents.y_bearing + extents.height) * unit,
+                                (extents.x_bearing + extents.width) * unit, extents.y_bearing * unit};
+    Picture result{placeOf(glyph, stated), image.width(), image.height(), {}, {}};
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            for (const int value : {qRed(pixel), qGreen(pixel), qBlue(pixel)})
+                result.colors += static_cast<char>(value);
+            result.alphas += static_cast<char>(qAlpha(pixel));
+        }
+    }
+    return result;
 }
 
-std::optional<std::string> FontFile::subset(const std::set<std::uint32_t>& glyphs) const {
+std::optional<std::string> HarfBuzzFontFile::subset(const std::set<std::uint32_t>& glyphs) const {
     const Held<hb_subset_input_t> input(hb_subset_input_create_or_fail());
     if (!input) return std::nullopt;
     for (const std::uint32_t glyph : glyphs) hb_set_add(hb_subset_input_glyph_set(input.get()), glyph);
