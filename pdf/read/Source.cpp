@@ -29,6 +29,7 @@ bool Source::load() {
     encrypted_ = document_->isEncrypted();
     if (encrypted_) permissions_ = keys_.decryptor()->dictionary()->permissions;
     version_ = document_->version();
+    catalogKeys_ = document_->catalogKeys();
     document_->trim();
     return true;
 }
@@ -51,6 +52,7 @@ Access Source::unlock(std::string_view utf8Password) {
     }
     const SourceAccess opened(*this);
     pageCount_ = opened.document() ? static_cast<std::uint32_t>(opened.document()->pages().pages().size()) : 0;
+    if (opened.document()) catalogKeys_ = opened.document()->catalogKeys();
     return access;
 }
 

@@ -43,6 +43,8 @@ public:
     /// What those may do who have the user's password: the entry `P`, bit 1 the lowest (ISO 32000-2, table 22).
     [[nodiscard]] std::uint32_t permissions() const noexcept { return permissions_; }
     [[nodiscard]] Version version() const noexcept { return version_; }
+    /// What its catalog has; nothing while the document is locked.
+    [[nodiscard]] CatalogKeys catalogKeys() const noexcept { return catalogKeys_; }
     [[nodiscard]] std::vector<std::string> warnings() const;
 
 private:
@@ -57,6 +59,7 @@ private:
     Warnings warnings_;                         // guarded by mutex_
     Keyring keys_;                              // guarded by mutex_
     std::atomic<std::uint32_t> pageCount_ = 0;
+    std::atomic<CatalogKeys> catalogKeys_{};
     std::uint32_t permissions_ = UINT32_MAX;  // set once, before the source is shared
     int holds_ = 0;                           // guarded by mutex_; of SourceHolds
     Version version_ = 10;                    // set once, before the source is shared

@@ -118,6 +118,7 @@ bool SourceDocument::readTree() {
     if (tree->pages().empty() && claimsPages) return false;
     pages_ = std::move(tree);
     catalog_ = *root.reference();
+    catalogKeys_ = CatalogKeys(*catalog.dictionary());
     readVersion(catalog.dictionary());
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/Geometry.h"
+#include "pdf/read/CatalogKeys.h"
 #include "pdf/read/ObjectReader.h"
 #include "pdf/read/PageTree.h"
 #include "pdf/security/Keyring.h"
@@ -35,6 +36,8 @@ public:
     /// The reference of the catalog; nothing when it was never found and the pages were collected without it.
     [[nodiscard]] std::optional<Reference> catalog() const noexcept { return catalog_; }
 
+    [[nodiscard]] CatalogKeys catalogKeys() const noexcept { return catalogKeys_; }
+
     /// Frees what was read of objects; the structure stays.
     void trim() { reader_.trim(); }
     /// Bytes of the structure.
@@ -64,6 +67,7 @@ private:
     ObjectReader reader_;
     std::unique_ptr<PageTree> pages_;
     std::optional<Reference> catalog_;
+    CatalogKeys catalogKeys_;
     Version version_ = 10;
     bool believeCounts_;
     bool misled_ = false;

@@ -1,7 +1,10 @@
 #include "pdf/write/DocumentWriter.h"
 
+#include "pdf/join/DocumentJoiner.h"
 #include "pdf/object/DictionaryScanner.h"
+#include "pdf/write/OutlineWriter.h"
 #include "pdf/write/OutputFile.h"
+#include "pdf/write/PageCopies.h"
 #include "pdf/write/PageTreeWriter.h"
 #include "pdf/write/PaintWriter.h"
 #include "pdf/write/PaintedPages.h"
@@ -11,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <unordered_map>
 
 namespace quillon::pdf {
 
@@ -25,19 +27,19 @@ constexpr Version protectedVersion = 20;
 /// One run of writeDocument, from the first byte of the file to the last.
 class DocumentWriter {
 public:
-    DocumentWriter(const DocumentPlan& plan, OutputFile& file) : plan_(plan), file_(file), sources_(plan) {}
+    DocumentWriter(const DocumentPlan& plan, OutputFile& file)
+        : plan_(plan), file_(file), sources_(plan), outline_(plan.outline), joiner_(sources_, plan) {}
 
     bool write(WriteResult& result);
     /// Whether a page tree turned out to be other than it was read; it is read differently from now on.
     [[nodiscard]] bool mustRepeat() const noexcept { return repeat_; }
 
 private:
-    using OpeningOverlays = std::unordered_map<std::uint32_t, SourceCopier::Overlay>;
-
     void writeHeader();
     static void announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
     void copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
-    void copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier);
+    void copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies, SourceCopier& copier);
+    void writeCatalog();
     void copyBase(SourceDocument& document, SourceCopier& copier);
     void writeInformation(SourceDocument* base, SourceCopier* copier);
     std::string writeMetadata();
@@ -54,7 +56,9 @@ private:
     PaintWriter* painter_ = nullptr;
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
-    bool catalogWritten_ = false;
+    OutlineWriter outline_;
+    DocumentJoiner joiner_;
+    std::string catalogEntries_;  // the base's
     bool repeat_ = false;
     std::string firstId_;
 };
@@ -64,6 +68,7 @@ bool DocumentWriter::write(WriteResult& result) {
     const auto encryptor = plan_.protection ? std::make_unique<const Encryptor>(*plan_.protection) : nullptr;
     ObjectOutput output(file_, encryptor.get());
     output_ = &output;
+    joiner_.setOutput(output);
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
     tree_ = &tree;
@@ -81,13 +86,7 @@ bool DocumentWriter::write(WriteResult& result) {
     writeMadePages();
     if (information_ == 0) writeInformation(nullptr, nullptr);
     result.pages = tree.write();
-    if (!catalogWritten_) {
-        const std::string metadata = writeMetadata();
-        std::string& body = output.body();
-        const std::size_t begin = body.size();
-        body += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R" + metadata + ">>";
-        output.close(catalog_, begin);
-    }
+    writeCatalog();
     const std::string trailer =
         "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
     const bool finished = output.finish(trailer, firstId_);
@@ -99,6 +98,17 @@ bool DocumentWriter::write(WriteResult& result) {
     result.bytes = file_.size();
     std::ranges::move(warnings_, std::back_inserter(result.warnings));
     return finished && result.pages > 0;
+}
+
+void DocumentWriter::writeCatalog() {
+    const std::uint32_t outline = outline_.write(*output_, *tree_);
+    joiner_.write(*tree_, catalogEntries_);
+    catalogEntries_ += writeMetadata();
+    if (outline != 0) catalogEntries_ += "/Outlines " + std::to_string(outline) + " 0 R";
+    std::string& body = output_->body();
+    const std::size_t begin = body.size();
+    body += "<</Type/Catalog/Pages " + std::to_string(tree_->root()) + " 0 R" + catalogEntries_ + ">>";
+    output_->close(catalog_, begin);
 }
 
 void DocumentWriter::writeHeader() {
@@ -126,8 +136,12 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     }
     document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_, source.source() == plan_.base);
-    copyPages(source, *document, copier);
+    PageCopies copies(source, document->pages(), *tree_, copier);
+    joiner_.begin(source, copies, *document, copier);
+    copyPages(source, *document, copies, copier);
     if (source.source() == plan_.base) copyBase(*document, copier);
+    outline_.copyActions(*source.source(), copies, copier);
+    joiner_.end();
     copier.drain();
     prefetcher.forget(*source.source()->file());
     if (document->wasMisled()) {
@@ -138,32 +152,20 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     }
 }
 
-void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, SourceCopier& copier) {
-    const auto& pages = document.pages().pages();
-    std::unordered_map<std::uint32_t, std::uint32_t>
-        announced;  // a page may stand in its own tree under several indexes
-    std::vector<bool> first;
-    OpeningOverlays overlays;
+void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies,
+                               SourceCopier& copier) {
     PaintedPages painted(document, copier, *painter_, plan_.scout.get());
-    for (const SourcePlan::Copy& copy : source.copies()) {
-        const std::uint32_t number = copy.sourcePage < pages.size() ? pages[copy.sourcePage].number : 0;
-        first.push_back(copy.first && (number == 0 || announced.try_emplace(number, copy.sourcePage).second));
-        const std::uint32_t place = tree_->pageNumber(copy.outputPage);
-        if (first.back() && number != 0) copier.announce(number, place);
-        if (!first.back() && number != 0) overlays[copy.opening].try_emplace(number, place);
-    }
-    for (std::size_t i = 0; i < source.copies().size(); ++i) {
-        const SourcePlan::Copy& copy = source.copies()[i];
+    for (const PageCopies::Copy& copy : copies.all()) {
+        joiner_.enter(copy);
         SourceCopier::PageJob job;
-        job.page = copy.sourcePage < pages.size() ? &pages[copy.sourcePage] : nullptr;
-        job.number = tree_->pageNumber(copy.outputPage);
+        job.page = copy.page;
+        job.number = copy.number;
         job.parent = tree_->parentOf(copy.outputPage);
         job.withContent = plan_.pages[copy.outputPage].withContent;
         job.painting = plan_.pages[copy.outputPage].painting.get();
         job.painter = &painted;
-        job.keepStructure = source.source() == plan_.base && first[i];
-        job.overlay = first[i] ? nullptr : &overlays[copy.opening];
-        job.asked = first[i] || !job.page || announced[job.page->number] == copy.sourcePage;
+        job.overlay = copies.overlay(copy.group);
+        job.asked = copy.asked;
         if (!job.page || !copier.copyPage(job)) {
             drop(copy.outputPage, source.source()->path(), "a page cannot be read; it is left out");
         }
@@ -175,12 +177,11 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     copier.announceCatalog(catalog_);
     // A version in the catalog would contradict the header, and permissions granted by a signature end with the
     // signature.
-    std::vector<std::string_view> dropped{"Version", "Perms"};
+    std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
-    const std::string metadata = writeMetadata();
-    if (!metadata.empty()) dropped.emplace_back("Metadata");
-    copier.copyCatalog(catalog_, tree_->root(), dropped, metadata);
-    catalogWritten_ = true;
+    if (!plan_.metadata.empty()) dropped.emplace_back("Metadata");
+    std::ranges::copy(joiner_.catalogKeys(), std::back_inserter(dropped));
+    copier.copyCatalog(dropped, catalogEntries_);
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();
@@ -209,7 +210,7 @@ void DocumentWriter::writeInformation(SourceDocument* base, SourceCopier* copier
                 std::string written;
                 value.write(written);
                 writeName(text, key);
-                copier->copyValue(written, text);
+                copier->copyValue(written, nullptr, text);
             }
         }
     }

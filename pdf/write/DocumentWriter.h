@@ -34,6 +34,17 @@ struct OutputPage {
     std::shared_ptr<const Painting> painting = nullptr;  ///< null: nothing is painted over it
 };
 
+/// A node of the outline to be written, in front of its children.
+struct OutlineEntry {
+    std::string title;                ///< a PDF text string
+    std::uint32_t depth = 0;          ///< 0 at the top level
+    bool open = false;                ///< show its children
+    std::optional<std::size_t> page;  ///< of the output, zero-based, that it leads to
+    std::string view;                 ///< what follows the page in its destination (ISO 32000-2, 12.3.2.2)
+    std::string look;                 ///< further entries, without references
+    SourceText action;                ///< what else it does
+};
+
 /// A document to be written.
 struct DocumentPlan {
     std::vector<OutputPage> pages;
@@ -41,6 +52,8 @@ struct DocumentPlan {
     std::shared_ptr<Source> base;
     /// Keep the base's outline.
     bool keepOutline = true;
+    /// The outline that takes its place.
+    std::vector<OutlineEntry> outline;
     /// Entries of the document information (ISO 32000-2, 14.3.3) that replace the base's: key, and value as a PDF text
     /// string; an empty value removes the entry.
     std::vector<std::pair<std::string, std::string>> information;

@@ -173,10 +173,14 @@ std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view ent
 
 std::uint32_t ObjectOutput::addObject(std::string_view value) {
     const std::uint32_t number = reserve();
+    addObject(number, value);
+    return number;
+}
+
+void ObjectOutput::addObject(std::uint32_t number, std::string_view value) {
     const std::size_t begin = body_.size();
     body_ += value;
     close(number, begin);
-    return number;
 }
 
 std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view entries, BlockCache& file,
@@ -248,6 +252,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     if (!pipeline_.finish()) return false;
     for (const std::string& path : pipeline_.shortened()) noteShortened(path);
     for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
+    streams_.clear();  // makes room for the cross-reference data
     const std::string encryption = encryptionEntry();
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();

@@ -20,6 +20,7 @@ public:
 
     /// Takes a page that could not be written out of the tree.
     void drop(std::size_t page) { dropped_[page] = true; }
+    [[nodiscard]] bool isDropped(std::size_t page) const { return dropped_[page]; }
     /// Writes the nodes. Returns the number of pages in the tree.
     std::size_t write();
 

@@ -32,7 +32,7 @@ void PaintedPages::writeEntries(const PageTree::Page& page, const Painting& pain
         for (const Reference& stream : streams) {
             std::string text;
             Object(stream).write(text);
-            copier_.copyValue(text, out);
+            copier_.copyValue(text, nullptr, out);
             out += ' ';
         }
         out += std::to_string(writer_.addContent({}, "Q")) + " 0 R ";
@@ -97,7 +97,7 @@ std::uint32_t PaintedPages::writeForm(std::string entries, const PageValues& val
     if (values.resources.empty()) {
         entries += "<<>>";
     } else {
-        copier_.copyValue(values.resources, entries);
+        copier_.copyValue(values.resources, nullptr, entries);
     }
     return writer_.addContent(entries, joined(streams).value_or(std::string()));
 }
@@ -127,7 +127,7 @@ PaintWriter::Origin PaintedPages::origin() {
             [this](const Object& object, std::string& out) {
                 std::string text;
                 object.write(text);
-                copier_.copyValue(text, out);
+                copier_.copyValue(text, nullptr, out);
             }};
 }
 

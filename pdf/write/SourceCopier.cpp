@@ -50,9 +50,7 @@ void SourceCopier::announceCatalog(std::uint32_t number) {
 
 std::uint32_t SourceCopier::map(Reference reference) {
     if (overlay_) {
-        if (const auto own = overlay_->find(reference.number); own != overlay_->end()) return own->second;
-        const auto same = openingOverlay_->find(reference.number);
-        if (same != openingOverlay_->end()) return same->second;
+        if (const std::uint32_t own = overlay_->find(reference.number)) return own == null ? 0 : own;
     }
     const std::uint32_t known = numbers_.get(reference.number);
     if (known != 0) return known == null ? 0 : known;
@@ -110,7 +108,7 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
     }
     number = openStreams_.back().second;
     // A part of the structure tree is one place of the document, not any that looks the same.
-    if (structured && isBase_ && number == 0) number = output_.reserve();
+    if (structured && number == 0) number = output_.reserve();
     openStreams_.pop_back();
     overlay_ = overlay;
     const std::size_t data = object.streamData().value_or(object.valueEnd);
@@ -128,15 +126,29 @@ bool SourceCopier::writeStreamEntries(std::string_view dictionary, std::string& 
                                       bool& structured) {
     DictionaryScanner scanner(dictionary);
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
-        const bool structure = keyIs(entry.key, "StructParents") || keyIs(entry.key, "StructParent");
-        structured = structured || structure;
         if (keyIs(entry.key, "Length")) {
             length = entry.value;
-        } else if (!structure || isBase_) {
+        } else if (keyIs(entry.key, "StructParents") || keyIs(entry.key, "StructParent")) {
+            structured = writeStructureKey(entry, nullptr, out) || structured;
+        } else {
             writeEntry(entry, out);
         }
     }
     return scanner.valid();
+}
+
+/// An index into the structure tree, if it is of use in the output.
+bool SourceCopier::writeStructureKey(const DictionaryScanner::Entry& entry, const ObjectEditor::Copied* page,
+                                     std::string& out) {
+    if (!editor_) {
+        // The second copy of a page is no part of the tree.
+        if (!isBase_ || (page && page->overlay)) return false;
+        writeEntry(entry, out);
+        return true;
+    }
+    const std::string key = editor_->structureKey(entry.value, page);
+    if (!key.empty()) writeEntry({entry.key, key}, out);
+    return !key.empty();
 }
 
 void SourceCopier::writeEntry(const DictionaryScanner::Entry& entry, std::string& out) {
@@ -176,12 +188,25 @@ void SourceCopier::copyObject(const Pending& pending) {
             return;
         }
     }
+    if (editor_ && copyEdited(pending)) return;
     auto object = reader_.find(pending.reference);
     if (!object) return;
     if (!object->inFile && isPageObject(object->text())) return;
     if (tryPlain(pending.number, object->text())) return;
     if (!object->complete) object = reader_.findWhole(pending.reference);
     if (object) writePlain(pending.number, object->text());
+}
+
+/// False when the editor has nothing to change.
+bool SourceCopier::copyEdited(const Pending& pending) {
+    auto object = reader_.find(pending.reference);
+    // What stands in an object stream is there as a whole, and its end is of no interest.
+    if (object && object->inFile) object = reader_.findWhole(pending.reference);
+    if (!object || isPageObject(object->value())) return false;
+    std::string changed;
+    const auto verdict = editor_->edit({pending.reference.number, pending.number, overlay_}, object->value(), changed);
+    if (verdict == ObjectEditor::Verdict::Change) writePlain(pending.number, changed);
+    return verdict != ObjectEditor::Verdict::Keep;
 }
 
 bool SourceCopier::tryPlain(std::uint32_t number, std::string_view text) {
@@ -209,19 +234,32 @@ void SourceCopier::closePlain(std::uint32_t number, std::size_t begin) {
     }
 }
 
-void SourceCopier::copyValue(std::string_view text, std::string& out) {
+void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std::string& out) {
+    const Overlay* const own = std::exchange(overlay_, overlay);
     rewriter_.value(text, out);
+    overlay_ = own;
+}
+
+std::uint32_t SourceCopier::copyReference(Reference reference) {
+    const Overlay* const own = std::exchange(overlay_, nullptr);
+    const std::uint32_t number = map(reference);
+    overlay_ = own;
+    return number;
 }
 
 bool SourceCopier::copyPage(const PageJob& job) {
-    const std::string text = document_.pageText(*job.page);
+    std::string text = document_.pageText(*job.page);
     if (text.empty() || (!job.asked && !reader_.charge(text.size()))) return false;
     std::vector<Pending> copies;
-    Overlay own;
+    Overlay own(job.overlay);
     if (job.overlay) {
-        openingOverlay_ = job.overlay;
-        own = duplicateAnnotations(job, text, copies);
+        duplicateAnnotations(job, text, own, copies);
         overlay_ = &own;
+    }
+    if (editor_) {
+        std::string changed;
+        const auto verdict = editor_->edit({job.page->number, job.number, overlay_}, text, changed);
+        if (verdict == ObjectEditor::Verdict::Change) text = std::move(changed);
     }
     // The page is put together apart, since resources written for it go into the body as well.
     std::string page;
@@ -247,7 +285,11 @@ void SourceCopier::writePage(const PageJob& job, std::string_view text, std::str
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
         if (keyIs(entry.key, "Type") || keyIs(entry.key, "Parent")) continue;
         if (!job.withContent && keyIs(entry.key, "Contents")) continue;
-        if (!job.keepStructure && keyIs(entry.key, "StructParents")) continue;
+        if (keyIs(entry.key, "StructParents")) {
+            const ObjectEditor::Copied copied{job.page->number, job.number, job.overlay};
+            writeStructureKey(entry, &copied, out);
+            continue;
+        }
         if (job.painting && keyIs(entry.key, "Contents")) {
             contents = entry.value;
             continue;
@@ -300,38 +342,24 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
     return number;
 }
 
-void SourceCopier::copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped,
-                               std::string_view added) {
-    std::string catalog = "<</Type/Catalog/Pages " + std::to_string(pages) + " 0 R";
+void SourceCopier::copyCatalog(std::span<const std::string_view> dropped, std::string& out) {
     const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
-    if (object) {
-        std::vector<std::string_view> left(dropped.begin(), dropped.end());
-        left.insert(left.end(), {"Type", "Pages"});
-        writeEntries(object->text(), left, catalog);
-    }
-    catalog += added;
-    catalog += ">>";
-    std::string& body = output_.body();
-    const std::size_t begin = body.size();
-    body += catalog;
-    output_.close(number, begin);
+    if (object) writeEntries(object->text(), dropped, out);
 }
 
 // A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or
 // a comment, must not show on the other, and each annotation names its page. Whatever else the page needs is shared.
 
-SourceCopier::Overlay SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view text,
-                                                         std::vector<Pending>& copies) {
-    Overlay overlay;
-    if (job.page->number != 0) overlay[job.page->number] = job.number;
+void SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view text, Overlay& overlay,
+                                        std::vector<Pending>& copies) {
+    if (job.page->number != 0) overlay.set(job.page->number, job.number);
     const std::string_view value = findValue(text, "Annots");
     const Object annotations = reader_.resolve(value);
-    if (!annotations.array()) return overlay;
+    if (!annotations.array()) return;
     const auto duplicate = [&](Reference reference) {
-        if (!overlay.try_emplace(reference.number, 0).second) return false;
-        overlay[reference.number] = output_.reserve();
-        copies.push_back({reference, overlay[reference.number], false});
-        return true;
+        if (overlay.covers(reference.number)) return;
+        copies.push_back({reference, output_.reserve(), false});
+        overlay.set(reference.number, copies.back().number);
     };
     if (const Object direct = Parser(value).parse(); direct.reference()) duplicate(*direct.reference());
     for (const Object& annotation : *annotations.array()) {
@@ -344,7 +372,6 @@ SourceCopier::Overlay SourceCopier::duplicateAnnotations(const PageJob& job, std
             collectPrivate((*dictionary.dictionary())[key], overlay, copies, 0);
         }
     }
-    return overlay;
 }
 
 /// Gives the plain objects below `value` numbers of their own: the actions and destinations of an annotation.
@@ -354,15 +381,17 @@ void SourceCopier::collectPrivate(const Object& value, Overlay& overlay, std::ve
     if (depth > deepest || copies.size() > most) return;
     if (const Reference* reference = value.reference()) {
         if (numbers_.get(reference->number) == null || !isPlain(*reference)) return;
-        if (!overlay.try_emplace(reference->number, 0).second) return;
-        overlay[reference->number] = output_.reserve();
-        copies.push_back({*reference, overlay[reference->number], false});
+        if (overlay.find(reference->number) != 0) return;
+        copies.push_back({*reference, output_.reserve(), false});
+        overlay.set(reference->number, copies.back().number);
         collectPrivate(reader_.parse(*reference), overlay, copies, depth + 1);
     } else if (const Array* array = value.array()) {
         for (const Object& element : *array) collectPrivate(element, overlay, copies, depth + 1);
     } else if (const Dictionary* dictionary = value.dictionary()) {
         for (const auto& [key, entry] : dictionary->entries()) {
-            if (key != "Parent" && key != "P") collectPrivate(entry, overlay, copies, depth + 1);
+            // Parents, the page, and what an action works on: annotations and form fields.
+            const bool leadsAway = key == "Parent" || key == "P" || key == "Fields" || key == "T";
+            if (!leadsAway) collectPrivate(entry, overlay, copies, depth + 1);
         }
     }
 }

@@ -4,6 +4,7 @@
 #include "pdf/object/ObjectMap.h"
 #include "pdf/object/ReferenceRewriter.h"
 #include "pdf/read/SourceDocument.h"
+#include "pdf/write/ObjectEditor.h"
 #include "pdf/write/ObjectOutput.h"
 #include "pdf/write/Painting.h"
 
@@ -27,17 +28,25 @@ class PaintedPages;
 /// tree, become null, so that a link to a page that was not taken cannot drag it along.
 class SourceCopier {
 public:
-    /// Objects of a page that is written a second time, and the pages of the same opening: their own numbers, that
-    /// references from this copy lead to instead.
-    using Overlay = std::unordered_map<std::uint32_t, std::uint32_t>;
-
-    /// `isBase`: the source's catalog is the output's, and so is its structure tree.
+    /// `isBase`: the source's catalog is the output's.
     SourceCopier(SourceDocument& document, ObjectOutput& output, bool isBase);
 
-    /// Announces that the page with this object number is written as `number`; its references lead there.
-    void announce(std::uint32_t page, std::uint32_t number) { numbers_.at(page) = number; }
+    /// Announces that the object is written as `number`, by others than the copier if it is no page; its references
+    /// lead there.
+    void announce(std::uint32_t object, std::uint32_t number) { numbers_.at(object) = number; }
     /// Announces that the catalog is written as `number`.
     void announceCatalog(std::uint32_t number);
+    /// References to the object become null.
+    void leaveOut(std::uint32_t object) { numbers_.at(object) = null; }
+    /// Whether the object has been met, or announced, and not been left out.
+    [[nodiscard]] bool isTaken(std::uint32_t object) const { return numberOf(object) != 0; }
+    /// Its number in the output; 0 if it is not taken.
+    [[nodiscard]] std::uint32_t numberOf(std::uint32_t object) const {
+        const std::uint32_t number = numbers_.get(object);
+        return number == null ? 0 : number;
+    }
+    /// Shows plain objects to `editor` before they are copied; null: none. It must outlive the copier.
+    void setEditor(ObjectEditor* editor) noexcept { editor_ = editor; }
 
     struct PageJob {
         const PageTree::Page* page = nullptr;
@@ -46,7 +55,6 @@ public:
         bool withContent = true;             ///< carry the page's own content over
         const Painting* painting = nullptr;  ///< to be painted over the page; null: nothing
         PaintedPages* painter = nullptr;     ///< needed for that
-        bool keepStructure = false;          ///< its entries of the structure tree stay valid in the output
         const Overlay* overlay =
             nullptr;  ///< for a copy other than the first; null for that. Must outlive the copier's use
         bool asked =
@@ -55,16 +63,18 @@ public:
     /// Copies a page, and with it the streams that it reaches; its plain objects follow in `drain`. False when the page
     /// cannot be read.
     [[nodiscard]] bool copyPage(const PageJob& job);
-    /// Copies the catalog, with `Pages` leading to `pages`, without the keys in `dropped` and with the entries `added`.
-    void copyCatalog(std::uint32_t number, std::uint32_t pages, std::span<const std::string_view> dropped,
-                     std::string_view added);
-    /// Appends the value `text` of the source to `out`, references rewritten.
-    void copyValue(std::string_view text, std::string& out);
+    /// Appends the entries of the catalog without the keys in `dropped`.
+    void copyCatalog(std::span<const std::string_view> dropped, std::string& out);
+    /// Appends the value `text` of the source to `out`, references rewritten; with `overlay` (null: none) those that it
+    /// names lead to its copies.
+    void copyValue(std::string_view text, const Overlay* overlay, std::string& out);
+    /// The number of the first copy of an object, which follows if it was not met before; 0 if there is none.
+    [[nodiscard]] std::uint32_t copyReference(Reference reference);
     /// Copies every plain object that was met and not copied yet.
     void drain();
 
 private:
-    static constexpr std::uint32_t null = UINT32_MAX;
+    static constexpr std::uint32_t null = Overlay::none;
     static constexpr std::size_t deepestStream = 8;
 
     struct Pending {
@@ -82,6 +92,7 @@ private:
     std::optional<std::uint32_t> copyStreamNow(Reference reference);
     std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object);
     void copyObject(const Pending& pending);
+    bool copyEdited(const Pending& pending);
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
@@ -90,7 +101,9 @@ private:
     void writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out);
     void writePage(const PageJob& job, std::string_view text, std::string& out);
     void writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out);
-    Overlay duplicateAnnotations(const PageJob& job, std::string_view text, std::vector<Pending>& copies);
+    bool writeStructureKey(const DictionaryScanner::Entry& entry, const ObjectEditor::Copied* page, std::string& out);
+    void duplicateAnnotations(const PageJob& job, std::string_view text, Overlay& overlay,
+                              std::vector<Pending>& copies);
     void collectPrivate(const Object& value, Overlay& overlay, std::vector<Pending>& copies, int depth);
     bool isPlain(Reference reference);
     std::uint32_t inheritedResources(std::int64_t node);
@@ -99,11 +112,11 @@ private:
     ObjectReader& reader_;
     ObjectOutput& output_;
     ReferenceRewriter<Mapper> rewriter_;
-    ObjectMap<std::uint32_t> numbers_;         // 0: not met yet
-    const Overlay* overlay_ = nullptr;         // of the page being copied
-    const Overlay* openingOverlay_ = nullptr;  // of the pages taken from the same opening
-    bool charges_ = true;                      // whether what is copied counts towards what the file can hold
+    ObjectMap<std::uint32_t> numbers_;  // 0: not met yet
+    const Overlay* overlay_ = nullptr;  // of the page being copied
+    bool charges_ = true;               // whether what is copied counts towards what the file can hold
     bool isBase_;
+    ObjectEditor* editor_ = nullptr;
     std::vector<Pending> pending_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>>
         openStreams_;  // source number and number in the output, 0 if none yet

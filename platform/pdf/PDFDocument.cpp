@@ -6,6 +6,7 @@
 #include "platform/pdf/DrawingContext.h"
 #include "platform/pdf/FilePath.h"
 #include "platform/pdf/MarkPainter.h"
+#include "platform/pdf/OutlineTree.h"
 #include "platform/pdf/PDFOutline.h"
 #include "platform/pdf/TextString.h"
 #include "platform/pdf/WriteOptions.h"
@@ -13,6 +14,9 @@
 #include <algorithm>
 #include <any>
 #include <array>
+#include <map>
+#include <tuple>
+#include <unordered_map>
 #include <utility>
 
 namespace quillon {
@@ -165,8 +169,50 @@ void PDFDocument::exchangePageAtIndex(int index, int withPageAtIndex) {
     pages_.exchange(static_cast<std::size_t>(index), static_cast<std::size_t>(withPageAtIndex));
 }
 
-std::shared_ptr<PDFOutline> PDFDocument::outlineRoot() const {
+std::shared_ptr<PDFOutline> PDFDocument::outlineRoot() {
+    if (!outlineRead_ && !outlineReplaced_ && source_ && !isLocked()) {
+        outlineRead_ = true;
+        outlineRoot_ = readOutline();
+    }
     return outlineRoot_;
+}
+
+std::shared_ptr<PDFOutline> PDFDocument::readOutline() {
+    std::unordered_map<std::uint32_t, std::shared_ptr<PDFPage>> own;  // by place in the file
+    const auto pageAt = [&](std::uint32_t place) {
+        if (own.empty()) {
+            for (std::size_t i = 0; i < pages_.size(); ++i) {
+                const auto& page = pages_.at(i);
+                if (page->source_ && page->source_->source == source_ && page->source_->opening == opening_)
+                    own.try_emplace(page->source_->index, page);
+            }
+        }
+        auto& page = own[place];
+        if (!page) page = makePage(place);  // one that was removed, and may stand in another document
+        return page;
+    };
+    return readOutlineTree(source_, opening_, pageAt);
+}
+
+/// The outline with the places of its pages in this document.
+std::vector<pdf::OutlineEntry> PDFDocument::outline() {
+    if (!outlineRoot_) return {};
+    std::unordered_map<const PDFPage*, std::size_t> places;
+    std::map<std::tuple<const pdf::Source*, std::uint32_t, std::uint32_t>, std::size_t> origins;
+    const auto originOf = [](const PDFPage& page) {
+        return std::tuple(page.source_->source.get(), page.source_->opening, page.source_->index);
+    };
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+        const PDFPage& page = *pages_.at(i);
+        places.try_emplace(&page, i);
+        if (page.source_) origins.try_emplace(originOf(page), i);
+    }
+    return outlineEntries(*outlineRoot_, [&](const PDFPage& page) -> std::optional<std::size_t> {
+        if (const auto place = places.find(&page); place != places.end()) return place->second;
+        if (!page.source_) return std::nullopt;
+        const auto origin = origins.find(originOf(page));
+        return origin == origins.end() ? std::nullopt : std::optional(origin->second);
+    });
 }
 
 void PDFDocument::setOutlineRoot(std::shared_ptr<PDFOutline> root) {
@@ -200,7 +246,9 @@ bool PDFDocument::writeToURL(const QUrl& url, const QVariantMap& withOptions) {
     if (source_) holds.use(source_);
     pdf::DocumentPlan plan = paint();
     plan.base = isLocked() ? nullptr : source_;
-    plan.keepOutline = !outlineReplaced_;
+    // One that was read may have been changed, and is written as it is now.
+    plan.keepOutline = !outlineReplaced_ && !outlineRoot_;
+    plan.outline = outline();
     plan.information = informationFrom(withOptions);
     plan.metadata = metadata(withOptions);
     plan.protection = protectionFrom(withOptions);

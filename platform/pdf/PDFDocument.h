@@ -66,7 +66,9 @@ public:
     /// Nothing happens unless both indexes are inside.
     void exchangePageAtIndex(int index, int withPageAtIndex);
 
-    [[nodiscard]] std::shared_ptr<PDFOutline> outlineRoot() const;
+    /// The root of the outline, whose children are the top level; of a file it is read when it is first asked for. Null
+    /// when there is none, and of a file that is locked.
+    [[nodiscard]] std::shared_ptr<PDFOutline> outlineRoot();
     /// Null removes the outline.
     void setOutlineRoot(std::shared_ptr<PDFOutline> root);
 
@@ -98,12 +100,15 @@ private:
     [[nodiscard]] pdf::DocumentPlan paint();
     [[nodiscard]] std::string metadata(const QVariantMap& withOptions) const;
     [[nodiscard]] pdf::BlankPage blankPageAt(std::size_t index);
+    [[nodiscard]] std::shared_ptr<PDFOutline> readOutline();
+    [[nodiscard]] std::vector<pdf::OutlineEntry> outline();
 
     std::shared_ptr<pdf::Source> source_;      // null for a document that was made empty
     pdf::Access access_ = pdf::Access::Owner;  // to the source
     std::uint32_t opening_ = 0;
     PageList pages_;
     std::shared_ptr<PDFOutline> outlineRoot_;
+    bool outlineRead_ = false;
     bool outlineReplaced_ = false;
     std::vector<std::string> writeWarnings_;
     int writtenPageCount_ = 0;

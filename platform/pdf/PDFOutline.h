@@ -1,8 +1,11 @@
 #pragma once
 
+#include "pdf/read/SourcePage.h"
+
 #include <QString>
 
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -22,6 +25,17 @@ public:
     [[nodiscard]] const std::shared_ptr<PDFDestination>& destination() const noexcept { return destination_; }
     void setDestination(std::shared_ptr<PDFDestination> destination) { destination_ = std::move(destination); }
 
+    /// Whether the children are shown.
+    [[nodiscard]] bool isOpen() const noexcept { return isOpen_; }
+    void setIsOpen(bool isOpen) noexcept { isOpen_ = isOpen; }
+
+    /// What a node of a file does that leads to no page of it (opens an address, say); no source when it does nothing.
+    [[nodiscard]] const pdf::SourceText& action() const noexcept { return action_; }
+    void setAction(pdf::SourceText action) { action_ = std::move(action); }
+    /// Colour and style of the label, as PDF text; empty for the usual ones.
+    [[nodiscard]] const std::string& look() const noexcept { return look_; }
+    void setLook(std::string look) { look_ = std::move(look); }
+
     [[nodiscard]] int numberOfChildren() const noexcept { return static_cast<int>(children_.size()); }
     /// Null outside 0 … numberOfChildren() - 1.
     [[nodiscard]] std::shared_ptr<PDFOutline> childAtIndex(int index) const;
@@ -32,6 +46,9 @@ public:
 private:
     QString label_;
     std::shared_ptr<PDFDestination> destination_;
+    bool isOpen_ = false;
+    pdf::SourceText action_;
+    std::string look_;
     std::vector<std::shared_ptr<PDFOutline>> children_;
 };
 

@@ -1,0 +1,15 @@
+#include "pdf/join/CatalogList.h"
+
+#include "pdf/join/Unfolded.h"
+
+namespace quillon::pdf {
+
+void CatalogList::add(const SourceCopies& source, const Object& list) {
+    const Object resolved = source.reader().resolve(list);
+    if (!resolved.array()) return;
+    for (const Object& element : *resolved.array()) {
+        if (known_.insert(unfolded(source, element)).second) elements_ += source.copied(element) + ' ';
+    }
+}
+
+}  // namespace quillon::pdf

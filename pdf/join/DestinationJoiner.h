@@ -1,0 +1,80 @@
+#pragma once
+
+#include "pdf/join/JoinedNames.h"
+#include "pdf/join/SourceCopies.h"
+#include "pdf/read/DestinationResolver.h"
+#include "pdf/write/ObjectEditor.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quillon::pdf {
+
+/// Joins the named destinations of all sources (ISO 32000-2, 12.3.2.4), and keeps the links of each to its own.
+///
+/// Names stay as they are unless an earlier source has the same. Of a source that is taken whole all names are kept, of
+/// others those that links of their pages use. A link by a name that leads nowhere loses its destination, so that it
+/// does not lead to what another source calls so; pages that are given by their index are given by reference. Copies of
+/// a page other than the first have explicit destinations. The names of PDF 1.1, which are no texts, become texts of
+/// the tree.
+class DestinationJoiner {
+public:
+    /// Before the pages of a source are copied, which must be announced.
+    void begin(const SourceCopies& source);
+    /// After they were.
+    void end(const SourceCopies& source);
+    /// Changes the links by name in an object. False when it has none to change.
+    bool edit(std::string_view text, const Overlay* overlay, std::string& changed);
+
+    /// Whether there is a source to edit objects of.
+    [[nodiscard]] bool isActive() const noexcept { return source_ != nullptr; }
+    [[nodiscard]] JoinedNames& names() noexcept { return joined_; }
+
+private:
+    enum class State : std::uint8_t { Waiting, Dead, Kept };
+    struct Name {
+        const std::string* name = nullptr;
+        const Object* value = nullptr;
+        std::string_view joined;  // if kept
+        State state = State::Waiting;
+        bool old = false;
+    };
+    struct Occurrence {
+        std::size_t begin;  // of the name or string in the text
+        std::size_t end;
+        bool isName;
+        bool isPage;    // or the index of a page
+        bool ofAction;  // the value of `D`, not of `Dest`
+    };
+
+    void add(const NamedValues& names, bool old);
+    void keep(Name& name);
+    [[nodiscard]] bool isLive(const Object& value);
+    [[nodiscard]] std::optional<std::string> replacement(std::string_view name, bool isName, const Overlay* overlay);
+    [[nodiscard]] std::string pageReference(std::string_view index) const;
+    [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
+    bool editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed);
+    [[nodiscard]] Object edited(const Object& object, const Overlay* overlay, bool& changed);
+    [[nodiscard]] std::optional<std::string> replacementOf(std::string_view value, const Occurrence& found,
+                                                           const Overlay* overlay);
+    [[nodiscard]] bool find(std::string_view text);
+    [[nodiscard]] bool takeValue(std::string_view text, std::size_t& at, bool ofAction);
+
+    JoinedNames joined_;
+    // Of the source being copied.
+    const SourceCopies* source_ = nullptr;
+    std::optional<DestinationResolver> resolver_;
+    DestinationNames names_;
+    std::vector<Name> entries_;
+    std::unordered_map<std::string_view, std::uint32_t> tree_;
+    std::unordered_map<std::string_view, std::uint32_t> old_;
+    // Of the object that is being changed.
+    std::vector<Occurrence> found_;
+    bool hasGoTo_ = false;
+};
+
+}  // namespace quillon::pdf

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "pdf/join/ArticleJoiner.h"
+#include "pdf/join/CatalogList.h"
+#include "pdf/join/DestinationJoiner.h"
+#include "pdf/join/FormJoiner.h"
+#include "pdf/join/LayerJoiner.h"
+#include "pdf/join/PageLabelJoiner.h"
+#include "pdf/join/SourceCopies.h"
+#include "pdf/join/StructureJoiner.h"
+#include "pdf/write/DocumentWriter.h"
+#include "pdf/write/ObjectEditor.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::pdf {
+
+/// Joins what belongs to the documents of a merge and not to their pages: what their catalogs lead to (ISO 32000-2,
+/// 7.7.2). What only the base has is not looked at, if nothing of it has to change; it travels with its catalog.
+class DocumentJoiner final : public ObjectEditor {
+public:
+    /// Neither may change or go while the joiner is in use.
+    DocumentJoiner(const SourcePlans& sources, const DocumentPlan& plan);
+
+    /// Where to write; before anything else.
+    void setOutput(ObjectOutput& output) noexcept { output_ = &output; }
+
+    /// The entries of the base's catalog that the joiner writes itself, or that end with the merge.
+    [[nodiscard]] std::vector<std::string_view> catalogKeys() const;
+
+    /// When the pages of a source have been announced and none of them is copied. The document, its plan and the copier
+    /// must stay until `end`.
+    void begin(const SourcePlan& plan, PageCopies& pages, SourceDocument& document, SourceCopier& copier);
+    /// Before each page is copied.
+    void enter(const PageCopies::Copy& page) noexcept { group_ = page.group; }
+    /// When all have been copied.
+    void end();
+    /// When all sources have been copied: appends the joined entries of the catalog.
+    void write(const PageTreeWriter& pages, std::string& catalogEntries);
+
+    Verdict edit(const Copied& object, std::string_view text, std::string& changed) override;
+    std::string structureKey(std::string_view key, const Copied* page) override;
+
+private:
+    struct NamedTree {
+        std::string_view key;
+        JoinedNames names;
+    };
+
+    void takeNames();
+    void takeLists();
+    void takeLanguage();
+    void writeNames(std::string& catalogEntries);
+    /// Whether the entry must be joined: a source other than the base has it, or the base and pages of it are taken
+    /// twice.
+    [[nodiscard]] bool joins(std::string_view key) const;
+    [[nodiscard]] bool anyHas(std::string_view key) const;
+
+    const SourcePlans& sources_;
+    const DocumentPlan& plan_;
+    const bool joinsNames_;
+    const bool joinsForms_;
+    const bool joinsLayers_;
+    const bool joinsLabels_;
+    const bool joinsStructure_;
+    const bool isBaseTagged_;  // and nothing else
+    const bool joinsArticles_;
+    const bool joinsIntents_;
+    const bool joinsFiles_;
+    ObjectOutput* output_ = nullptr;
+    DestinationJoiner destinations_;
+    FormJoiner forms_;
+    LayerJoiner layers_;
+    PageLabelJoiner labels_;
+    StructureJoiner structure_;
+    ArticleJoiner articles_;
+    CatalogList intents_;
+    CatalogList files_;
+    std::array<NamedTree, 2> trees_{{{"EmbeddedFiles", {}}, {"JavaScript", {}}}};
+    std::string otherNames_;               // trees of the base that are not joined
+    std::optional<std::string> language_;  // of the first source that has one
+    bool isLanguageOfBase_ = false;
+    // Of the source being copied.
+    Dictionary catalog_;
+    std::optional<SourceCopies> source_;
+    std::string otherLanguage_;
+    std::uint32_t group_ = 0;
+    std::size_t ordinal_ = 0;
+};
+
+}  // namespace quillon::pdf

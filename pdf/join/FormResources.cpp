@@ -1,0 +1,67 @@
+#include "pdf/join/FormResources.h"
+
+#include "pdf/join/Unfolded.h"
+#include "pdf/object/Characters.h"
+
+namespace quillon::pdf {
+
+FontNames FormResources::add(const SourceCopies& source, const Object& resources) {
+    FontNames renamed;
+    const Object own = source.reader().resolve(resources);
+    if (!own.dictionary()) return renamed;
+    for (const auto& [category, value] : own.dictionary()->entries()) {
+        const Object entries = source.reader().resolve(value);
+        if (category == "ProcSet" && procedures_.empty()) procedures_ = source.copied(entries);
+        if (!entries.dictionary()) continue;
+        auto& joined = categories_[category];
+        for (const auto& [name, entry] : entries.dictionary()->entries()) {
+            Resource resource{source.copied(entry), unfolded(source, entry)};
+            std::string wanted = name;
+            for (std::size_t i = 2; category == "Font"; ++i) {
+                const auto known = joined.find(wanted);
+                if (known == joined.end() || known->second.content == resource.content) break;
+                wanted = name + '-' + std::to_string(i);
+            }
+            if (wanted != name) renamed[name] = wanted;
+            joined.try_emplace(std::move(wanted), std::move(resource));
+        }
+    }
+    return renamed;
+}
+
+std::string FormResources::text() const {
+    std::string text;
+    for (const auto& [category, entries] : categories_) {
+        if (entries.empty()) continue;
+        writeName(text, category);
+        text += "<<";
+        for (const auto& [name, resource] : entries) {
+            writeName(text, name);
+            text += ' ' + resource.copied;
+        }
+        text += ">>";
+    }
+    if (!procedures_.empty()) text += "/ProcSet" + procedures_;
+    return text.empty() ? text : "<<" + text + ">>";
+}
+
+std::string renamedFonts(std::string_view text, const FontNames& names) {
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        if (text[at] == '/') {
+            while (end < text.size() && isRegular(text[end])) ++end;
+            const auto renamed = names.find(text.substr(at + 1, end - at - 1));
+            if (renamed != names.end()) {
+                writeName(result, renamed->second);
+                at = end;
+                continue;
+            }
+        }
+        result += text.substr(at, end - at);
+        at = end;
+    }
+    return result;
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,86 @@
+#include "pdf/join/JoinedNames.h"
+
+#include "pdf/object/Object.h"
+
+#include <algorithm>
+
+namespace quillon::pdf {
+
+namespace {
+
+void writeKey(std::string& out, std::string_view key) {
+    writeString(out, key);
+}
+
+void writeKey(std::string& out, std::int64_t key) {
+    if (out.back() != '[') out += ' ';
+    out += std::to_string(key);
+}
+
+/// Writes a tree of the sorted `values`, whose leaves have the key `leaves`, from the leaves up.
+template <class Key>
+std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
+                        const std::vector<std::pair<Key, std::string>>& values) {
+    constexpr std::size_t fanOut = 64;
+    struct Node {
+        std::uint32_t number;
+        Key first;
+        Key last;
+    };
+    const auto write = [&](std::string text, const Key& first, const Key& last, bool isRoot) {
+        if (!isRoot) {
+            text += "/Limits[";
+            writeKey(text, first);
+            writeKey(text, last);
+            text += ']';
+        }
+        return Node{output.addObject("<<" + text + ">>"), first, last};
+    };
+    std::vector<Node> level;
+    for (std::size_t begin = 0; begin < values.size(); begin += fanOut) {
+        const std::size_t end = std::min(values.size(), begin + fanOut);
+        std::string text = "/" + std::string(leaves) + "[";
+        for (std::size_t i = begin; i < end; ++i) {
+            writeKey(text, values[i].first);
+            text += ' ';
+            text += values[i].second;
+        }
+        level.push_back(write(text + ']', values[begin].first, values[end - 1].first, values.size() <= fanOut));
+    }
+    while (level.size() > 1) {
+        std::vector<Node> above;
+        for (std::size_t begin = 0; begin < level.size(); begin += fanOut) {
+            const std::size_t end = std::min(level.size(), begin + fanOut);
+            std::string text = "/Kids[";
+            for (std::size_t i = begin; i < end; ++i) text += std::to_string(level[i].number) + " 0 R ";
+            above.push_back(write(text + ']', level[begin].first, level[end - 1].last, level.size() <= fanOut));
+        }
+        level = std::move(above);
+    }
+    return level.empty() ? output.addObject("<</" + std::string(leaves) + "[]>>") : level.front().number;
+}
+
+}  // namespace
+
+std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
+    std::string wanted(name);
+    while (used_.contains(wanted)) wanted += "-" + std::to_string(ordinal);
+    const std::string& kept = names_.emplace_back(std::move(wanted));
+    used_.insert(kept);
+    return kept;
+}
+
+void JoinedNames::set(std::string_view name, std::string value) {
+    values_.emplace_back(name, std::move(value));
+}
+
+std::uint32_t JoinedNames::write(ObjectOutput& output) {
+    std::ranges::sort(values_, {}, &std::pair<std::string_view, std::string>::first);
+    return writeTree(output, "Names", values_);
+}
+
+std::uint32_t writeNumberTree(ObjectOutput& output, const std::vector<std::pair<std::int64_t, std::string>>& values) {
+    return writeTree(output, "Nums", values);
+}
+
+}  // namespace quillon::pdf

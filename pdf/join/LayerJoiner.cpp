@@ -1,0 +1,102 @@
+#include "pdf/join/LayerJoiner.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace quillon::pdf {
+
+namespace {
+
+std::unordered_set<std::uint32_t> numbersIn(ObjectReader& reader, const Object& list) {
+    std::unordered_set<std::uint32_t> numbers;
+    const Object resolved = reader.resolve(list);
+    if (!resolved.array()) return numbers;
+    for (const Object& element : *resolved.array()) {
+        if (element.reference()) numbers.insert(element.reference()->number);
+    }
+    return numbers;
+}
+
+/// Without references to what is not in the output.
+Object living(const SourceCopies& source, const Object& value, int depth) {
+    constexpr int deepest = 32;
+    if (const Reference* reference = value.reference()) {
+        if (source.copier.isTaken(reference->number)) return value;
+        const Object resolved = source.reader().resolve(value);
+        const bool isList = resolved.array() && depth < deepest;
+        return isList ? living(source, resolved, depth + 1) : Object();
+    }
+    if (const Array* array = value.array()) {
+        Array result;
+        for (const Object& element : *array) {
+            Object kept = depth < deepest ? living(source, element, depth + 1) : Object();
+            const bool isEmpty = kept.isNull() || (kept.array() && kept.array()->empty());
+            if (!isEmpty) result.push_back(std::move(kept));
+        }
+        return result;
+    }
+    if (const Dictionary* dictionary = value.dictionary()) {
+        Dictionary result;
+        for (const auto& [key, entry] : dictionary->entries()) {
+            result.append(key, depth < deepest ? living(source, entry, depth + 1) : Object());
+        }
+        return result;
+    }
+    return value;
+}
+
+}  // namespace
+
+void LayerJoiner::end(const SourceCopies& source) {
+    ObjectReader& reader = source.reader();
+    const Object properties = reader.resolve(source.catalog["OCProperties"]);
+    if (!properties.dictionary()) return;
+    const Object all = reader.resolve((*properties.dictionary())["OCGs"]);
+    if (!all.array()) return;
+    Array layers;
+    std::unordered_set<std::uint32_t> seen;
+    for (const Object& layer : *all.array()) {
+        const Reference* reference = layer.reference();
+        if (!reference || !seen.insert(reference->number).second) continue;
+        if (!source.isWhole && !source.copier.isTaken(reference->number)) continue;
+        layers_ += source.copied(layer) + ' ';
+        layers.push_back(layer);
+    }
+    if (layers.empty()) return;
+    const Object configuration = reader.resolve((*properties.dictionary())["D"]);
+    takeStates(source, configuration.dictionary() ? *configuration.dictionary() : Dictionary(), layers);
+    isFirst_ = false;
+}
+
+void LayerJoiner::takeStates(const SourceCopies& source, const Dictionary& configuration, const Array& layers) {
+    ObjectReader& reader = source.reader();
+    const bool hidesAll = reader.resolve(configuration["BaseState"]).isName("OFF");
+    const auto exceptions = numbersIn(reader, configuration[hidesAll ? "ON" : "OFF"]);
+    for (const Object& layer : layers) {
+        if (exceptions.contains(layer.reference()->number) != hidesAll) hidden_ += source.copied(layer) + ' ';
+    }
+    for (List& list : lists_) {
+        const Object value = living(source, reader.resolve(configuration[list.key]), 0);
+        if (!value.array()) continue;
+        for (const Object& element : *value.array()) list.values += source.copied(element) + ' ';
+    }
+    if (!isFirst_) return;
+    for (const char* key : {"Name", "Creator", "Intent", "ListMode"}) {
+        const Object& value = configuration[key];
+        if (value.isNull()) continue;
+        writeName(look_, key);
+        look_ += ' ' + source.copied(value);
+    }
+}
+
+std::string LayerJoiner::text() const {
+    if (layers_.empty()) return {};
+    std::string text = "<</OCGs[" + layers_ + "]/D<<" + look_;
+    if (!hidden_.empty()) text += "/OFF[" + hidden_ + ']';
+    for (const List& list : lists_) {
+        if (!list.values.empty()) text += '/' + std::string(list.key) + '[' + list.values + ']';
+    }
+    return text + ">>>>";
+}
+
+}  // namespace quillon::pdf

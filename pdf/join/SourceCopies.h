@@ -1,0 +1,38 @@
+#pragma once
+
+#include "pdf/write/PageCopies.h"
+#include "pdf/write/SourceCopier.h"
+#include "pdf/write/SourcePlan.h"
+
+#include <cstddef>
+
+namespace quillon::pdf {
+
+/// A source whose pages are being copied, as those see it that join what belongs to the documents.
+struct SourceCopies {
+    const SourcePlan& plan;
+    PageCopies& pages;
+    SourceDocument& document;
+    SourceCopier& copier;
+    const Dictionary& catalog;  ///< of the source
+    std::size_t ordinal;        ///< counted from 1 in the order of the sources
+    bool isBase;
+    bool isWhole;  ///< every page of the source is taken
+
+    [[nodiscard]] ObjectReader& reader() const { return document.reader(); }
+
+    /// A value of the source as text of the output, references rewritten to the first copies, or those of a group.
+    [[nodiscard]] std::string copied(const Object& value, const Overlay* overlay = nullptr) const {
+        if (const Reference* reference = overlay ? nullptr : value.reference()) {
+            const std::uint32_t number = copier.copyReference(*reference);
+            return number == 0 ? "null" : std::to_string(number) + " 0 R";
+        }
+        std::string text;
+        std::string out;
+        value.write(text);
+        copier.copyValue(text, overlay, out);
+        return out;
+    }
+};
+
+}  // namespace quillon::pdf

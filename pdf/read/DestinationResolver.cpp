@@ -1,0 +1,100 @@
+#include "pdf/read/DestinationResolver.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+Destination describe(ObjectReader& reader, const Array& array) {
+    Destination destination;
+    if (array.size() < 2) return destination;
+    std::string kind;
+    std::string view;
+    std::vector<std::optional<double>> numbers;
+    constexpr std::size_t longest = 6;  // page, FitR, and four numbers
+    for (std::size_t i = 1; i < array.size() && i < longest; ++i) {
+        const Object value = reader.resolve(array[i]);
+        if (value.array() || value.dictionary() || value.string()) return destination;
+        if (i == 1 && !value.name()) return destination;
+        if (i == 1) kind = value.name()->value;
+        if (i > 1) numbers.push_back(value.number());
+        value.write(view);
+    }
+    destination.view = std::move(view);
+    const auto number = [&](std::size_t i) { return i < numbers.size() ? numbers[i] : std::nullopt; };
+    if (kind == "XYZ") {
+        destination.left = number(0);
+        destination.top = number(1);
+    } else if (kind == "FitH" || kind == "FitBH") {
+        destination.top = number(0);
+    } else if (kind == "FitV" || kind == "FitBV") {
+        destination.left = number(0);
+    } else if (kind == "FitR") {
+        destination.left = number(0);
+        destination.top = number(3);
+    }
+    return destination;
+}
+
+}  // namespace
+
+DestinationNames readDestinationNames(SourceDocument& document) {
+    DestinationNames names;
+    ObjectReader& reader = document.reader();
+    if (!document.catalog()) return names;
+    const Object catalog = reader.parse(*document.catalog());
+    if (!catalog.dictionary()) return names;
+    const Object old = reader.resolve((*catalog.dictionary())["Dests"]);
+    if (old.dictionary()) names.old = old.dictionary()->entries();
+    const Object trees = reader.resolve((*catalog.dictionary())["Names"]);
+    if (trees.dictionary()) names.tree = readNameTree(reader, (*trees.dictionary())["Dests"]);
+    return names;
+}
+
+void DestinationResolver::readNames() {
+    names_.emplace();
+    DestinationNames names = readDestinationNames(document_);
+    for (auto* list : {&names.tree, &names.old}) {
+        for (auto& [name, value] : *list) names_->try_emplace(std::move(name), std::move(value));
+    }
+}
+
+Object DestinationResolver::named(const std::string& name) {
+    if (!names_) readNames();
+    const auto found = names_->find(name);
+    return found == names_->end() ? Object() : document_.reader().resolve(found->second);
+}
+
+std::optional<std::uint32_t> DestinationResolver::pageOf(const Object& page) {
+    const auto& all = document_.pages().pages();
+    if (const auto index = page.integer()) {
+        if (*index < 0 || static_cast<std::uint64_t>(*index) >= all.size()) return std::nullopt;
+        return static_cast<std::uint32_t>(*index);
+    }
+    if (!page.reference()) return std::nullopt;
+    if (pages_.empty()) {
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (all[i].number != 0) pages_.try_emplace(all[i].number, static_cast<std::uint32_t>(i));
+        }
+    }
+    const auto found = pages_.find(page.reference()->number);
+    return found == pages_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<Destination> DestinationResolver::resolve(const Object& destination) {
+    ObjectReader& reader = document_.reader();
+    Object value = reader.resolve(destination);
+    if (value.name()) {
+        value = named(value.name()->value);
+    } else if (value.string()) {
+        value = named(*value.string());
+    }
+    if (value.dictionary()) value = reader.resolve(Object((*value.dictionary())["D"]));
+    if (!value.array() || value.array()->empty()) return std::nullopt;
+    const auto page = pageOf(value.array()->front());
+    if (!page) return std::nullopt;
+    Destination found = describe(reader, *value.array());
+    found.page = *page;
+    return found;
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "pdf/read/KeyTree.h"
+#include "pdf/read/SourceDocument.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+namespace quillon::pdf {
+
+/// A place in a document (ISO 32000-2, 12.3.2).
+struct Destination {
+    std::uint32_t page = 0;      ///< zero-based
+    std::string view = "/Fit";   ///< how the page is shown: the elements of the array behind the page, as text
+    std::optional<double> left;  ///< of the point that is shown, if the view names it, in points of the page
+    std::optional<double> top;
+};
+
+/// Finds out where the destinations of one document lead. Reads the names only when one is asked for.
+class DestinationResolver {
+public:
+    /// `document` must outlive the resolver.
+    explicit DestinationResolver(SourceDocument& document) : document_(document) {}
+
+    /// An explicit destination, a name or text that stands for one, or a dictionary that holds one. Nothing when it
+    /// leads to no page of the document.
+    [[nodiscard]] std::optional<Destination> resolve(const Object& destination);
+
+private:
+    [[nodiscard]] Object named(const std::string& name);
+    [[nodiscard]] std::optional<std::uint32_t> pageOf(const Object& page);
+    void readNames();
+
+    SourceDocument& document_;
+    std::optional<std::unordered_map<std::string, Object>> names_;
+    std::unordered_map<std::uint32_t, std::uint32_t> pages_;  // object number: index; empty until asked for
+};
+
+/// The names of a document: those of the dictionary `Dests` of its catalog, and those of the name tree.
+struct DestinationNames {
+    NamedValues old;   ///< PDF 1.1 names
+    NamedValues tree;  ///< texts
+};
+[[nodiscard]] DestinationNames readDestinationNames(SourceDocument& document);
+
+}  // namespace quillon::pdf

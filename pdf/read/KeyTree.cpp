@@ -1,0 +1,121 @@
+#include "pdf/read/KeyTree.h"
+
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Parser.h"
+#include "pdf/object/ValueSkipper.h"
+#include "pdf/read/Limits.h"
+
+#include <optional>
+#include <unordered_set>
+
+namespace quillon::pdf {
+
+namespace {
+
+std::optional<std::string> keyOf(const Object& object, std::string*) {
+    return object.string() ? std::optional(*object.string()) : std::nullopt;
+}
+
+std::optional<std::int64_t> keyOf(const Object& object, std::int64_t*) {
+    return object.integer();
+}
+
+std::size_t bytesOf(const std::string& key) {
+    return key.size();
+}
+
+std::size_t bytesOf(std::int64_t) {
+    return sizeof(std::int64_t);
+}
+
+/// One walk through a tree with keys of type `Key`.
+template <class Key>
+class TreeWalk {
+public:
+    TreeWalk(ObjectReader& reader, std::string_view leaves) : reader_(reader), leaves_(leaves) {}
+
+    std::vector<std::pair<Key, Object>> read(const Object& root) {
+        std::vector<Object> waiting{root};
+        while (!waiting.empty() && !full_) {
+            const Object node = std::move(waiting.back());
+            waiting.pop_back();
+            if (node.reference() && !seen_.insert(node.reference()->number).second) continue;
+            const Object kids = reader_.resolve(visit(node));
+            if (!kids.array()) continue;
+            visits_ += kids.array()->size();
+            if (!reader_.mayVisit(visits_)) break;
+            waiting.insert(waiting.end(), kids.array()->rbegin(), kids.array()->rend());
+        }
+        return std::move(entries_);
+    }
+
+private:
+    /// Takes the leaves of a node and returns its kids.
+    Object visit(const Object& node) {
+        std::string text;
+        std::optional<ObjectText> object;
+        if (node.reference()) {
+            object = reader_.findWhole(*node.reference());
+        } else {
+            node.write(text);
+        }
+        // Where the end of the value is known it is well-formed.
+        std::string repaired;
+        const std::string_view value = !node.reference()       ? std::string_view(text)
+                                       : !object               ? std::string_view()
+                                       : object->valueEnd != 0 ? object->value()
+                                                               : soundDictionary(object->text(), repaired);
+        const std::string_view leaves = findValue(value, leaves_);
+        if (leaves.starts_with('[')) {
+            takeLeaves(leaves);
+        } else if (!leaves.empty()) {
+            std::string array;
+            reader_.resolve(leaves).write(array);
+            takeLeaves(array);
+        }
+        return Parser(findValue(value, "Kids")).parse();
+    }
+
+    /// Each pair is read by itself, since the leaves of a large tree are most of its text.
+    void takeLeaves(std::string_view array) {
+        std::size_t at = 1;
+        const auto next = [&]() -> std::optional<Object> {
+            const auto end = at < array.size() ? skipValue(array, at) : std::nullopt;
+            if (!end) return std::nullopt;
+            const std::string_view value = array.substr(at, *end - at);
+            at = *end;
+            return Parser(value).parse();
+        };
+        while (!full_) {
+            const auto first = next();
+            auto value = first ? next() : std::nullopt;
+            if (!value) return;
+            full_ = !reader_.mayVisit(++visits_);
+            auto key = keyOf(first->reference() ? reader_.resolve(*first) : *first, static_cast<Key*>(nullptr));
+            if (!key) continue;
+            bytes_ += bytesOf(*key);
+            full_ = full_ || bytes_ > limits::treeKeys;
+            entries_.emplace_back(std::move(*key), std::move(*value));
+        }
+    }
+
+    ObjectReader& reader_;
+    std::string_view leaves_;
+    std::vector<std::pair<Key, Object>> entries_;
+    std::unordered_set<std::uint32_t> seen_;
+    std::uint64_t visits_ = 0;
+    std::size_t bytes_ = 0;
+    bool full_ = false;
+};
+
+}  // namespace
+
+NamedValues readNameTree(ObjectReader& reader, const Object& root) {
+    return TreeWalk<std::string>(reader, "Names").read(root);
+}
+
+NumberedValues readNumberTree(ObjectReader& reader, const Object& root) {
+    return TreeWalk<std::int64_t>(reader, "Nums").read(root);
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,85 @@
+#include "pdf/join/DocumentJoiner.h"
+#include "tests/pdf/EngineTest.h"
+#include "tests/support/JudgedParts.h"
+#include "tests/support/RawPdf.h"
+#include "tests/support/RichPdf.h"
+
+#include <QJsonArray>
+
+namespace quillon::pdf {
+namespace {
+
+using test::attachedPdf;
+using test::JudgedPdf;
+using test::presentedPdf;
+
+class JoinedDocuments : public EngineTest {
+protected:
+    static QString text(const char* latin) { return QString::fromLatin1(latin); }
+};
+
+TEST_F(JoinedDocuments, AttachmentsAndScriptsOfAllInputsAreKept) {
+    const std::string file = write(planOf({open(attachedPdf("one"), "a"), open(attachedPdf("two"), "b")}));
+    EXPECT_EQ(test::attachmentLines(file), (Strings{"one.txt", "two.txt"}));
+    const JudgedPdf pdf(file);
+    EXPECT_EQ(pdf.catalog().value(text("/AF")).toArray().size(), 2);
+    EXPECT_EQ(pdf.having(text("/Type"), text("/Filespec")).size(), 2);
+    const QJsonObject names = pdf.dictionary(pdf.catalog().value(text("/Names")));
+    const QJsonArray scripts = pdf.dictionary(names.value(text("/JavaScript"))).value(text("/Names")).toArray();
+    ASSERT_EQ(scripts.size(), 4);
+    EXPECT_EQ(pdf.dictionary(scripts[1]).value(text("/JS")).toString(), text("u:one"));
+    EXPECT_EQ(pdf.dictionary(scripts[3]).value(text("/JS")).toString(), text("u:two"));
+}
+
+TEST_F(JoinedDocuments, OutputIntentsAreKeptAndEqualOnesOnce) {
+    const JudgedPdf pdf(write(
+        planOf({open(presentedPdf("a"), "1"), open(presentedPdf("b"), "2"), open(presentedPdf("a") + "\n", "3")})));
+    QStringList identifiers;
+    for (const QJsonValue& intent : pdf.catalog().value(text("/OutputIntents")).toArray()) {
+        identifiers += pdf.dictionary(intent).value(text("/OutputConditionIdentifier")).toString();
+    }
+    EXPECT_EQ(identifiers, (QStringList{text("u:a"), text("u:b")}));
+}
+
+TEST_F(JoinedDocuments, TheLanguageIsThatOfTheFirstInputThatHasOne) {
+    const auto plain = open(test::commentedPdf("p"), "p");
+    const auto a = open(presentedPdf("a"), "a");
+    const auto b = open(presentedPdf("b"), "b");
+    EXPECT_EQ(JudgedPdf(write(planOf({a, b}))).catalog().value(text("/Lang")).toString(), text("u:a"));
+    EXPECT_EQ(JudgedPdf(write(planOf({plain, b, a}))).catalog().value(text("/Lang")).toString(), text("u:b"));
+    EXPECT_FALSE(JudgedPdf(write(planOf({plain, plain}))).catalog().contains(text("/Lang")));
+}
+
+TEST_F(JoinedDocuments, TransitionsTravelWithTheirPages) {
+    const auto a = open(presentedPdf("a"), "a");
+    const JudgedPdf pdf(write(planOf({a, a})));
+    for (const int page : {1, 3}) {
+        const QJsonObject entries = pdf.dictionary(pdf.pages()[page]);
+        EXPECT_EQ(entries.value(text("/Dur")).toInt(), 3);
+        EXPECT_EQ(entries.value(text("/Trans")).toObject().value(text("/S")).toString(), text("/Wipe"));
+    }
+}
+
+TEST_F(JoinedDocuments, CommentsPopUpsAndRepliesLeadToTheirOwnCopies) {
+    const auto source = open(test::commentedPdf("A"));
+    const JudgedPdf pdf(write(planOf({source, source, source})));
+    QStringList seen;
+    for (const qsizetype page : {0, 2, 4}) {
+        const QString place = pdf.pages()[page];
+        const QJsonArray annotations = pdf.dictionary(place).value(text("/Annots")).toArray();
+        ASSERT_EQ(annotations.size(), 3);
+        const auto entry = [&](int annotation, const char* key) {
+            return pdf.dictionary(annotations[annotation]).value(text(key));
+        };
+        EXPECT_EQ(entry(0, "/Popup"), annotations[1]);
+        EXPECT_EQ(entry(1, "/Parent"), annotations[0]);
+        EXPECT_EQ(entry(2, "/IRT"), annotations[0]);
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(entry(i, "/P").toString(), place);
+        for (const QJsonValue& annotation : annotations) seen += annotation.toString();
+    }
+    seen.removeDuplicates();
+    EXPECT_EQ(seen.size(), 9);
+}
+
+}  // namespace
+}  // namespace quillon::pdf
