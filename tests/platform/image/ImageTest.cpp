@@ -270,17 +270,16 @@ TEST_F(ImageTest, FileThatVanishesOrChangesGivesNoPage) {
 
 TEST_F(ImageTest, ManyScansAreLoadedAndCopiedAtFileSpeed) {
     const QByteArray jpeg = encoded(colorful(2480, 3508), "jpeg");
-    // The processor's time: other programs may be at work on the machine.
-    const std::clock_t start = std::clock();
+    const std::clock_t start = std::clock();  // of the processor, which other programs do not slow down
     for (int count = 0; count < 60; ++count) {
         const auto image = load(QStringLiteral("scan.jpg"), jpeg);
         ASSERT_TRUE(image);
         ASSERT_EQ(imagesOf(*image).size(), 1U);
     }
 #ifdef __SANITIZE_THREAD__
-    constexpr double slowdown = 8;  // of the code under test, but not of Qt
+    constexpr int slowdown = 8;  // of the code under test, but not of Qt
 #else
-    constexpr double slowdown = 1;
+    constexpr int slowdown = 1;
 #endif
     // To decode one such page takes Qt a twentieth of a second.
     EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 2.5 * slowdown);
