@@ -159,9 +159,9 @@ void OutputPipeline::read(Item& item) {
     item.bytes.reserve(pieceBytes);
     item.bytes.resize(length);
     const std::size_t got = item.file->readAt(item.range.offset, std::span(item.bytes));
-    if (got == length) return;
+    item.wasShort = got < length;
     std::fill(item.bytes.begin() + static_cast<std::ptrdiff_t>(got), item.bytes.end(), '\0');
-    item.wasShort = true;
+    if (!encryptor_) item.sum = checksum(item.bytes);
 }
 
 void OutputPipeline::run() {
@@ -201,8 +201,10 @@ void OutputPipeline::writeItem(Item& item) {
     for (const Placed& object : item.objects) places_.push_back({object.number, file_.size() + object.offset});
     if (item.reader) {
         writeDeciphered(*item.reader);
+    } else if (item.file && encryptor_) {
+        seal(item.bytes, item.isLastPiece);
     } else if (item.file) {
-        putPiece(item.bytes, item.isLastPiece);
+        put(item.bytes, item.sum);
     } else {
         put(item.bytes);
     }
@@ -210,19 +212,21 @@ void OutputPipeline::writeItem(Item& item) {
 }
 
 void OutputPipeline::writeDeciphered(DecryptingReader& reader) {
-    for (auto piece = reader.next(); !piece.empty() && !failed_; piece = reader.next()) putPiece(piece, false);
-    putPiece({}, true);
+    for (auto piece = reader.next(); !piece.empty() && !failed_; piece = reader.next()) {
+        if (encryptor_) {
+            seal(piece, false);
+        } else {
+            put(piece);
+        }
+    }
+    if (encryptor_) seal({}, true);
     if (reader.hasShortened()) noteShortened(reader.file()->path());
 }
 
-/// Writes a piece of a stream's data.
-void OutputPipeline::putPiece(std::string_view bytes, bool isLast) {
-    if (!encryptor_) {
-        put(bytes);
-        return;
-    }
+/// Enciphers and writes a piece of a stream's data.
+void OutputPipeline::seal(std::string_view piece, bool isLast) {
     if (!sealing_) sealing_.emplace(*encryptor_);
-    put(sealing_->next(bytes));
+    put(sealing_->next(piece));
     if (!isLast) return;
     put(sealing_->finish());
     sealing_.reset();
@@ -233,9 +237,12 @@ void OutputPipeline::noteShortened(const std::string& path) {
 }
 
 void OutputPipeline::put(std::string_view bytes) {
+    put(bytes, checksum(bytes));
+}
+
+void OutputPipeline::put(std::string_view bytes, std::uint32_t sum) {
     // A checksum of each piece goes into the digest: much quicker than a hash of everything, and quite enough for
     // telling files apart.
-    const std::uint32_t sum = checksum(bytes);
     XXH3_128bits_update(hash_.get(), &sum, sizeof sum);
     if (!failed_) failed_ = !file_.write(bytes);
 }

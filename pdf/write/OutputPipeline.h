@@ -81,6 +81,7 @@ private:
         std::string dictionary;           // of an object stream
         std::shared_ptr<InputFile> file;  // where the bytes, a piece of a stream's data, are to be read from
         FileRange range;
+        std::uint32_t sum = 0;  // checksum of what was read
         bool isLastPiece = false;
         bool wasShort = false;
         std::unique_ptr<DecryptingReader> reader;  // where all of a stream's data comes from
@@ -100,9 +101,10 @@ private:
     void recycleLocked(std::string buffer);
     void writeItem(Item& item);
     void writeDeciphered(DecryptingReader& reader);
-    void putPiece(std::string_view bytes, bool isLast);
+    void seal(std::string_view piece, bool isLast);
     void noteShortened(const std::string& path);
     void put(std::string_view bytes);
+    void put(std::string_view bytes, std::uint32_t sum);
 
     static constexpr std::size_t mostAhead = 1U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.

@@ -100,6 +100,10 @@ private:
     }
 
     std::vector<char> read(std::uint64_t at, std::size_t length) {
+        if (at >= blockOffset_ && at + length <= blockOffset_ + block_.size()) {
+            const auto begin = block_.begin() + static_cast<std::ptrdiff_t>(at - blockOffset_);
+            return {begin, begin + static_cast<std::ptrdiff_t>(length)};
+        }
         return readExactly(file_, at, length).value_or(std::vector<char>());
     }
 
