@@ -30,3 +30,5 @@ include(GNUInstallDirs)
 set(QUILLON_MODULE_DIR ${CMAKE_INSTALL_LIBDIR}/quillon)
 set(CMAKE_BUILD_RPATH ${PROJECT_BINARY_DIR}/platform/gui)
 set(CMAKE_INSTALL_RPATH $ORIGIN/../${QUILLON_MODULE_DIR})
+# Not as RUNPATH, which holds for what the program itself loads: a sanitizer's library loads modules in its stead.
+target_link_options(quillon_options INTERFACE LINKER:--disable-new-dtags)
