@@ -46,11 +46,11 @@ public:
     explicit Reader(const QStringList& arguments) : arguments_(arguments) {}
 
     std::variant<DriverArguments, QString> read() {
+        result_.entries.reserve(static_cast<std::size_t>(arguments_.size()));
         while (at_ < arguments_.size() && error_.isNull() && !result_.wantsHelp) readOne(arguments_[at_++]);
-        if (result_.wantsHelp) return result_;
-        if (error_.isNull()) checkEnd();
+        if (error_.isNull() && !result_.wantsHelp) checkEnd();
         if (!error_.isNull()) return error_;
-        return result_;
+        return std::move(result_);
     }
 
 private:

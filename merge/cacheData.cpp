@@ -33,31 +33,38 @@ void cacheData::setUrl(const QUrl& url) {
 }
 
 QString cacheData::password() const {
-    const std::lock_guard lock(mutex());
-    return password_;
+    return typed(&Typed::password);
 }
 
 void cacheData::setPassword(const QString& password) {
-    const std::lock_guard lock(mutex());
-    password_ = password;
+    setTyped(&Typed::password, password);
 }
 
 QString cacheData::value() const {
-    const std::lock_guard lock(mutex());
-    return value_;
+    return typed(&Typed::value);
 }
 
 void cacheData::setValue(const QString& value) {
+    setTyped(&Typed::value, value);
+}
+
+QString cacheData::typed(QString Typed::*field) const {
     const std::lock_guard lock(mutex());
-    value_ = value;
+    return typed_ ? (*typed_).*field : QString();
+}
+
+void cacheData::setTyped(QString Typed::*field, const QString& text) {
+    const std::lock_guard lock(mutex());
+    if (!typed_ && text.isNull()) return;
+    if (!typed_) typed_ = std::make_unique<Typed>();
+    (*typed_).*field = text;
 }
 
 void cacheData::swap(cacheData& other) {
     if (this == &other) return;
     const std::lock_guard lock(mutex());
     std::swap(url_, other.url_);
-    std::swap(password_, other.password_);
-    std::swap(value_, other.value_);
+    std::swap(typed_, other.typed_);
     std::swap(mergeMethod_, other.mergeMethod_);
     std::swap(needPassword_, other.needPassword_);
     std::swap(fileSize_, other.fileSize_);

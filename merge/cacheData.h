@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <cstdint>
+#include <memory>
 
 namespace quillon {
 
@@ -68,9 +69,18 @@ public:
     void swap(cacheData& other);
 
 private:
-    QByteArray url_;  // encoded: a list may have thousands of entries, and a QUrl takes five times as much memory
-    QString password_;
-    QString value_;
+    /// What the user typed.
+    struct Typed {
+        QString password;
+        QString value;
+    };
+
+    void setTyped(QString Typed::*field, const QString& text);
+    [[nodiscard]] QString typed(QString Typed::*field) const;
+
+    // Kept small, since a list may have thousands of entries: encoded, since a QUrl takes five times as much memory.
+    QByteArray url_;
+    std::unique_ptr<Typed> typed_;  // null: all absent
     std::int32_t mergeMethod_ = MergeMethodWhole;
     std::int32_t needPassword_ = -1;
     std::int32_t fileSize_ = -1;

@@ -17,13 +17,13 @@ namespace {
 
 /// Text of any colour can be chosen, whatever the theme of the window. So that it can be read, the example stands on
 /// paper of its own, which is dark for light text.
-void setExampleColors(QLabel& example, const QColor& text, bool enabled) {
+void setExampleColor(QLabel& example, const QColor& text) {
     constexpr int light = 150;
-    const QColor paper = qGray(text.rgb()) < light ? QColor(Qt::white) : QColor(0x30, 0x30, 0x30);
-    setTextColor(example, text);
+    setTextColor(example, text, false);
     QPalette palette = example.palette();
-    palette.setColor(QPalette::Window, enabled ? paper : QApplication::palette().color(QPalette::Window));
+    palette.setColor(QPalette::Window, qGray(text.rgb()) < light ? QColor(Qt::white) : QColor(0x30, 0x30, 0x30));
     example.setPalette(palette);
+    example.setAutoFillBackground(true);
 }
 
 /// The font of the example; that of all labels where the family is not installed or the size is none.
@@ -109,7 +109,8 @@ void SettingWindowController::changeAddPageNumberState(bool on) {
         setTextColor(*caption, getColor(on));
     }
     // Not in the chosen colour, until the colour, font or size is touched.
-    setExampleColors(*ui.addPageNumberExampleLabel, getColor(on), on);
+    setTextColor(*ui.addPageNumberExampleLabel, getColor(on));
+    ui.addPageNumberExampleLabel->setAutoFillBackground(false);
 }
 
 void SettingWindowController::changeUserPasswordState(bool on) {
@@ -130,7 +131,7 @@ void SettingWindowController::changeOwnerPasswordState(bool on) {
 }
 
 void SettingWindowController::updateExampleLabel() {
-    setExampleColors(*ui_->addPageNumberExampleLabel, cacheColor_, true);
+    setExampleColor(*ui_->addPageNumberExampleLabel, cacheColor_);
     ui_->addPageNumberExampleLabel->setFont(
         exampleFont(cacheFontName_, leadingInteger(ui_->addPageNumberSizeField->text())));
 }

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quillon::pdf {
 
-/// What was found damaged in one file and how it was dealt with: a line each, in the order of finding.
+/// What was found damaged in one file and how it was dealt with: a line each, in the order of finding. Small as long as
+/// nothing was found.
 class Warnings {
 public:
     /// More lines than this say nothing new; they are counted, not kept.
@@ -23,13 +24,13 @@ public:
     void add(std::string_view text, std::uint32_t object = 0, std::int64_t offset = -1);
 
     /// Takes back all but the first `count` lines.
-    void keepFirst(std::size_t count) { lines_.resize(std::min(count, lines_.size())); }
+    void keepFirst(std::size_t count);
 
-    [[nodiscard]] const std::vector<std::string>& lines() const noexcept { return lines_; }
+    [[nodiscard]] const std::vector<std::string>& lines() const noexcept;
 
 private:
     const std::string& file_;
-    std::vector<std::string> lines_;
+    std::unique_ptr<std::vector<std::string>> lines_;  // null: none
 };
 
 }  // namespace quillon::pdf

@@ -19,10 +19,11 @@ enum class Access : std::uint8_t {
 };
 
 /// What is known of the key to one file, and what the passwords that were tried have given: finding that out takes
-/// milliseconds each, and a merge may open a file hundreds of times. Not thread-safe.
+/// milliseconds each, and a merge may open a file hundreds of times. Small for a file without protection, since there
+/// may be thousands. Not thread-safe.
 class Keyring {
 public:
-    [[nodiscard]] bool isKnown() const noexcept { return decryptor_ != nullptr; }
+    [[nodiscard]] bool isKnown() const noexcept { return known_ != nullptr; }
     /// Takes over how the file is protected, and tries the empty password.
     void learn(EncryptionDictionary dictionary);
 
@@ -30,15 +31,19 @@ public:
     /// called after `learn`.
     [[nodiscard]] Access open(std::string_view utf8Password);
 
-    /// Null before `learn`.
-    [[nodiscard]] const std::shared_ptr<const Decryptor>& decryptor() const noexcept { return decryptor_; }
+    /// To be called after `learn`.
+    [[nodiscard]] const std::shared_ptr<const Decryptor>& decryptor() const noexcept { return known_->decryptor; }
 
 private:
+    struct Known {
+        std::shared_ptr<const Decryptor> decryptor;
+        std::unordered_map<std::string, Access> tried;
+    };
+
     // Passwords remembered; more than anyone has for one file.
     static constexpr std::size_t most = 16;
 
-    std::shared_ptr<const Decryptor> decryptor_;
-    std::unordered_map<std::string, Access> tried_;
+    std::unique_ptr<Known> known_;  // null before learn()
 };
 
 }  // namespace quillon::pdf

@@ -252,6 +252,7 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     if (!pipeline_.finish()) return false;
     for (const std::string& path : pipeline_.shortened()) noteShortened(path);
     for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
+    streams_.clear();  // makes room for the cross-reference data
     const std::string encryption = encryptionEntry();
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();

@@ -94,6 +94,7 @@ bool OutputPipeline::finish() {
         changed_.notify_all();
     }
     thread_.join();
+    spare_ = {};
     return !failed_;
 }
 

@@ -37,6 +37,11 @@ SourcePlans::SourcePlans(const DocumentPlan& plan) {
     }
     std::ranges::sort(pages);
     copies_.reserve(pages.size());
+    std::size_t sources = plan.base ? 1 : 0;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        if (i == 0 || pages[i].first != pages[i - 1].first) ++sources;
+    }
+    entries_.reserve(sources);
     for (const auto& [source, number] : pages) {
         const SourcePage& page = *sourcePage(number);
         const auto copy = static_cast<std::uint32_t>(copies_.size());

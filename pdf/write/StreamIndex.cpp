@@ -132,6 +132,11 @@ void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
     static_cast<void>(findOrAdd(stream, number));
 }
 
+void StreamIndex::clear() {
+    known_ = {};
+    lones_ = {};
+}
+
 bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number) {
     const auto [file, offset] = placeOf(stream);
     const auto [place, isNew] = lones_.try_emplace(key, Lone{file, offset, number});

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] std::optional<std::uint32_t> findOrAdd(const StreamContent& stream, std::uint32_t number);
     /// Enters the stream as `number`; of equal ones the first is found.
     void add(const StreamContent& stream, std::uint32_t number);
+    /// Forgets all streams and frees their memory.
+    void clear();
 
 private:
     // Kept small, since every stream of the file has one.

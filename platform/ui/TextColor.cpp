@@ -45,10 +45,11 @@ private:
 
 }  // namespace
 
-void setTextColor(QWidget& control, const QColor& color) {
+void setTextColor(QWidget& control, const QColor& color, bool followsTheme) {
     const QObjectList children = control.children();
     for (QObject* child : children) delete dynamic_cast<ThemeColor*>(child);
     paintText(control, color);
+    if (!followsTheme) return;
     const bool enabled = color == controlTextColor();
     if (enabled || color == disabledControlTextColor()) new ThemeColor(control, enabled);
 }

@@ -11,8 +11,8 @@ namespace quillon {
 [[nodiscard]] QColor disabledControlTextColor();
 
 /// Gives the text of a label or field a colour, which it keeps until the next call. One of the two above follows the
-/// theme.
-void setTextColor(QWidget& control, const QColor& color);
+/// theme if it is to.
+void setTextColor(QWidget& control, const QColor& color, bool followsTheme = true);
 [[nodiscard]] QColor textColor(const QWidget& control);
 
 }  // namespace quillon
