@@ -1,12 +1,10 @@
 #include "pdf/object/ContentBalance.h"
 
 #include "pdf/object/Characters.h"
-#include "pdf/object/ValueSkipper.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 
 namespace quillon::pdf {
 
@@ -35,6 +33,12 @@ constexpr auto starts = [] {
     return table;
 }();
 
+constexpr auto stringStops = [] {
+    std::array<bool, 256> stops{};
+    for (const char c : std::string_view("()\\")) stops[static_cast<unsigned char>(c)] = true;
+    return stops;
+}();
+
 class Scanner {
 public:
     explicit Scanner(std::string_view text) noexcept : text_(text) {}
@@ -61,7 +65,7 @@ private:
                 return comment();
             case Start::String:
                 operandsLeft_ = true;
-                return jump(skipLiteralString(text_, at_));
+                return string();
             case Start::Angle:
                 return angle();
             case Start::Name:
@@ -93,9 +97,21 @@ private:
         while (at_ < text_.size() && isRegular(text_[at_])) ++at_;
     }
 
-    bool jump(std::optional<std::size_t> to) noexcept {
-        at_ = to.value_or(at_);
-        return to.has_value();
+    /// As skipLiteralString, but made for the short strings that are most of any text.
+    bool string() noexcept {
+        int depth = 0;
+        while (at_ < text_.size()) {
+            const char c = text_[at_++];
+            if (!stringStops[static_cast<unsigned char>(c)]) continue;
+            if (c == '\\') {
+                ++at_;
+            } else if (c == '(') {
+                ++depth;
+            } else if (--depth == 0) {
+                return true;
+            }
+        }
+        return false;
     }
 
     /// Without the end of its line a comment would swallow what follows.

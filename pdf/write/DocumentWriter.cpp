@@ -154,7 +154,7 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
 
 void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies,
                                SourceCopier& copier) {
-    PaintedPages painted(document, copier, *painter_);
+    PaintedPages painted(document, copier, *painter_, plan_.scout.get());
     for (const PageCopies::Copy& copy : copies.all()) {
         joiner_.enter(copy);
         SourceCopier::PageJob job;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/Geometry.h"
+#include "pdf/read/ContentScout.h"
 #include "pdf/read/SourcePage.h"
 #include "pdf/security/Encryptor.h"
 #include "pdf/write/PageProducer.h"
@@ -58,6 +59,8 @@ struct DocumentPlan {
     std::vector<std::pair<std::string, std::string>> information;
     /// The XMP metadata of the document, in place of the base's; empty: those stay.
     std::string metadata;
+    /// Looks at the content of the pages that are painted over, as far as these were announced to it; null: none were.
+    std::shared_ptr<ContentScout> scout;
     /// Nothing: whoever has the file can read it.
     std::optional<Protection> protection;
     /// Wait until the file has reached the disk.

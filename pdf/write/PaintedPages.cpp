@@ -62,7 +62,9 @@ bool PaintedPages::mustBeForm(const std::vector<Reference>& streams) {
     };
     if (streams.size() > 1) return look();
     const auto [place, isNew] = mustBeForm_.try_emplace(streams.front().number, false);
-    if (isNew) place->second = look();
+    if (!isNew) return place->second;
+    const auto known = scout_ ? scout_->take(document_, streams.front().number) : std::nullopt;
+    place->second = known ? !*known : look();
     return place->second;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/read/ContentScout.h"
 #include "pdf/read/SourceDocument.h"
 #include "pdf/write/PaintWriter.h"
 
@@ -25,8 +26,9 @@ class SourceCopier;
 /// of a tagged file no longer leads to it. To know, every content is decoded and scanned once.
 class PaintedPages {
 public:
-    PaintedPages(SourceDocument& document, SourceCopier& copier, PaintWriter& writer)
-        : document_(document), copier_(copier), writer_(writer) {}
+    /// `scout` may have looked at content of the pages already; null where none did.
+    PaintedPages(SourceDocument& document, SourceCopier& copier, PaintWriter& writer, ContentScout* scout)
+        : document_(document), copier_(copier), writer_(writer), scout_(scout) {}
 
     /// Texts of values, as they stand in the source.
     struct PageValues {
@@ -57,6 +59,7 @@ private:
     SourceDocument& document_;
     SourceCopier& copier_;
     PaintWriter& writer_;
+    ContentScout* scout_;
     std::unordered_map<std::uint32_t, bool> mustBeForm_;  // of streams that are a page's whole content
     std::map<std::pair<std::string, std::vector<Reference>>, std::uint32_t> forms_;  // by entries and content
     std::map<std::pair<std::string, std::vector<PaintWriter::Needed>>, SharedResources> shared_;

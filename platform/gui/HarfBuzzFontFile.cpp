@@ -86,6 +86,7 @@ HarfBuzzFontFile::HarfBuzzFontFile(const QRawFont& font)
     const bool trueType = hasTable(face_, HB_TAG('g', 'l', 'y', 'f'));
     const Held<hb_blob_t> cff(hb_face_reference_table(face_, HB_TAG('C', 'F', 'F', ' ')));
     postScript_ = !trueType && hb_blob_get_length(cff.get()) > 0;
+    outlines_ = trueType || postScript_ || !hasTable(face_, HB_TAG('C', 'B', 'D', 'T'));
     const bool usable = trueType || (postScript_ && !isCidKeyed(bytesOf(cff.get())));
     embeddable_ = usable && mayBeEmbedded();
 }
@@ -151,7 +152,8 @@ double HarfBuzzFontFile::drawnDescent() const {
 }
 
 FontFile::Outline HarfBuzzFontFile::outline(std::uint32_t glyph) const {
-    const QPainterPath path = font_.pathForGlyph(glyph);
+    // Asked for the outline of a picture, Qt has none, and measures the font wrongly from then on.
+    const QPainterPath path = outlines_ ? font_.pathForGlyph(glyph) : QPainterPath();
     const QRectF box = path.boundingRect();
     // Qt counts downwards.
     Outline result{{},
@@ -180,6 +182,16 @@ FontFile::Outline HarfBuzzFontFile::outline(std::uint32_t glyph) const {
     return result;
 }
 
+/// The layout takes pictures for smaller than the font's file says; they must fit the room that it gave them.
+pdf::Rectangle HarfBuzzFontFile::placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const {
+    const QRectF box = font_.boundingRect(glyph);
+    if (!box.isEmpty()) {
+        return {box.left() * scale(), -box.bottom() * scale(), box.right() * scale(), -box.top() * scale()};
+    }
+    const double shrink = std::min(1.0, drawnAdvance(glyph) / std::max(stated.width(), 1.0));
+    return {stated.left * shrink, stated.bottom * shrink, stated.right * shrink, stated.top * shrink};
+}
+
 std::optional<FontFile::Picture> HarfBuzzFontFile::picture(std::uint32_t glyph) const {
     const std::string png = bytesOf(Held<hb_blob_t>(hb_ot_color_glyph_reference_png(hbFont_, glyph)).get());
     hb_glyph_extents_t extents{};
@@ -189,12 +201,9 @@ std::optional<FontFile::Picture> HarfBuzzFontFile::picture(std::uint32_t glyph) 
     image.convertTo(QImage::Format_ARGB32);
     const double unit = 1000.0 / hb_face_get_upem(face_);
     // The height is counted downwards.
-    Picture result{{extents.x_bearing * unit, (extents.y_bearing + extents.height) * unit,
-                    (extents.x_bearing + extents.width) * unit, extents.y_bearing * unit},
-                   image.width(),
-                   image.height(),
-                   {},
-                   {}};
+    const pdf::Rectangle stated{extents.x_bearing * unit, (extents.y_bearing + extents.height) * unit,
+                                (extents.x_bearing + extents.width) * unit, extents.y_bearing * unit};
+    Picture result{placeOf(glyph, stated), image.width(), image.height(), {}, {}};
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QRgb pixel = image.pixel(x, y);

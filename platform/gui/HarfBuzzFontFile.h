@@ -32,6 +32,7 @@ public:
     [[nodiscard]] std::optional<Picture> picture(std::uint32_t glyph) const override;
 
 private:
+    [[nodiscard]] pdf::Rectangle placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const;
     [[nodiscard]] bool mayBeEmbedded() const;
     /// Thousandths of an em in one of Qt's units.
     [[nodiscard]] double scale() const { return 1000 / font_.pixelSize(); }
@@ -40,6 +41,7 @@ private:
     hb_face_t* face_;
     hb_font_t* hbFont_;
     bool postScript_ = false;
+    bool outlines_ = true;  // false: it is one of pictures alone
     bool embeddable_ = false;
 };
 

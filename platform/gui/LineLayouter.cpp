@@ -48,7 +48,8 @@ public:
 
     void run() {
         find(0, text_.size());
-        std::ranges::stable_sort(result_.clusters, {}, [](const auto& cluster) { return cluster.glyphs.front().x; });
+        const auto left = [](const LineLayout::Cluster& cluster) { return cluster.glyphs.front().x; };
+        if (!std::ranges::is_sorted(result_.clusters, {}, left)) std::ranges::stable_sort(result_.clusters, {}, left);
     }
 
 private:

@@ -44,11 +44,12 @@ void MarkPainter::add(std::vector<DrawingContext::Mark> marks) {
 std::vector<std::shared_ptr<const pdf::Painting>> MarkPainter::paintings() {
     std::vector<std::shared_ptr<const pdf::Painting>> paintings;
     paintings.reserve(pages_.size());
-    for (const auto& marks : pages_) {
+    for (auto& marks : pages_) {
         pdf::Painting painting;
         for (const auto& mark : marks) {
             if (pdf::PaintContent layer = layerOf(mark); !layer.empty()) painting.layers.push_back(std::move(layer));
         }
+        marks.clear();  // not to hold what is drawn on a single page twice
         const bool empty = painting.layers.empty();
         paintings.push_back(empty ? nullptr : std::make_shared<const pdf::Painting>(std::move(painting)));
     }

@@ -289,10 +289,19 @@ std::string PDFDocument::metadata(const QVariantMap& withOptions) const {
     return anything || !existing.isEmpty() ? information.metadata(existing) : std::string();
 }
 
+/// Whatever is painted over the page, its content must be looked at: that can begin while the next pages are drawn.
+void PDFDocument::announceContent(const pdf::SourcePage& page, pdf::ContentScout& scout) {
+    const pdf::SourceAccess access(*page.source);
+    pdf::SourceDocument* document = access.document();
+    if (!document || page.index >= document->pages().pages().size()) return;
+    scout.expect(*document, document->pages().pages()[page.index]);
+}
+
 /// Lets every page draw itself, in order, and notes what is to be written for it.
 pdf::DocumentPlan PDFDocument::paint() {
     pdf::DocumentPlan plan;
     plan.pages.reserve(pages_.size());
+    plan.scout = std::make_shared<pdf::ContentScout>();
     std::any store;
     MarkPainter painter;
     pdf::SourceHolds holds;
@@ -301,9 +310,11 @@ pdf::DocumentPlan PDFDocument::paint() {
         if (page.source_) holds.use(page.source_->source);
         DrawingContext context(page, store);
         page.drawWithBox(PDFDisplayBox::MediaBox);
-        painter.add(context.takeMarks());
+        auto marks = context.takeMarks();
         pdf::OutputPage output;
         output.withContent = context.contentDrawn();
+        if (page.source_ && output.withContent && !marks.empty()) announceContent(*page.source_, *plan.scout);
+        painter.add(std::move(marks));
         if (page.source_) {
             output.origin = *page.source_;
         } else if (page.image_) {

@@ -96,6 +96,7 @@ private:
     void takePages();
     [[nodiscard]] int listedPages() const;
     [[nodiscard]] std::shared_ptr<PDFPage> makePage(std::size_t index) const;
+    static void announceContent(const pdf::SourcePage& page, pdf::ContentScout& scout);
     [[nodiscard]] pdf::DocumentPlan paint();
     [[nodiscard]] std::string metadata(const QVariantMap& withOptions) const;
     [[nodiscard]] pdf::BlankPage blankPageAt(std::size_t index);

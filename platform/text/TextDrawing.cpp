@@ -17,28 +17,37 @@ namespace {
 /// after page, lay it out once.
 class RecentLines {
 public:
+    QSizeF sizeOf(const QString& text, const Font& font) {
+        const LineLayout& layout = entryOf(text, font).layout;
+        return QSizeF(layout.width, layout.ascent + layout.descent) * font.size();
+    }
     std::shared_ptr<const TextLine> lineOf(const QString& text, const Font& font) {
-        for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
-            if (entry->text != text || entry->font != font) continue;
-            // The one used longest ago is first, and goes first.
-            std::rotate(entry, entry + 1, entries_.end());
-            return entries_.back().line;
-        }
-        auto line = std::make_shared<const TextLine>(LineLayout::of(text, font.family()), font, fonts_);
-        constexpr std::size_t most = 8;
-        if (entries_.size() == most) entries_.pop_front();
-        entries_.push_back({text, font, line});
-        return line;
+        Entry& entry = entryOf(text, font);
+        if (!entry.line) entry.line = std::make_shared<const TextLine>(entry.layout, font, fonts_);
+        return entry.line;
     }
 
 private:
     struct Entry {
         QString text;
         Font font;
-        std::shared_ptr<const TextLine> line;
+        LineLayout layout;
+        std::shared_ptr<const TextLine> line;  // once it was drawn
     };
 
-    std::shared_ptr<DocumentFonts> fonts_ = std::make_shared<DocumentFonts>();
+    Entry& entryOf(const QString& text, const Font& font) {
+        for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
+            if (entry->text != text || entry->font != font) continue;
+            // The one used longest ago is first, and goes first.
+            std::rotate(entry, entry + 1, entries_.end());
+            return entries_.back();
+        }
+        constexpr std::size_t most = 8;
+        if (entries_.size() == most) entries_.pop_front();
+        return entries_.emplace_back(Entry{text, font, LineLayout::of(text, font.family()), nullptr});
+    }
+
+    DocumentFonts fonts_;
     std::deque<Entry> entries_;
 };
 
@@ -52,20 +61,18 @@ Color colorOf(const TextAttributes& attributes) {
     return color.canConvert<Color>() ? color.value<Color>() : Color::blackColor();
 }
 
-std::shared_ptr<const TextLine> lineOf(const QString& text, const TextAttributes& attributes) {
-    DrawingContext* const context = DrawingContext::current();
-    RecentLines alone;
-    if (!context) return alone.lineOf(text, fontOf(attributes));
-    auto* lines = std::any_cast<std::shared_ptr<RecentLines>>(&context->store());
-    if (!lines) lines = &context->store().emplace<std::shared_ptr<RecentLines>>(std::make_shared<RecentLines>());
-    return (*lines)->lineOf(text, fontOf(attributes));
+RecentLines& recentLines(DrawingContext& context) {
+    auto* lines = std::any_cast<std::shared_ptr<RecentLines>>(&context.store());
+    if (!lines) lines = &context.store().emplace<std::shared_ptr<RecentLines>>(std::make_shared<RecentLines>());
+    return **lines;
 }
 
 }  // namespace
 
 QSizeF sizeWithAttributes(const QString& text, const TextAttributes& attributes) {
-    const auto line = lineOf(text, attributes);
-    return {line->width(), line->height()};
+    DrawingContext* const context = DrawingContext::current();
+    RecentLines alone;
+    return (context ? recentLines(*context) : alone).sizeOf(text, fontOf(attributes));
 }
 
 void drawAtPoint(const QString& text, QPointF point, const TextAttributes& attributes) {
@@ -73,7 +80,7 @@ void drawAtPoint(const QString& text, QPointF point, const TextAttributes& attri
     if (!context) return;
     context->saveGraphicsState();
     context->setFillColor(colorOf(attributes));
-    context->draw(lineOf(text, attributes), point);
+    context->draw(recentLines(*context).lineOf(text, fontOf(attributes)), point);
     context->restoreGraphicsState();
 }
 

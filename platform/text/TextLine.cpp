@@ -130,22 +130,21 @@ private:
     double rise_ = 0;
 };
 
-}  // namespace
-
-TextLine::TextLine(LineLayout layout, const Font& font, std::shared_ptr<DocumentFonts> fonts)
-    : layout_(std::move(layout)), size_(font.size()), fonts_(std::move(fonts)) {}
-
-pdf::PaintContent TextLine::content() const {
-    LineWriter writer(size_, layout_.descent);
-    for (const auto& cluster : layout_.clusters) {
-        writer.show(cluster, fonts_->fontFor(*layout_.fonts[cluster.font]));
-    }
+pdf::PaintContent contentOf(const LineLayout& layout, double size, DocumentFonts& fonts) {
+    LineWriter writer(size, layout.descent);
+    for (const auto& cluster : layout.clusters) writer.show(cluster, fonts.fontFor(*layout.fonts[cluster.font]));
     return writer.finish();
 }
 
 /// Glyphs may reach beyond their line box, but hardly by more than their size.
-pdf::Rectangle TextLine::bounds() const {
-    return {-size_, -size_, std::ceil(width() + size_), std::ceil((layout_.ascent + layout_.descent) * size_ + size_)};
+pdf::Rectangle boundsOf(const LineLayout& layout, double size) {
+    return {-size, -size, std::ceil(layout.width * size + size),
+            std::ceil((layout.ascent + layout.descent) * size + size)};
 }
+
+}  // namespace
+
+TextLine::TextLine(const LineLayout& layout, const Font& font, DocumentFonts& fonts)
+    : content_(contentOf(layout, font.size(), fonts)), bounds_(boundsOf(layout, font.size())) {}
 
 }  // namespace quillon

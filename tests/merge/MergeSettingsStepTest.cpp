@@ -4,6 +4,7 @@
 #include "platform/jobs/MainThread.h"
 #include "platform/pdf/WriteOptions.h"
 #include "tests/merge/MergeTest.h"
+#include "tests/support/ExternalReader.h"
 
 #include <thread>
 
@@ -183,6 +184,21 @@ TEST_F(MergeSettingsStep, SwitchesPageNumbersOffAndLeavesTheRest) {
     EXPECT_FALSE(Utility::shouldAddPageNumber());
     EXPECT_EQ(Utility::getPageNumberPosition(), 1U);
     EXPECT_EQ(Utility::pageNumberString(), QStringLiteral("before 7"));
+}
+
+TEST_F(MergeSettingsStep, BookmarksThatComeToNothingRemoveThoseThatTheOutputHad) {
+    settings_.addBookmark = true;
+    addFile(write("A", PdfFixture("A", 2).bookmark("own", 1)));
+    add("B", 1);
+    EXPECT_EQ(merged(), "A1 A2 B1");
+    EXPECT_TRUE(outlineLines(target()).empty());
+}
+
+TEST_F(MergeSettingsStep, WithoutBookmarksTheOutlineOfTheFirstInputStays) {
+    addFile(write("A", PdfFixture("A", 2).bookmark("own", 1)));
+    add("B", 1);
+    EXPECT_EQ(merged(), "A1 A2 B1");
+    EXPECT_EQ(outlineLines(target()).size(), 1U);
 }
 
 TEST_F(MergeSettingsStep, RunsOnTheMainThread) {

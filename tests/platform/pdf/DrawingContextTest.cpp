@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <any>
+#include <memory>
 #include <optional>
 #include <thread>
 
@@ -51,6 +52,36 @@ TEST(DrawingContext, DrawingWithoutOneDoesNothing) {
     PDFPage page;
     page.drawWithBox(PDFDisplayBox::CropBox);
     EXPECT_EQ(DrawingContext::current(), nullptr);
+}
+
+class Nothing final : public Drawing {
+public:
+    [[nodiscard]] pdf::PaintContent content() const override { return {}; }
+    [[nodiscard]] pdf::Rectangle bounds() const override { return {}; }
+};
+
+TEST(DrawingContext, TheFillColourIsSavedAndRestored) {
+    const PDFPage page;
+    std::any store;
+    DrawingContext context(page, store);
+    const auto drawing = std::make_shared<const Nothing>();
+    context.draw(drawing, {1, 2});
+    context.setFillColor(Color::redColor());
+    context.saveGraphicsState();
+    context.setFillColor(Color::sRGB(255, -1, 0.5, 0.6));
+    context.draw(drawing, {});
+    context.restoreGraphicsState();
+    context.draw(drawing, {});
+    context.restoreGraphicsState();  // nothing was saved
+    context.draw(drawing, {});
+    const auto marks = context.takeMarks();
+    ASSERT_EQ(marks.size(), 4U);
+    EXPECT_EQ(marks[0].color, Color::blackColor());
+    EXPECT_EQ(marks[0].origin, QPointF(1, 2));
+    EXPECT_EQ(marks[1].color, (Color{1, 0, 0.5, 0.6}));
+    EXPECT_EQ(marks[2].color, Color::redColor());
+    EXPECT_EQ(marks[3].color, Color::redColor());
+    EXPECT_TRUE(context.takeMarks().empty());
 }
 
 }  // namespace
