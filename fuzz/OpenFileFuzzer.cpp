@@ -21,15 +21,16 @@ constexpr std::size_t mostPages = 200;
 // Of the protected files among the first inputs, and of what is written.
 constexpr const char* password = "user";
 
-/// Every page of the first opening, then every page of a second one, so that pages are written twice.
-pdf::DocumentPlan planFor(const std::shared_ptr<pdf::Source>& source) {
+/// Every page of the first opening, then every page of a second one, so that pages are written twice; of a part every
+/// other page, and without a base, so that what belongs to the document is cut down.
+pdf::DocumentPlan planFor(const std::shared_ptr<pdf::Source>& source, bool part) {
     pdf::DocumentPlan plan;
-    plan.base = source;
+    if (!part) plan.base = source;
     plan.sync = false;
     const auto pages = static_cast<std::uint32_t>(std::min(source->pageCount(), mostPages));
     for (int round = 0; round < 2; ++round) {
         const std::uint32_t opening = pdf::newOpening();
-        for (std::uint32_t index = 0; index < pages; ++index) {
+        for (std::uint32_t index = 0; index < pages; index += part ? 2 : 1) {
             plan.pages.push_back({pdf::SourcePage{source, index, opening}, true});
         }
     }
@@ -53,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto source = pdf::Source::open(file.path());
     if (!source) return 0;
     static_cast<void>(source->unlock(password));
-    pdf::DocumentPlan plan = planFor(source);
+    pdf::DocumentPlan plan = planFor(source, size % 4 >= 2);
     if (size % 2 != 0) plan.protection = pdf::Protection{password, {}};
     const pdf::WriteResult result = pdf::writeDocument(plan, target);
     if (result.written) checkWritten(target, result.pages);

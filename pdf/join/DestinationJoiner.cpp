@@ -10,13 +10,17 @@ namespace quillon::pdf {
 
 namespace {
 
-/// Whether there may be a link in `text`. Nearly every object passes here.
-bool mayLink(std::string_view text) {
-    for (std::size_t at = text.find('/'); at != std::string_view::npos; at = text.find('/', at + 1)) {
-        const std::string_view name = text.substr(at + 1, 4);
-        if (name == "GoTo" || name == "Dest") return true;
+bool hasWord(std::string_view text, std::string_view word) {
+    for (std::size_t at = text.find(word.front()); at != std::string_view::npos; at = text.find(word.front(), at + 1)) {
+        if (text.substr(at, word.size()) == word) return true;
     }
-    return text.find('#') != std::string_view::npos;
+    return false;
+}
+
+/// Whether there may be a link in `text`. Nearly every object passes here, so what is looked for first is letters that
+/// are rarer than the slash.
+bool mayLink(std::string_view text) {
+    return hasWord(text, "GoTo") || hasWord(text, "Dest") || text.find('#') != std::string_view::npos;
 }
 
 constexpr auto stops = [] {

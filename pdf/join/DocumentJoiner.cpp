@@ -161,13 +161,13 @@ void DocumentJoiner::writeNames(std::string& catalogEntries) {
 
 ObjectEditor::Verdict DocumentJoiner::edit(const Copied& object, std::string_view text, std::string& changed) {
     const std::uint32_t group = object.overlay ? group_ : 0;
-    std::string before;
     bool any = false;
     // Each goes on with what the one before it has made.
     const auto apply = [&](const auto& change) {
-        std::string after;
-        if (!change(any ? std::string_view(before) : text, after)) return;
-        before = std::move(after);
+        if (any) before_ = changed;
+        after_.clear();
+        if (!change(any ? std::string_view(before_) : text, after_)) return;
+        std::swap(changed, after_);
         any = true;
     };
     if (joinsForms_) {
@@ -182,7 +182,6 @@ ObjectEditor::Verdict DocumentJoiner::edit(const Copied& object, std::string_vie
     if (destinations_.isActive()) {
         apply([&](std::string_view from, std::string& to) { return destinations_.edit(from, object.overlay, to); });
     }
-    if (any) changed = std::move(before);
     return any ? Verdict::Change : Verdict::Keep;
 }
 

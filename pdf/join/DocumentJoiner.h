@@ -89,6 +89,8 @@ private:
     Dictionary catalog_;
     std::optional<SourceCopies> source_;
     std::string otherLanguage_;
+    std::string before_;  // of the object that is being changed; kept for their room
+    std::string after_;
     std::uint32_t group_ = 0;
     std::size_t ordinal_ = 0;
 };

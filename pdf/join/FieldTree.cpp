@@ -26,11 +26,17 @@ FieldTree::FieldTree(ObjectReader& reader, const Dictionary& form) {
 FieldTree::Entries FieldTree::look(ObjectReader& reader, Reference field) const {
     Entries entries;
     if (places_.contains(field.number)) return entries;
-    const auto object = reader.findWhole(field);
-    if (!object) return entries;
+    auto object = reader.find(field);
+    if (!object || takeEntries(object->text(), entries)) return entries;
+    object = reader.findWhole(field);
     std::string repaired;
-    // Where the end of the value is known it is well-formed.
-    const std::string_view text = object->valueEnd != 0 ? object->value() : soundDictionary(object->text(), repaired);
+    entries = {};
+    if (object) static_cast<void>(takeEntries(soundDictionary(object->text(), repaired), entries));
+    return entries;
+}
+
+/// False when the text is malformed, or ends too early.
+bool FieldTree::takeEntries(std::string_view text, Entries& entries) {
     DictionaryScanner scanner(text);
     entries.isField = scanner.valid();
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
@@ -41,7 +47,7 @@ FieldTree::Entries FieldTree::look(ObjectReader& reader, Reference field) const 
             if (keyIs(entry.key, key)) *value = Parser(entry.value).parse();
         }
     }
-    return entries;
+    return scanner.valid();
 }
 
 /// Some forms list fields that stand below others; the uppermost one is what is meant.

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -42,6 +43,7 @@ private:
         Object name;
     };
 
+    [[nodiscard]] static bool takeEntries(std::string_view text, Entries& entries);
     [[nodiscard]] Entries look(ObjectReader& reader, Reference field) const;
     [[nodiscard]] Entries uppermost(ObjectReader& reader, Reference& field) const;
     void add(ObjectReader& reader, Reference field, const Entries& entries, std::uint32_t parent);

@@ -173,6 +173,11 @@ void StructureJoiner::writeAnew(const SourceCopies& source, const Dictionary& ro
         if (!value.array()) continue;
         for (const Object& element : *value.array()) keep(source, element, own);
     }
+    if (group == 0 && source.isWhole) keepKids(source, root["K"], own, true);
+    for (std::size_t i = 0; i < own.elements.size(); ++i) {
+        const Object element = reader.parse(own.elements[i].reference);
+        if (element.dictionary()) keepKids(source, (*element.dictionary())["K"], own, group == 0 && source.isWhole);
+    }
     Overlay* const overlay = source.pages.overlay(group);
     for (Element& element : own.elements) {
         element.number = output_->reserve();
@@ -219,6 +224,35 @@ void StructureJoiner::keep(const SourceCopies& source, const Object& element, Gr
         below = place;
         next = Object((*resolved.dictionary())["P"]);
     }
+}
+
+/// Keeps those of the elements `kids` that have no content anywhere, as cells of a table may; with `all` every one.
+void StructureJoiner::keepKids(const SourceCopies& source, const Object& kids, Group& group, bool all) {
+    // More than any row has; the elements of a long text are not all looked at for the sake of one page.
+    constexpr std::size_t most = 1000;
+    const Object resolved = source.reader().resolve(kids);
+    const Array elements = resolved.array() ? *resolved.array() : Array{kids};
+    if (!all && elements.size() > most) return;
+    for (const Object& element : elements) {
+        if (!element.reference() || group.places.contains(element.reference()->number)) continue;
+        if (all ? isElement(source, element) : isEmpty(source, element, 0)) keep(source, element, group);
+    }
+}
+
+bool StructureJoiner::isElement(const SourceCopies& source, const Object& value) {
+    const Object resolved = source.reader().resolve(value);
+    return resolved.dictionary() && !(*resolved.dictionary())["S"].isNull();
+}
+
+bool StructureJoiner::isEmpty(const SourceCopies& source, const Object& value, int depth) {
+    constexpr int deepest = 4;
+    const Object resolved = source.reader().resolve(value);
+    if (depth > deepest || !resolved.dictionary() || (*resolved.dictionary())["S"].isNull()) return false;
+    const Object& kids = (*resolved.dictionary())["K"];
+    const Object list = source.reader().resolve(kids);
+    if (list.isNull()) return true;
+    const Array elements = list.array() ? *list.array() : Array{kids};
+    return std::ranges::all_of(elements, [&](const Object& kid) { return isEmpty(source, kid, depth + 1); });
 }
 
 void StructureJoiner::writeElement(const SourceCopies& source, const Element& element, std::uint32_t group,

@@ -18,8 +18,9 @@ namespace quillon::pdf {
 
 /// Joins the structure trees of all sources (ISO 32000-2, 14.7): the elements at the top of each stand side by side.
 ///
-/// The elements of a source that is taken whole travel as they are. Of others, and for further copies of pages, the
-/// elements are written anew: those that the parent tree names for the content that was taken, and those above them.
+/// The elements of a source that is taken whole travel as they are, unless any must be renamed. Of others, and for
+/// further copies of pages, the elements are written anew: those that the parent tree names for the content that was
+/// taken, those above them, and the empty ones beside them.
 /// Every index into the parent tree is given anew.
 class StructureJoiner {
 public:
@@ -58,6 +59,9 @@ private:
     void moveWhole(const SourceCopies& source, const Dictionary& root);
     void writeAnew(const SourceCopies& source, const Dictionary& root, std::uint32_t group);
     void keep(const SourceCopies& source, const Object& element, Group& group);
+    void keepKids(const SourceCopies& source, const Object& kids, Group& group, bool all);
+    [[nodiscard]] static bool isElement(const SourceCopies& source, const Object& value);
+    [[nodiscard]] static bool isEmpty(const SourceCopies& source, const Object& value, int depth);
     void writeElement(const SourceCopies& source, const Element& element, std::uint32_t group,
                       const std::string& language);
     [[nodiscard]] std::string kids(const SourceCopies& source, const Object& value, const Object& page,

@@ -65,7 +65,13 @@ private:
                                        : !object               ? std::string_view()
                                        : object->valueEnd != 0 ? object->value()
                                                                : soundDictionary(object->text(), repaired);
-        const std::string_view leaves = findValue(value, leaves_);
+        std::string_view leaves;
+        std::string_view kids;
+        DictionaryScanner scanner(value);
+        for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+            if (keyIs(entry.key, leaves_)) leaves = entry.value;
+            if (keyIs(entry.key, "Kids")) kids = entry.value;
+        }
         if (leaves.starts_with('[')) {
             takeLeaves(leaves);
         } else if (!leaves.empty()) {
@@ -73,7 +79,7 @@ private:
             reader_.resolve(leaves).write(array);
             takeLeaves(array);
         }
-        return Parser(findValue(value, "Kids")).parse();
+        return Parser(kids).parse();
     }
 
     /// Each pair is read by itself, since the leaves of a large tree are most of its text.

@@ -21,6 +21,14 @@ bool isPageObject(std::string_view text) {
 
 constexpr auto resourcesIndex = static_cast<std::size_t>(InheritedAttribute::Resources);
 
+/// Behind a dictionary or array that `endobj` follows; npos where it is not sure.
+std::size_t endOfPlainObject(std::string_view text) {
+    std::size_t end = text.find("endobj");
+    if (end == std::string_view::npos) return end;
+    while (end > 0 && isWhiteSpace(text[end - 1])) --end;
+    return end > 1 && (text[end - 1] == ']' || text.substr(end - 2, 2) == ">>") ? end : std::string_view::npos;
+}
+
 bool oneOf(std::string_view key, std::span<const std::string_view> names) {
     return std::ranges::any_of(names, [key](std::string_view name) { return keyIs(key, name); });
 }
@@ -200,12 +208,16 @@ void SourceCopier::copyObject(const Pending& pending) {
 /// False when the editor has nothing to change.
 bool SourceCopier::copyEdited(const Pending& pending) {
     auto object = reader_.find(pending.reference);
-    // What stands in an object stream is there as a whole, and its end is of no interest.
-    if (object && object->inFile) object = reader_.findWhole(pending.reference);
-    if (!object || isPageObject(object->value())) return false;
-    std::string changed;
-    const auto verdict = editor_->edit({pending.reference.number, pending.number, overlay_}, object->value(), changed);
-    if (verdict == ObjectEditor::Verdict::Change) writePlain(pending.number, changed);
+    // What stands in an object stream is there as a whole. Elsewhere the end of an object is found faster by its
+    // keyword than by reading it.
+    const std::size_t end = object && object->inFile ? endOfPlainObject(object->text()) : std::string_view::npos;
+    if (object && object->inFile && end == std::string_view::npos) object = reader_.findWhole(pending.reference);
+    if (!object) return false;
+    const std::string_view text = object->value().substr(0, end);
+    if (isPageObject(text)) return false;
+    edited_.clear();
+    const auto verdict = editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_);
+    if (verdict == ObjectEditor::Verdict::Change) writePlain(pending.number, edited_);
     return verdict != ObjectEditor::Verdict::Keep;
 }
 

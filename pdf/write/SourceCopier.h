@@ -117,6 +117,7 @@ private:
     bool charges_ = true;               // whether what is copied counts towards what the file can hold
     bool isBase_;
     ObjectEditor* editor_ = nullptr;
+    std::string edited_;  // what the editor makes of an object; kept for its room
     std::vector<Pending> pending_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>>
         openStreams_;  // source number and number in the output, 0 if none yet

@@ -156,6 +156,23 @@ TEST_F(Tags, ContentOfFormsIsFoundInEveryInput) {
     EXPECT_EQ(pdf.dictionary(parents[3].toArray().at(0)).value(text("/Alt")).toString(), text("u:b"));
 }
 
+TEST_F(Tags, EmptyCellsStayWithTheirRows) {
+    RawPdf raw;
+    raw.object(1, "<</Type/Catalog/Pages 2 0 R/StructTreeRoot 20 0 R>>");
+    raw.object(2, "<</Type/Pages/Count 2/Kids[10 0 R 12 0 R]>>");
+    raw.page(10, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]/StructParents 0");
+    raw.page(12, "B", "/Parent 2 0 R/MediaBox[0 0 9 9]/StructParents 1");
+    raw.object(20, "<</Type/StructTreeRoot/K[21 0 R]/ParentTree<</Nums[0[24 0 R]1[26 0 R]]>>>>");
+    raw.object(21, "<</S/Table/P 20 0 R/K[22 0 R 25 0 R]>>").object(22, "<</S/TR/P 21 0 R/K[23 0 R 24 0 R]>>");
+    raw.object(23, "<</S/TD/P 22 0 R>>").object(24, "<</S/TD/P 22 0 R/Pg 10 0 R/K 0>>");
+    raw.object(25, "<</S/TR/P 21 0 R/K[26 0 R]>>").object(26, "<</S/TD/P 25 0 R/Pg 12 0 R/K 0>>");
+    const JudgedPdf pdf(part(open(raw.table().bytes()), {0}));
+    const QStringList rows = pdf.having(text("/S"), text("/TR"));
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(pdf.dictionary(rows[0]).value(text("/K")).toArray().size(), 2);
+    EXPECT_EQ(pdf.having(text("/S"), text("/TD")).size(), 2);
+}
+
 TEST_F(Tags, LoopsAndMissingPartsAreSurvived) {
     RawPdf raw;
     raw.object(1, "<</Type/Catalog/Pages 2 0 R/StructTreeRoot 20 0 R>>");
