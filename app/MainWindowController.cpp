@@ -72,7 +72,11 @@ void MainWindowController::loadWindow() {
 void MainWindowController::connectActions() {
     const auto command = [this](QAction* action, const char* drawing, auto operation) {
         if (drawing != nullptr) action->setIcon(icon(drawing));
-        connect(action, &QAction::triggered, this, operation);
+        // A key may come before the rules were asked again about what the one in front of it has done.
+        connect(action, &QAction::triggered, this, [this, action, operation] {
+            ui_->toolbar->validateItems();
+            if (action->isEnabled()) (this->*operation)();
+        });
     };
     command(ui_->actionAddFile, "AddFile", &MainWindowController::addFileOnClicked);
     command(ui_->actionAddFolder, "AddFolder", &MainWindowController::addDirectoryOnClicked);
@@ -91,8 +95,9 @@ void MainWindowController::connectActions() {
     progressIndicator_->window().addAction(ui_->actionQuit);
     connect(ui_->actionClose, &QAction::triggered, window_.get(), &QWidget::close);
 
-    ui_->toolbar->setValidator(
-        [this](const QString& label) { return areCommandsEnabled_ && validateToolbarItem(label); });
+    ui_->toolbar->setValidator([this](const QString& label) {
+        return (areCommandsEnabled_ || label == QLatin1String("Help")) && validateToolbarItem(label);
+    });
     // Queued: a cell that is being drawn may just have found out that its file needs a password.
     connect(tableView_, &TableView::changed, ui_->toolbar, &Toolbar::validateItems, Qt::QueuedConnection);
 }
@@ -146,10 +151,13 @@ void MainWindowController::helpOnClicked() {
 }
 
 void MainWindowController::aboutOnClicked() {
-    QMessageBox::about(window_.get(), QStringLiteral("About Quillon"),
-                       QStringLiteral("<h3>Quillon %1</h3><p>Joins PDF files and pictures into one PDF.</p>"
-                                      "<p>Licensed under the Apache License 2.0.</p>")
-                           .arg(QStringLiteral(QUILLON_VERSION)));
+    auto* box = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("About Quillon"),
+                                QStringLiteral("<h3>Quillon %1</h3><p>Joins PDF files and pictures into one PDF.</p>"
+                                               "<p>Licensed under the Apache License 2.0.</p>")
+                                    .arg(QStringLiteral(QUILLON_VERSION)),
+                                QMessageBox::Close, window_.get());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }
 
 void MainWindowController::addFileOnClicked() {
@@ -168,7 +176,7 @@ void MainWindowController::addDirectoryOnClicked() {
     panel.canChooseFiles = false;
     panel.canChooseDirectories = true;
     panels_.beginOpenPanel(panel, *window_, [this](int result, const QList<QUrl>& urls) {
-        if (result == Panels::okButton) tableViewDataSource_->addDirectory(urls.constFirst());
+        if (result == Panels::okButton && !urls.isEmpty()) tableViewDataSource_->addDirectory(urls.constFirst());
     });
 }
 

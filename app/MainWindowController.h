@@ -72,8 +72,8 @@ public:
 
     /// A merge has begun: shows the progress sheet.
     void startHandling() override;
-    /// A merge has ended, or is to end: cancels what is queued and puts the sheet into its finished state. After a stop
-    /// the list and the settings cannot be changed until the file of the merge, which still reads them, is whole.
+    /// A merge has ended, or is to end: cancels what is queued and puts the sheet into its finished state. The list and
+    /// the settings, which a merge reads where they are, can be changed again when it has ended.
     void stopHandling() override;
 
     /// Cancels the merge that runs, if any, waits until its file is whole, and asks for the end of the program.
@@ -121,6 +121,7 @@ private:
     QIcon filePic_;
     TableView* tableView_ = nullptr;  // a part of the window
     bool isMergeRunning_ = false;
+    bool isMergeStopped_ = false;
     bool areCommandsEnabled_ = true;
     mutable std::mutex mergeOperMutex_;
     std::shared_ptr<MergeOperation> mergeOper_;  // guarded by mergeOperMutex_

@@ -7,6 +7,7 @@
 #include "ui_MainWindow.h"
 
 #include <QDebug>
+#include <QStatusBar>
 #include <QTimer>
 
 #include <utility>
@@ -37,6 +38,7 @@ void MainWindowController::mergeOnClicked() {
     }
     panels_.beginSavePanel(panel, *window_, [this](int result, const QUrl& url) {
         if (result != Panels::okButton) return;
+        setCommandsEnabled(false);
         // Lets the panel leave the window before the progress sheet comes.
         constexpr int pauseMilliseconds = 100;
         QTimer::singleShot(pauseMilliseconds, this,
@@ -61,6 +63,7 @@ void MainWindowController::savePanelDidEnd(const QUrl& url, int returnCode) {
 
 void MainWindowController::startHandling() {
     isMergeRunning_ = true;
+    setCommandsEnabled(false);
     progressIndicator_->startHandling();
 }
 
@@ -68,9 +71,15 @@ void MainWindowController::stopHandling() {
     workQueue_.cancelAllOperations();
     progressIndicator_->finishHandling();
     // A job that was stopped calls once more when it has ended.
-    const bool isStopping = isMergeRunning_ && areCommandsEnabled_ && !progressIndicator_->window().isRunning();
-    isMergeRunning_ = isStopping;
-    setCommandsEnabled(!isStopping);
+    const bool isStop = isMergeRunning_ && !isMergeStopped_ && !progressIndicator_->window().isRunning();
+    isMergeRunning_ = isStop;
+    isMergeStopped_ = isStop;
+    if (isStop) {
+        window_->statusBar()->showMessage(QStringLiteral("Writing the pages collected until now …"));
+    } else {
+        window_->statusBar()->clearMessage();
+        setCommandsEnabled(true);
+    }
 }
 
 void MainWindowController::setCommandsEnabled(bool enabled) {

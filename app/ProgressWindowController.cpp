@@ -41,8 +41,8 @@ void ProgressWindowController::startHandling() {
     ui_->messageLabel->setText(QStringLiteral("Merging into %1 …").arg(targetURL().fileName()));
     ui_->openButton->hide();
     ui_->stopOrCloseButton->setText(QStringLiteral("Stop"));
-    ui_->stopOrCloseButton->setDefault(true);
-    ui_->stopOrCloseButton->setFocus();
+    ui_->stopOrCloseButton->setDefault(false);
+    sheet.setFocus();
     sheet.beginSheet(modalForWindow_, [this](SheetDialog& ended, int returnCode) { didEndSheet(ended, returnCode); });
     startAnimation();
 }
@@ -51,6 +51,8 @@ void ProgressWindowController::finishHandling() {
     window().setWindowTitle(QStringLiteral("Merge Ended"));
     ui_->messageLabel->setText(QStringLiteral("The merge has ended."));
     ui_->stopOrCloseButton->setText(QStringLiteral("Close"));
+    ui_->stopOrCloseButton->setDefault(true);
+    ui_->stopOrCloseButton->setFocus();
     ui_->openButton->show();
     stopAnimation();
 }
@@ -78,7 +80,7 @@ void ProgressWindowController::didEndSheet(SheetDialog& sheet, int /*returnCode*
 }
 
 void ProgressWindowController::cancel() {
-    // A stray Escape must not cut a merge short; that takes the button.
+    // A stray key must not cut a merge short; that takes the button.
     const bool isFinished = !ui_->openButton->isHidden();
     if (isFinished) stopOrCloseOnClicked();
 }

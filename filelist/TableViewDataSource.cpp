@@ -16,19 +16,20 @@
 
 namespace quillon {
 
-/// The table is disabled while the length of the list changes, and reloaded at the end.
+/// The table is disabled while the length of the list changes, and reloaded and as it was at the end.
 class TableViewDataSource::TableChange {
 public:
-    explicit TableChange(TableView& view) : view_(view) { view_.setEnabled(false); }
+    explicit TableChange(TableView& view) : view_(view), wasEnabled_(view.isEnabled()) { view_.setEnabled(false); }
     TableChange(const TableChange&) = delete;
     TableChange& operator=(const TableChange&) = delete;
     ~TableChange() {
         view_.reloadData();
-        view_.setEnabled(true);
+        view_.setEnabled(wasEnabled_);
     }
 
 private:
     TableView& view_;
+    bool wasEnabled_;
 };
 
 TableViewDataSource::TableViewDataSource(TableView& view, Workspace& workspace)

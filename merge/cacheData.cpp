@@ -66,10 +66,10 @@ void cacheData::swap(cacheData& other) {
     std::swap(url_, other.url_);
     std::swap(typed_, other.typed_);
     std::swap(mergeMethod_, other.mergeMethod_);
-    std::swap(needPassword_, other.needPassword_);
-    std::swap(fileSize_, other.fileSize_);
-    std::swap(pageCount_, other.pageCount_);
-    std::swap(isDecrypted_, other.isDecrypted_);
+    other.needPassword_ = needPassword_.exchange(other.needPassword_);
+    other.fileSize_ = fileSize_.exchange(other.fileSize_);
+    other.pageCount_ = pageCount_.exchange(other.pageCount_);
+    other.isDecrypted_ = isDecrypted_.exchange(other.isDecrypted_);
     std::swap(isImage_, other.isImage_);
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -37,8 +38,10 @@ public:
     void setPassword(const QString& password);
 
     /// -1 not yet determined, 0 none needed, 1 needed.
-    [[nodiscard]] std::int32_t needPassword() const noexcept { return needPassword_; }
-    void setNeedPassword(std::int32_t needPassword) noexcept { needPassword_ = needPassword; }
+    [[nodiscard]] std::int32_t needPassword() const noexcept { return needPassword_.load(std::memory_order_relaxed); }
+    void setNeedPassword(std::int32_t needPassword) noexcept {
+        needPassword_.store(needPassword, std::memory_order_relaxed);
+    }
 
     /// What the method works with, as the user typed it: for Part the range text, for Cross and Cross reverse the step;
     /// a null string when absent.
@@ -50,20 +53,20 @@ public:
     void setMergeMethod(std::int32_t mergeMethod) noexcept { mergeMethod_ = mergeMethod; }
 
     /// False only while the file needs a password and no working one has been given.
-    [[nodiscard]] bool isDecrypted() const noexcept { return isDecrypted_; }
-    void setIsDecrypted(bool isDecrypted) noexcept { isDecrypted_ = isDecrypted; }
+    [[nodiscard]] bool isDecrypted() const noexcept { return isDecrypted_.load(std::memory_order_relaxed); }
+    void setIsDecrypted(bool isDecrypted) noexcept { isDecrypted_.store(isDecrypted, std::memory_order_relaxed); }
 
     /// True when the file is a picture, which becomes one page.
     [[nodiscard]] bool isImage() const noexcept { return isImage_; }
     void setIsImage(bool isImage) noexcept { isImage_ = isImage; }
 
     /// KiB, rounded down; -1 when not yet measured.
-    [[nodiscard]] std::int32_t fileSize() const noexcept { return fileSize_; }
-    void setFileSize(std::int32_t fileSize) noexcept { fileSize_ = fileSize; }
+    [[nodiscard]] std::int32_t fileSize() const noexcept { return fileSize_.load(std::memory_order_relaxed); }
+    void setFileSize(std::int32_t fileSize) noexcept { fileSize_.store(fileSize, std::memory_order_relaxed); }
 
     /// -1 when not yet counted.
-    [[nodiscard]] std::int32_t pageCount() const noexcept { return pageCount_; }
-    void setPageCount(std::int32_t pageCount) noexcept { pageCount_ = pageCount; }
+    [[nodiscard]] std::int32_t pageCount() const noexcept { return pageCount_.load(std::memory_order_relaxed); }
+    void setPageCount(std::int32_t pageCount) noexcept { pageCount_.store(pageCount, std::memory_order_relaxed); }
 
     /// Exchanges the contents with those of `other`, which may be this record itself.
     void swap(cacheData& other);
@@ -82,10 +85,11 @@ private:
     QByteArray url_;
     std::unique_ptr<Typed> typed_;  // null: all absent
     std::int32_t mergeMethod_ = MergeMethodWhole;
-    std::int32_t needPassword_ = -1;
-    std::int32_t fileSize_ = -1;
-    std::int32_t pageCount_ = -1;
-    bool isDecrypted_ = true;
+    // Measured when they are shown, which may be while a job runs.
+    std::atomic<std::int32_t> needPassword_ = -1;
+    std::atomic<std::int32_t> fileSize_ = -1;
+    std::atomic<std::int32_t> pageCount_ = -1;
+    std::atomic<bool> isDecrypted_ = true;
     bool isImage_ = false;
 };
 

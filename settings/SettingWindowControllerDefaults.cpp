@@ -134,6 +134,7 @@ void SettingWindowController::saveUserDefault() {
     saveBookmark();
     savePageNumber();
     savePasswords();
+    changes_.isDPIChange = false;
     store_.synchronize();
 }
 

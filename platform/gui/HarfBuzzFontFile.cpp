@@ -219,8 +219,8 @@ std::optional<std::string> HarfBuzzFontFile::subset(const std::set<std::uint32_t
     const Held<hb_subset_input_t> input(hb_subset_input_create_or_fail());
     if (!input) return std::nullopt;
     for (const std::uint32_t glyph : glyphs) hb_set_add(hb_subset_input_glyph_set(input.get()), glyph);
-    hb_subset_input_set_flags(
-        input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NO_HINTING | HB_SUBSET_FLAGS_NOTDEF_OUTLINE);
+    // Without an outline of the missing glyph, which is never shown: HarfBuzz 6 loses its header now and then.
+    hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NO_HINTING);
     // A variable font is drawn, and so embedded, as it is without variations.
     const unsigned axes = hb_ot_var_get_axis_count(face_);
     std::vector<hb_ot_var_axis_info_t> infos(axes);

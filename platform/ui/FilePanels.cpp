@@ -34,6 +34,7 @@ void configure(QFileDialog& dialog, const OpenPanel& panel) {
                                                         : QStringLiteral("Choose a File"));
     dialog.setFileMode(panel.allowsMultipleSelection ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setSupportedSchemes({QStringLiteral("file")});
     if (!panel.allowedFileTypes.isEmpty()) dialog.setNameFilter(nameFilter(panel.allowedFileTypes));
 }
 
@@ -88,12 +89,14 @@ void FilePanels::beginSavePanel(const SavePanel& panel, QWidget& modalForWindow,
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setOption(QFileDialog::HideNameFilterDetails);
     dialog->setNameFilter(nameFilter({panel.allowedFileType}));
+    dialog->setSupportedSchemes({QStringLiteral("file")});
     dialog->setDefaultSuffix(panel.allowedFileType);
     dialog->setWindowModality(Qt::WindowModal);
     const auto finish = [this, dialog, panel, window = &modalForWindow,
                          handler = std::move(completionHandler)](int result) {
         dialog->deleteLater();
-        if (result != QDialog::Accepted || dialog->selectedUrls().isEmpty()) {
+        if (result != QDialog::Accepted || dialog->selectedUrls().isEmpty() ||
+            !dialog->selectedUrls().constFirst().isLocalFile()) {
             handler(0, QUrl());
             return;
         }

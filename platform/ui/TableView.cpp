@@ -3,6 +3,7 @@
 #include "platform/ui/TableItemDelegate.h"
 #include "platform/ui/TableModel.h"
 
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -20,20 +21,25 @@ namespace {
 /// More room beside texts than the desktop's style gives them, so that a number and the text to its right do not touch.
 class RoomyStyle final : public QProxyStyle {
 public:
+    /// On top of the style that the program has at this moment.
+    RoomyStyle() : QProxyStyle(QApplication::style()->name()), base_(QApplication::style()->name()) {}
+
+    [[nodiscard]] bool isUpToDate() const { return base_ == QApplication::style()->name(); }
+
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         const int usual = QProxyStyle::pixelMetric(metric, option, widget);
         constexpr int room = 6;
         return metric == PM_HeaderMargin || metric == PM_FocusFrameHMargin ? std::max(usual, room) : usual;
     }
+
+private:
+    QString base_;
 };
 
 }  // namespace
 
 TableView::TableView(QWidget* parent) : QTreeView(parent), model_(std::make_unique<TableModel>()) {
-    auto* style = new RoomyStyle;
-    style->setParent(this);
-    setStyle(style);
-    header()->setStyle(style);
+    followStyle();
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);  // so that no row is measured to find the place of another
@@ -47,6 +53,15 @@ TableView::TableView(QWidget* parent) : QTreeView(parent), model_(std::make_uniq
     setItemDelegate(new TableItemDelegate(this));
     setModel(model_.get());
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &TableView::changed);
+}
+
+void TableView::followStyle() {
+    const auto* current = dynamic_cast<const RoomyStyle*>(style());
+    if (current != nullptr && current->isUpToDate()) return;
+    auto* style = new RoomyStyle;
+    style->setParent(this);
+    setStyle(style);
+    header()->setStyle(style);
 }
 
 TableView::~TableView() {
@@ -168,8 +183,10 @@ void TableView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 bool TableView::carriesDraggedType(const QMimeData& dragged) const {
-    return dragged.hasUrls() && std::any_of(draggedTypes_.begin(), draggedTypes_.end(),
-                                            [&dragged](const QString& type) { return dragged.hasFormat(type); });
+    // A list of addresses may be an empty one.
+    return !dragged.urls().isEmpty() &&
+           std::any_of(draggedTypes_.begin(), draggedTypes_.end(),
+                       [&dragged](const QString& type) { return dragged.hasFormat(type); });
 }
 
 bool TableView::isDropTaken(const QDropEvent& event) const {
@@ -221,6 +238,8 @@ void TableView::setDropHighlighted(bool highlighted) {
 
 void TableView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
+    // A widget with a style of its own is not told that the program has another one.
+    if (event->type() == QEvent::PaletteChange) followStyle();
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) viewport()->update();
 }
 

@@ -91,6 +91,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void followStyle();
     [[nodiscard]] bool carriesDraggedType(const QMimeData& dragged) const;
     [[nodiscard]] bool isDropTaken(const QDropEvent& event) const;
     [[nodiscard]] std::pair<int, DropOperation> dropPlace(const QPoint& point) const;

@@ -88,8 +88,25 @@ TEST_F(MergeRun, AnAlertIsASheetWithOneButtonCalledClose) {
 TEST_F(MergeRun, ACancelledSavePanelLeavesNoJobAndNoSheet) {
     addPdfs({QStringLiteral("a")});
     choose("actionMerge");
+    QTest::qWait(300);  // a job would start after 100 ms
     EXPECT_EQ(controller_.MergeOper(), nullptr);
     EXPECT_FALSE(progressSheet()->isVisible());
+}
+
+TEST_F(MergeRun, NothingCanBeChangedBetweenTheSavePanelAndTheSheet) {
+    addPdfs({QStringLiteral("a"), QStringLiteral("b")});
+    select(1);
+    panels_.answerNext({target()});
+    choose("actionMerge");
+    EXPECT_EQ(controller_.MergeOper(), nullptr);
+    for (const char* name : {"actionAddFile", "actionSettings", "actionRemoveAll", "actionMoveUp", "actionMerge"}) {
+        EXPECT_FALSE(action(name).isEnabled()) << name;
+    }
+    EXPECT_FALSE(table().isEnabled());
+    EXPECT_TRUE(action("actionHelp").isEnabled());
+    ASSERT_TRUE(test::waitFor([this] { return isFinished(); }));
+    EXPECT_TRUE(action("actionAddFile").isEnabled());
+    EXPECT_TRUE(table().isEnabled());
 }
 
 TEST_F(MergeRun, TheSheetCoversTheWindowWhileTheJobRuns) {
@@ -203,6 +220,7 @@ TEST_F(MergeRun, QuitIsAmongTheCommandsOfTheProgressSheet) {
 TEST_F(MergeRun, TheOlderWayOfStartingKeepsNoJob) {
     add({pdf("a", 2)});
     controller_.savePanelDidEnd(target(), 0);
+    QTest::qWait(300);
     EXPECT_FALSE(isTargetWritten());
     controller_.savePanelDidEnd(target(), 1);
     ASSERT_TRUE(test::waitFor([this] { return isFinished(); }));

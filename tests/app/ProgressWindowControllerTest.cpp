@@ -42,7 +42,18 @@ TEST_F(ProgressSheet, RunningItMovesWithoutAValue) {
     EXPECT_TRUE(bar().isVisible());
     EXPECT_EQ(bar().minimum(), 0);
     EXPECT_EQ(bar().maximum(), 0);
-    EXPECT_EQ(sheet_.window().focusWidget(), &stopOrClose());
+}
+
+TEST_F(ProgressSheet, AStrayKeyDoesNotStop) {
+    sheet_.startHandling();
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape}) {
+        QWidget* focus = sheet_.window().focusWidget();
+        QTest::keyClick(focus != nullptr ? focus : &sheet_.window(), key);
+        EXPECT_TRUE(sheet_.window().isRunning()) << key;
+    }
+    sheet_.finishHandling();
+    QTest::keyClick(sheet_.window().focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(sheet_.window().isRunning());
 }
 
 TEST_F(ProgressSheet, FinishedItStandsStillAndStays) {

@@ -90,6 +90,18 @@ TEST_F(ToolbarEnabling, EveryRuleBeforeAndAfterEveryCommand) {
     }
 }
 
+TEST_F(ToolbarEnabling, ACommandThatIsNoLongerPossibleDoesNothing) {
+    addPdfs({QStringLiteral("a"), QStringLiteral("b")});
+    select(1);
+    QCoreApplication::processEvents();
+    for (int times = 0; times < 3; ++times) action("actionMoveUp").trigger();
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a")}));
+    for (const char* name : {"actionRemoveAll", "actionMergeMethod", "actionMoveDown", "actionDecrypt"}) {
+        action(name).trigger();
+    }
+    EXPECT_EQ(names(), QStringList());
+}
+
 TEST_F(ToolbarEnabling, AnyOtherLabelIsEnabled) {
     EXPECT_TRUE(controller_.validateToolbarItem(QStringLiteral("Anything")));
     EXPECT_TRUE(controller_.validateToolbarItem(QStringLiteral("merge")));

@@ -141,6 +141,7 @@ TEST_F(SettingDefaults, TheResolutionIsReadButNeverWritten) {
     retype("imageDPIField", QStringLiteral("600"));
     EXPECT_TRUE(controller().changeFlags().isDPIChange);
     apply();
+    EXPECT_FALSE(controller().changeFlags().isDPIChange);
     EXPECT_EQ(storedInteger("QUILLON_IMAGE_DPI"), 150);
 }
 
