@@ -13,7 +13,7 @@ namespace quillon {
 class UserDefaults;
 
 /// Reads and writes settings by the table of settingKeys(): a missing one reads as the table says, and as nothing (0,
-/// null, invalid) where it says that nothing is taken. Main thread only.
+/// null) where it says that nothing is taken; a missing colour is always invalid. Main thread only.
 class SettingsStore {
 public:
     /// `defaults` must live as long as this object.

@@ -1,11 +1,13 @@
 #include "platform/ui/RunningProgram.h"
 
 #include <QCryptographicHash>
+#include <QDebug>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace quillon {
@@ -45,7 +47,9 @@ bool RunningProgram::claim() {
     // A process that was killed leaves its socket behind; with the lock held nobody listens there.
     QLocalServer::removeServer(socketPath_);
     server_.setSocketOptions(QLocalServer::UserAccessOption);
-    server_.listen(socketPath_);
+    if (!server_.listen(socketPath_)) {
+        qWarning().noquote() << "Another launch will not find this program:" << server_.errorString();
+    }
     return true;
 }
 
@@ -56,13 +60,14 @@ bool RunningProgram::askToReopen(int milliseconds) const {
     do {
         QLocalSocket socket;
         socket.connectToServer(socketPath_);
-        const int left = milliseconds - static_cast<int>(timer.elapsed());
-        if (!socket.waitForConnected(left)) {
+        // At least a moment: less than none would be for ever.
+        const auto left = [&] { return std::max(1, milliseconds - static_cast<int>(timer.elapsed())); };
+        if (!socket.waitForConnected(left())) {
             usleep(20'000);
             continue;
         }
         socket.write(question);
-        return socket.waitForBytesWritten(left) && socket.waitForReadyRead(left) && socket.readAll() == answerText;
+        return socket.waitForBytesWritten(left()) && socket.waitForReadyRead(left()) && socket.readAll() == answerText;
     } while (timer.elapsed() < milliseconds);
     return false;
 }

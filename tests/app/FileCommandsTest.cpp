@@ -109,16 +109,14 @@ TEST_F(FileCommands, HelpOpensTheProgramsOwnPage) {
 }
 
 TEST_F(FileCommands, EveryCommandHasItsKeys) {
-    const std::vector<std::pair<const char*, const char*>> keys{{"actionAddFile", "Ctrl+O"},
-                                                                {"actionAddFolder", "Ctrl+Shift+O"},
-                                                                {"actionRemoveFile", "Del"},
-                                                                {"actionMoveUp", "Ctrl+Up"},
-                                                                {"actionMoveDown", "Ctrl+Down"},
-                                                                {"actionMerge", "Ctrl+Return"},
-                                                                {"actionHelp", "F1"},
-                                                                {"actionQuit", "Ctrl+Q"},
-                                                                {"actionClose", "Ctrl+W"},
-                                                                {"actionSettings", "Ctrl+,"}};
+    const std::vector<std::pair<const char*, const char*>> keys{
+        {"actionAddFile", "Ctrl+O"},     {"actionAddFolder", "Ctrl+Shift+O"},
+        {"actionRemoveFile", "Del"},     {"actionRemoveAll", "Ctrl+Shift+Del"},
+        {"actionMergeMethod", "Ctrl+M"}, {"actionDecrypt", "Ctrl+D"},
+        {"actionMoveUp", "Ctrl+Up"},     {"actionMoveDown", "Ctrl+Down"},
+        {"actionMerge", "Ctrl+Return"},  {"actionHelp", "F1"},
+        {"actionQuit", "Ctrl+Q"},        {"actionClose", "Ctrl+W"},
+        {"actionSettings", "Ctrl+,"}};
     for (const auto& [object, shortcut] : keys) {
         EXPECT_EQ(action(object).shortcut(), QKeySequence(QString::fromLatin1(shortcut))) << object;
     }
