@@ -63,10 +63,8 @@ std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
 }  // namespace
 
 std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
-    std::string wanted(name);
-    while (used_.contains(wanted)) wanted += "-" + std::to_string(ordinal);
-    const std::string& kept = names_.emplace_back(std::move(wanted));
-    used_.insert(kept);
+    std::string& kept = names_.emplace_back(name);
+    while (!used_.insert(kept).second) kept += "-" + std::to_string(ordinal);
     return kept;
 }
 
