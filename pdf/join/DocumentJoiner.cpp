@@ -98,7 +98,7 @@ void DocumentJoiner::end() {
     if (joinsStructure_) structure_.end(*source_, otherLanguage_);
     source_->copier.drain();
     // Now that no link is left to come, what they use is known.
-    if (joinsNames_) destinations_.end(*source_);
+    if (joinsNames_) destinations_.end();
     if (joinsLayers_) layers_.end(*source_);
     source_->copier.drain();
     source_->copier.setEditor(nullptr);
