@@ -48,7 +48,7 @@ std::vector<std::string_view> DocumentJoiner::catalogKeys() const {
         if (joined) keys.insert(keys.end(), names);
     };
     add(joinsNames_, {"Dests", "Names"});
-    add(joinsForms_, {"AcroForm"});
+    add(joinsForms_, {"AcroForm", "NeedsRendering"});
     add(joinsLayers_, {"OCProperties"});
     add(joinsLabels_, {"PageLabels"});
     add(joinsStructure_, {"StructTreeRoot", "MarkInfo"});
@@ -79,11 +79,12 @@ void DocumentJoiner::begin(const SourcePlan& plan, PageCopies& pages, SourceDocu
 void DocumentJoiner::takeLanguage() {
     otherLanguage_.clear();
     const Object own = source_->reader().resolve(catalog_["Lang"]);
-    if (!own.string() || own.string()->empty()) return;
-    if (!language_) {
-        language_ = *own.string();
+    const bool hasOwn = own.string() && !own.string()->empty();
+    if (!language_ && (hasOwn || source_->isBase)) {
+        // A base that names none is not to be read in the language of another file.
+        language_ = hasOwn ? *own.string() : std::string();
         isLanguageOfBase_ = source_->isBase;
-    } else if (*language_ != *own.string()) {
+    } else if (hasOwn && *language_ != *own.string()) {
         otherLanguage_ = *own.string();
     }
 }
@@ -118,7 +119,9 @@ void DocumentJoiner::takeNames() {
     for (const auto& [key, value] : names.dictionary()->entries()) {
         const auto tree = std::ranges::find(trees_, key, &NamedTree::key);
         if (tree != trees_.end()) {
+            std::unordered_set<std::string> seen;
             for (const auto& [name, entry] : readNameTree(reader, value)) {
+                if (!seen.insert(name).second) continue;
                 tree->names.set(tree->names.reserve(name, ordinal_), source_->copied(entry));
             }
         } else if (source_->isBase && key != "Dests") {
@@ -170,11 +173,9 @@ ObjectEditor::Verdict DocumentJoiner::edit(const Copied& object, std::string_vie
         std::swap(changed, after_);
         any = true;
     };
-    if (joinsForms_) {
-        apply([&](std::string_view from, std::string& to) {
-            return forms_.edit(object.source, object.output, group, from, to);
-        });
-    }
+    apply([&](std::string_view from, std::string& to) {
+        return forms_.edit(object.source, object.output, group, from, to);
+    });
     if (joinsStructure_ || (isBaseTagged_ && !source_->isBase)) {
         apply(
             [&](std::string_view from, std::string& to) { return structure_.edit(*source_, object, group, from, to); });

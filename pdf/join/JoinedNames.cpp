@@ -64,7 +64,14 @@ std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
 
 std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
     std::string& kept = names_.emplace_back(name);
-    while (!used_.insert(kept).second) kept += "-" + std::to_string(ordinal);
+    if (used_.insert(kept).second) return kept;
+    kept += "-" + std::to_string(ordinal);
+    if (used_.insert(kept).second) return kept;
+    const std::string base = kept;
+    std::size_t& last = last_.try_emplace(base, 1).first->second;
+    do {
+        kept = base + '-' + std::to_string(++last);
+    } while (!used_.insert(kept).second);
     return kept;
 }
 

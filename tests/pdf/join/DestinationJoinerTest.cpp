@@ -19,13 +19,16 @@ protected:
     std::shared_ptr<Source> input(const std::string& file, const std::string& link = "/A<</S/GoTo/D(goal)>>",
                                   const std::string& value = "[12 0 R/Fit]") const {
         RawPdf pdf;
-        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Dests<</old[12 0 R/FitB]>>/Names<</Dests 3 0 R>>>>");
+        pdf.object(
+            1, "<</Type/Catalog/Pages 2 0 R/Dests<</old[12 0 R/FitB]>>/Names<</Dests 3 0 R>>" + catalogEntries + ">>");
         pdf.object(2, "<</Type/Pages/Count 2/Kids[10 0 R 12 0 R]>>");
         pdf.object(3, "<</Names[(goal)4 0 R(index)6 0 R]>>").object(4, "<</D[12 0 R/Fit]>>").object(6, value);
         pdf.page(10, "A", "/Parent 2 0 R/MediaBox[0 0 99 99]/Annots[5 0 R]").page(12, "B");
         pdf.object(5, "<</Type/Annot/Subtype/Link/Rect[0 0 9 9]" + link + ">>");
         return open(pdf.table().bytes(), file);
     }
+
+    std::string catalogEntries;  // further ones
 
     /// The page, counted from 0, to which the link of a page leads; -1 when it leads nowhere.
     static qsizetype target(const JudgedPdf& pdf, qsizetype page) {
@@ -146,6 +149,28 @@ TEST_F(NamedDestinations, ANameStandsForAPageThatIsGivenByItsIndex) {
         const JudgedPdf pdf(write(planOf({input("a"), input("b", "/Dest(index)", value)})));
         EXPECT_EQ(target(pdf, 2), 3) << value;
     }
+}
+
+TEST_F(NamedDestinations, TheBaseOpensWhereItDidByAnOldName) {
+    catalogEntries = "/OpenAction<</S/GoTo/D/old>>";
+    const JudgedPdf pdf(write(planOf({input("a"), input("b")})));
+    const QJsonObject action = pdf.catalog().value(QStringLiteral("/OpenAction")).toObject();
+    EXPECT_EQ(action.value(QStringLiteral("/D")).toString(), QStringLiteral("u:old"));
+}
+
+TEST_F(NamedDestinations, WhatABookmarkDoesNextLeadsToItsOwnInput) {
+    const auto b = input("b");
+    DocumentPlan plan = planOf({input("a"), b});
+    const std::uint32_t opening = std::get<SourcePage>(plan.pages.back().origin).opening;
+    plan.keepOutline = false;
+    OutlineEntry& entry = plan.outline.emplace_back();
+    entry.title = "x";
+    entry.action = {b, opening, "<</S/Named/N/Print/Next<</S/GoTo/D(goal)>>>>"};
+    const JudgedPdf pdf(write(plan));
+    const QJsonObject outline = pdf.dictionary(pdf.catalog().value(QStringLiteral("/Outlines")));
+    const QJsonObject node = pdf.dictionary(outline.value(QStringLiteral("/First")));
+    const QJsonObject next = node.value(QStringLiteral("/A")).toObject().value(QStringLiteral("/Next")).toObject();
+    EXPECT_EQ(next.value(QStringLiteral("/D")).toString(), QStringLiteral("u:goal-2"));
 }
 
 }  // namespace
