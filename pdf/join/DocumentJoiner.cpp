@@ -79,12 +79,11 @@ void DocumentJoiner::begin(const SourcePlan& plan, PageCopies& pages, SourceDocu
 void DocumentJoiner::takeLanguage() {
     otherLanguage_.clear();
     const Object own = source_->reader().resolve(catalog_["Lang"]);
-    const bool hasOwn = own.string() && !own.string()->empty();
-    if (!language_ && (hasOwn || source_->isBase)) {
-        // A base that names none is not to be read in the language of another file.
-        language_ = hasOwn ? *own.string() : std::string();
+    if (!own.string() || own.string()->empty()) return;
+    if (!language_) {
+        language_ = *own.string();
         isLanguageOfBase_ = source_->isBase;
-    } else if (hasOwn && *language_ != *own.string()) {
+    } else if (*language_ != *own.string()) {
         otherLanguage_ = *own.string();
     }
 }

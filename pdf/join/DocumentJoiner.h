@@ -82,9 +82,8 @@ private:
     CatalogList intents_;
     CatalogList files_;
     std::array<NamedTree, 2> trees_{{{"EmbeddedFiles", {}}, {"JavaScript", {}}}};
-    std::string otherNames_;  // trees of the base that are not joined
-    std::optional<std::string>
-        language_;  // of the base, empty if it has none, or else of the first source that has one
+    std::string otherNames_;               // trees of the base that are not joined
+    std::optional<std::string> language_;  // of the first source that has one
     bool isLanguageOfBase_ = false;
     // Of the source being copied.
     Dictionary catalog_;
