@@ -9,19 +9,21 @@ void ArticleJoiner::begin(const SourceCopies& source) {
     current_.clear();
     const Object threads = source.reader().resolve(source.catalog["Threads"]);
     if (!threads.array()) return;
+    std::unordered_set<std::uint32_t> seen;  // threads and beads
     for (const Object& thread : *threads.array()) {
-        if (thread.reference()) takeThread(source, *thread.reference());
+        if (thread.reference() && seen.insert(thread.reference()->number).second) {
+            takeThread(source, *thread.reference(), seen);
+        }
     }
 }
 
 /// Finds the beads of a thread that are on pages of each group.
-void ArticleJoiner::takeThread(const SourceCopies& source, Reference thread) {
+void ArticleJoiner::takeThread(const SourceCopies& source, Reference thread, std::unordered_set<std::uint32_t>& seen) {
     ObjectReader& reader = source.reader();
     const Object resolved = reader.parse(thread);
     if (!resolved.dictionary()) return;
     std::vector<std::pair<Reference, std::uint32_t>> beads;  // with their pages
-    std::unordered_set<std::uint32_t> seen;
-    for (Object next = (*resolved.dictionary())["F"]; next.reference() && reader.mayVisit(beads.size());) {
+    for (Object next = (*resolved.dictionary())["F"]; next.reference() && reader.mayVisit(seen.size());) {
         const Reference bead = *next.reference();
         if (!seen.insert(bead.number).second) break;
         const Object dictionary = reader.parse(bead);

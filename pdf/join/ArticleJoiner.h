@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace quillon::pdf {
@@ -34,7 +35,8 @@ private:
         std::vector<Bead> beads;
     };
 
-    void takeThread(const SourceCopies& source, Reference thread);
+    /// Adds the beads to `seen`; each belongs to one thread.
+    void takeThread(const SourceCopies& source, Reference thread, std::unordered_set<std::uint32_t>& seen);
     void writeThread(const SourceCopies& source, const Thread& thread);
     [[nodiscard]] static std::string entries(const SourceCopies& source, const Dictionary& dictionary,
                                              const Overlay* overlay, std::initializer_list<std::string_view> dropped);

@@ -7,8 +7,9 @@ namespace quillon::pdf {
 void CatalogList::add(const SourceCopies& source, const Object& list) {
     const Object resolved = source.reader().resolve(list);
     if (!resolved.array()) return;
+    Unfolded unfolded(source);
     for (const Object& element : *resolved.array()) {
-        if (known_.insert(unfolded(source, element)).second) elements_ += source.copied(element) + ' ';
+        if (known_.insert(unfolded.of(element)).second) elements_ += source.copied(element) + ' ';
     }
 }
 

@@ -4,8 +4,6 @@
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 
-#include <array>
-
 namespace quillon::pdf {
 
 namespace {
@@ -22,12 +20,6 @@ bool hasWord(std::string_view text, std::string_view word) {
 bool mayLink(std::string_view text) {
     return hasWord(text, "GoTo") || hasWord(text, "Dest") || text.find('#') != std::string_view::npos;
 }
-
-constexpr auto stops = [] {
-    std::array<bool, 256> table{};
-    for (const char c : std::string_view("/(<%")) table[static_cast<unsigned char>(c)] = true;
-    return table;
-}();
 
 /// The text of a name or string that is written without any escape; nothing for any other.
 std::optional<std::string_view> plainText(std::string_view value) {
@@ -69,16 +61,26 @@ void DestinationJoiner::keep(Name& name) {
     name.state = State::Kept;
 }
 
-void DestinationJoiner::end(const SourceCopies& source) {
+void DestinationJoiner::end() {
     for (const Name& name : entries_) {
-        if (name.state == State::Kept) joined_.set(name.joined, source.copied(*name.value));
+        if (name.state == State::Kept) joined_.set(name.joined, joinedValue(*name.value));
     }
     source_ = nullptr;
     resolver_.reset();
     entries_.clear();
     tree_.clear();
     old_.clear();
+    indirect_.clear();
     names_ = {};
+}
+
+/// The value of a name as text of the output. The pages of the output are others, so none can be given by its index.
+std::string DestinationJoiner::joinedValue(const Object& value) {
+    const Object* destination = value.reference() ? &valueOf(*value.reference()) : &value;
+    if (destination->dictionary()) destination = &(*destination->dictionary())["D"];
+    if (destination->reference()) destination = &valueOf(*destination->reference());
+    const auto replaced = destination->array() ? withPage(*destination->array()) : std::nullopt;
+    return source_->copied(replaced ? Parser(*replaced).parse() : value);
 }
 
 bool DestinationJoiner::isLive(const Object& value) {
@@ -138,88 +140,84 @@ std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overl
     return text + destination->view + ']';
 }
 
-/// Finds what are the values of `D` and `Dest`. False where only the parser can tell what is changed.
-bool DestinationJoiner::find(std::string_view text) {
-    found_.clear();
-    hasGoTo_ = false;
-    for (std::size_t at = 0; at < text.size();) {
-        const char c = text[at];
-        if (!stops[static_cast<unsigned char>(c)]) {
-            ++at;
-        } else if (c == '(') {
-            const auto end = skipLiteralString(text, at);
-            if (!end) return false;
-            at = *end;
-        } else if (c == '<') {
-            const std::size_t end = text.substr(at + 1, 1) == "<" ? at + 1 : text.find('>', at);
-            if (end == std::string_view::npos) return false;
-            at = end + 1;
-        } else if (c == '%') {
-            return false;
-        } else {
-            std::size_t end = at + 1;
-            while (end < text.size() && isRegular(text[end])) ++end;
-            const std::string_view name = text.substr(at + 1, end - at - 1);
-            at = end;
-            if (name.find('#') != std::string_view::npos || name == "GoToR" || name == "GoToE") return false;
-            if (name == "GoTo") hasGoTo_ = true;
-            if ((name == "D" || name == "Dest") && !takeValue(text, at, name == "D")) return false;
-        }
-    }
-    return true;
-}
-
-/// Notes the name, string or index of a page that stands behind a key, and moves behind it.
-bool DestinationJoiner::takeValue(std::string_view text, std::size_t& at, bool ofAction) {
-    const std::size_t begin = skipBlank(text, at);
-    if (begin >= text.size()) return false;
-    if (text[begin] == '[') {
-        // A page is given by its index if what follows is no reference.
-        const std::size_t first = skipBlank(text, begin + 1);
-        std::size_t behind = first;
-        while (behind < text.size() && isDigit(text[behind])) ++behind;
-        const std::size_t view = skipBlank(text, behind);
-        if (behind == first || view >= text.size() || text[view] != '/') return true;
-        found_.push_back({first, behind, false, true, ofAction});
-        at = behind;
-        return true;
-    }
-    const bool isText =
-        text[begin] == '(' || text[begin] == '/' || (text[begin] == '<' && text.substr(begin + 1, 1) != "<");
-    if (!isText) return true;
-    const auto end = skipValue(text, begin);
-    if (!end) return false;
-    found_.push_back({begin, *end, text[begin] == '/', false, ofAction});
-    at = *end;
-    return true;
-}
-
 bool DestinationJoiner::edit(std::string_view text, const Overlay* overlay, std::string& changed) {
     if (!mayLink(text)) return false;
-    if (!find(text)) return editThroughParser(text, overlay, changed);
+    if (!scanner_.scan(text)) return editThroughParser(text, overlay, changed);
     std::size_t copied = 0;
-    for (const Occurrence& found : found_) {
-        if (found.ofAction && !hasGoTo_) continue;
+    for (const LinkScanner::Link& found : scanner_.links()) {
+        if (!found.leads) continue;
         const std::string_view value = text.substr(found.begin, found.end - found.begin);
-        const auto replaced = replacementOf(value, found, overlay);
+        const auto replaced = replacementOf(value, found.kind, overlay);
         if (!replaced) continue;
         changed.append(text, copied, found.begin - copied);
         if (isRegular(changed.back()) && isRegular(replaced->front())) changed += ' ';
         changed += *replaced;
         copied = found.end;
+        if (isRegular(changed.back()) && copied < text.size() && isRegular(text[copied])) changed += ' ';
     }
     if (copied == 0) return false;
     changed.append(text, copied);
     return true;
 }
 
-std::optional<std::string> DestinationJoiner::replacementOf(std::string_view value, const Occurrence& found,
+std::optional<std::string> DestinationJoiner::replacementOf(std::string_view value, LinkScanner::Kind kind,
                                                             const Overlay* overlay) {
-    if (found.isPage) return pageReference(value);
-    if (const auto plain = plainText(value)) return replacement(*plain, found.isName, overlay);
-    const Object name = Parser(value).parse();
-    if (!name.string() && !name.name()) return std::nullopt;
-    return replacement(name.string() ? *name.string() : name.name()->value, found.isName, overlay);
+    if (kind == LinkScanner::Kind::Page) return pageReference(value);
+    const bool isName = kind == LinkScanner::Kind::Name;
+    if (kind != LinkScanner::Kind::Reference) {
+        if (const auto plain = plainText(value)) return replacement(*plain, isName, overlay);
+    }
+    return replacement(Parser(value).parse(), overlay);
+}
+
+/// What takes the place of a destination; nothing if it stays.
+std::optional<std::string> DestinationJoiner::replacement(const Object& destination, const Overlay* overlay) {
+    if (const auto* name = destination.name()) return replacement(name->value, true, overlay);
+    if (const std::string* name = destination.string()) return replacement(*name, false, overlay);
+    if (const Reference* reference = destination.reference()) {
+        const Object& standsThere = valueOf(*reference);
+        return standsThere.reference() ? std::nullopt : replacement(standsThere, overlay);
+    }
+    if (destination.array()) return withPage(*destination.array());
+    return std::nullopt;
+}
+
+/// An array that names its page by an index, with a reference instead; nothing for any other.
+std::optional<std::string> DestinationJoiner::withPage(const Array& destination) const {
+    if (destination.empty() || !destination.front().integer()) return std::nullopt;
+    std::string text = "[" + pageReference(std::to_string(*destination.front().integer()));
+    for (std::size_t i = 1; i < destination.size(); ++i) {
+        text += ' ';
+        destination[i].write(text);
+    }
+    return text + ']';
+}
+
+/// The destination that is an object of its own; null where it can stay there, as one that names its page can.
+const Object& DestinationJoiner::valueOf(Reference reference) {
+    const auto [place, isNew] = indirect_.try_emplace(reference.number);
+    if (!isNew) return place->second;
+    // More than any destination has; a long one is not to be written into every link.
+    constexpr std::size_t longest = 16;
+    ObjectReader& reader = source_->reader();
+    const auto object = reader.find(reference);
+    if (!object) return place->second;
+    const std::string_view text = object->text();
+    const std::size_t begin = skipBlank(text, 0);
+    if (begin >= text.size()) return place->second;
+    if (text[begin] == '[') {
+        const Object first = Parser(text, begin + 1).parse();
+        if (!first.integer()) return place->second;
+    }
+    Object value = reader.resolve(Object(reference));
+    if (value.dictionary()) {
+        value = reader.resolve(Object((*value.dictionary())["D"]));
+        if (!value.array() || value.array()->empty() || !value.array()->front().integer()) return place->second;
+    }
+    if (value.string() || value.name() || (value.array() && value.array()->size() <= longest)) {
+        place->second = std::move(value);
+    }
+    return place->second;
 }
 
 bool DestinationJoiner::editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed) {
@@ -237,19 +235,14 @@ Object DestinationJoiner::edited(const Object& object, const Overlay* overlay, b
     }
     const Dictionary* dictionary = object.dictionary();
     if (!dictionary) return object;
-    const bool goTo = (*dictionary)["S"].isName("GoTo");
+    const Dictionary& entries = *dictionary;
+    const bool goesTo = source_->reader().resolve(entries["S"]).isName("GoTo");
+    const bool isOutlineItem = !entries["Title"].isNull() && !entries["Parent"].isNull();
+    const bool isLink = isOutlineItem || source_->reader().resolve(entries["Subtype"]).isName("Link");
     Dictionary result;
-    for (const auto& [key, value] : dictionary->entries()) {
-        const std::string* name = value.string() ? value.string() : value.name() ? &value.name()->value : nullptr;
-        const bool leads = key == "Dest" || (key == "D" && goTo);
-        if (leads && value.array() && !value.array()->empty() && value.array()->front().integer()) {
-            Array array = *value.array();
-            array.front() = Parser(pageReference(std::to_string(*array.front().integer()))).parse();
-            result.append(key, Object(std::move(array)));
-            changed = true;
-            continue;
-        }
-        const auto replaced = leads && name ? replacement(*name, value.name() != nullptr, overlay) : std::nullopt;
+    for (const auto& [key, value] : entries.entries()) {
+        const bool leads = (key == "Dest" && isLink) || (key == "D" && goesTo);
+        const auto replaced = leads ? replacement(value, overlay) : std::nullopt;
         changed = changed || replaced;
         result.append(key, replaced ? Parser(*replaced).parse() : edited(value, overlay, changed));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/join/JoinedNames.h"
+#include "pdf/join/LinkScanner.h"
 #include "pdf/join/SourceCopies.h"
 #include "pdf/read/DestinationResolver.h"
 #include "pdf/write/ObjectEditor.h"
@@ -26,7 +27,7 @@ public:
     /// Before the pages of a source are copied, which must be announced.
     void begin(const SourceCopies& source);
     /// After they were.
-    void end(const SourceCopies& source);
+    void end();
     /// Changes the links by name in an object. False when it has none to change.
     bool edit(std::string_view text, const Overlay* overlay, std::string& changed);
 
@@ -43,14 +44,6 @@ private:
         State state = State::Waiting;
         bool old = false;
     };
-    struct Occurrence {
-        std::size_t begin;  // of the name or string in the text
-        std::size_t end;
-        bool isName;
-        bool isPage;    // or the index of a page
-        bool ofAction;  // the value of `D`, not of `Dest`
-    };
-
     void add(const NamedValues& names, bool old);
     void keep(Name& name);
     [[nodiscard]] bool isLive(const Object& value);
@@ -59,10 +52,12 @@ private:
     [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
     bool editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed);
     [[nodiscard]] Object edited(const Object& object, const Overlay* overlay, bool& changed);
-    [[nodiscard]] std::optional<std::string> replacementOf(std::string_view value, const Occurrence& found,
+    [[nodiscard]] std::optional<std::string> replacementOf(std::string_view value, LinkScanner::Kind kind,
                                                            const Overlay* overlay);
-    [[nodiscard]] bool find(std::string_view text);
-    [[nodiscard]] bool takeValue(std::string_view text, std::size_t& at, bool ofAction);
+    [[nodiscard]] std::optional<std::string> replacement(const Object& destination, const Overlay* overlay);
+    [[nodiscard]] std::optional<std::string> withPage(const Array& destination) const;
+    [[nodiscard]] const Object& valueOf(Reference reference);
+    [[nodiscard]] std::string joinedValue(const Object& value);
 
     JoinedNames joined_;
     // Of the source being copied.
@@ -72,9 +67,8 @@ private:
     std::vector<Name> entries_;
     std::unordered_map<std::string_view, std::uint32_t> tree_;
     std::unordered_map<std::string_view, std::uint32_t> old_;
-    // Of the object that is being changed.
-    std::vector<Occurrence> found_;
-    bool hasGoTo_ = false;
+    std::unordered_map<std::uint32_t, Object> indirect_;  // destinations by object number, see `valueOf`
+    LinkScanner scanner_;
 };
 
 }  // namespace quillon::pdf

@@ -48,7 +48,7 @@ std::vector<std::string_view> DocumentJoiner::catalogKeys() const {
         if (joined) keys.insert(keys.end(), names);
     };
     add(joinsNames_, {"Dests", "Names"});
-    add(joinsForms_, {"AcroForm"});
+    add(joinsForms_, {"AcroForm", "NeedsRendering"});
     add(joinsLayers_, {"OCProperties"});
     add(joinsLabels_, {"PageLabels"});
     add(joinsStructure_, {"StructTreeRoot", "MarkInfo"});
@@ -98,7 +98,7 @@ void DocumentJoiner::end() {
     if (joinsStructure_) structure_.end(*source_, otherLanguage_);
     source_->copier.drain();
     // Now that no link is left to come, what they use is known.
-    if (joinsNames_) destinations_.end(*source_);
+    if (joinsNames_) destinations_.end();
     if (joinsLayers_) layers_.end(*source_);
     source_->copier.drain();
     source_->copier.setEditor(nullptr);
@@ -118,7 +118,9 @@ void DocumentJoiner::takeNames() {
     for (const auto& [key, value] : names.dictionary()->entries()) {
         const auto tree = std::ranges::find(trees_, key, &NamedTree::key);
         if (tree != trees_.end()) {
+            std::unordered_set<std::string> seen;
             for (const auto& [name, entry] : readNameTree(reader, value)) {
+                if (!seen.insert(name).second) continue;
                 tree->names.set(tree->names.reserve(name, ordinal_), source_->copied(entry));
             }
         } else if (source_->isBase && key != "Dests") {
@@ -170,11 +172,9 @@ ObjectEditor::Verdict DocumentJoiner::edit(const Copied& object, std::string_vie
         std::swap(changed, after_);
         any = true;
     };
-    if (joinsForms_) {
-        apply([&](std::string_view from, std::string& to) {
-            return forms_.edit(object.source, object.output, group, from, to);
-        });
-    }
+    apply([&](std::string_view from, std::string& to) {
+        return forms_.edit(object.source, object.output, group, from, to);
+    });
     if (joinsStructure_ || (isBaseTagged_ && !source_->isBase)) {
         apply(
             [&](std::string_view from, std::string& to) { return structure_.edit(*source_, object, group, from, to); });

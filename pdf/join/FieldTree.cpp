@@ -74,8 +74,10 @@ void FieldTree::add(ObjectReader& reader, Reference field, const Entries& entrie
     node.isSignature = type.name() ? type.isName("Sig") : parent != none && nodes_[parent].isSignature;
     const Object name = parent == none ? reader.resolve(entries.name) : Object();
     if (name.string()) node.name = *name.string();
+    if (!reader.mayVisit(kids_)) return;
     const Object kids = reader.resolve(entries.kids);
     if (!kids.array()) return;
+    kids_ += kids.array()->size();
     node.hasKids = !kids.array()->empty();
     for (std::size_t i = kids.array()->size(); i-- > 0;) waiting_.emplace_back((*kids.array())[i], place);
 }

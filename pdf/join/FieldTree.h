@@ -50,6 +50,7 @@ private:
 
     std::vector<Node> nodes_;
     std::unordered_map<std::uint32_t, std::uint32_t> places_;  // by object number
+    std::uint64_t kids_ = 0;                                   // named so far, as often as they are
     std::vector<std::pair<Object, std::uint32_t>> waiting_;    // with the index of the parent
 };
 

@@ -90,7 +90,8 @@ void FormJoiner::takeDefaults(const SourceCopies& source, const Dictionary& form
 bool FormJoiner::edit(std::uint32_t object, std::uint32_t copy, std::uint32_t group, std::string_view text,
                       std::string& changed) {
     const std::uint32_t field = tree_.find(object);
-    if (field == FieldTree::none || group >= groups_.size() || !isWidget(field)) return false;
+    if (field == FieldTree::none) return dropSignature(text, changed);
+    if (group >= groups_.size() || !isWidget(field)) return false;
     const auto number = groups_[group].numbers.find(field);
     if (number == groups_[group].numbers.end()) return false;
     number->second = copy;
@@ -98,6 +99,20 @@ bool FormJoiner::edit(std::uint32_t object, std::uint32_t copy, std::uint32_t gr
     const Object parsed = Parser(text).parse();
     Dictionary result;
     if (!parsed.dictionary() || !change(*parsed.dictionary(), field, group, result)) return false;
+    Object(std::move(result)).write(changed);
+    return true;
+}
+
+/// Takes the value of a signature field that the form does not list, or that has no form.
+bool FormJoiner::dropSignature(std::string_view text, std::string& changed) {
+    if (text.find("Sig") == std::string_view::npos || text.find("FT") == std::string_view::npos) return false;
+    const Object parsed = Parser(text).parse();
+    const Dictionary* field = parsed.dictionary();
+    if (!field || !(*field)["FT"].isName("Sig") || (*field)["V"].isNull()) return false;
+    Dictionary result;
+    for (const auto& [key, value] : field->entries()) {
+        if (key != "V") result.append(key, value);
+    }
     Object(std::move(result)).write(changed);
     return true;
 }

@@ -28,8 +28,8 @@ public:
 
     /// Before the pages of a source are copied, which must be announced.
     void begin(const SourceCopies& source);
-    /// Changes a field that is an annotation of a page as well. `group` is that of the page. False when there is
-    /// nothing to change.
+    /// Changes a field that is an annotation of a page as well, or a signature field outside of the form. `group` is
+    /// that of the page. False when there is nothing to change.
     bool edit(std::uint32_t object, std::uint32_t copy, std::uint32_t group, std::string_view text,
               std::string& changed);
     /// After the pages were copied.
@@ -51,6 +51,7 @@ private:
     [[nodiscard]] bool isWidget(std::uint32_t field) const { return widgets_[field]; }
     [[nodiscard]] bool mayChange(std::uint32_t field, std::uint32_t group) const;
     [[nodiscard]] bool change(const Dictionary& field, std::uint32_t index, std::uint32_t group, Dictionary& changed);
+    [[nodiscard]] static bool dropSignature(std::string_view text, std::string& changed);
     void writeFields(const SourceCopies& source, std::uint32_t group);
     void writeOrder(const SourceCopies& source, const Dictionary& form);
 

@@ -9,13 +9,14 @@ FontNames FormResources::add(const SourceCopies& source, const Object& resources
     FontNames renamed;
     const Object own = source.reader().resolve(resources);
     if (!own.dictionary()) return renamed;
+    Unfolded unfolded(source);
     for (const auto& [category, value] : own.dictionary()->entries()) {
         const Object entries = source.reader().resolve(value);
         if (category == "ProcSet" && procedures_.empty()) procedures_ = source.copied(entries);
         if (!entries.dictionary()) continue;
         auto& joined = categories_[category];
         for (const auto& [name, entry] : entries.dictionary()->entries()) {
-            Resource resource{source.copied(entry), unfolded(source, entry)};
+            Resource resource{source.copied(entry), unfolded.of(entry)};
             std::string wanted = name;
             for (std::size_t i = 2; category == "Font"; ++i) {
                 const auto known = joined.find(wanted);

@@ -63,10 +63,15 @@ std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
 }  // namespace
 
 std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
-    std::string wanted(name);
-    while (used_.contains(wanted)) wanted += "-" + std::to_string(ordinal);
-    const std::string& kept = names_.emplace_back(std::move(wanted));
-    used_.insert(kept);
+    std::string& kept = names_.emplace_back(name);
+    if (used_.insert(kept).second) return kept;
+    kept += "-" + std::to_string(ordinal);
+    if (used_.insert(kept).second) return kept;
+    const std::string base = kept;
+    std::size_t& last = last_.try_emplace(base, 1).first->second;
+    do {
+        kept = base + '-' + std::to_string(++last);
+    } while (!used_.insert(kept).second);
     return kept;
 }
 

@@ -80,8 +80,9 @@ void LayerJoiner::takeStates(const SourceCopies& source, const Dictionary& confi
         if (!value.array()) continue;
         for (const Object& element : *value.array()) list.values += source.copied(element) + ' ';
     }
+    takeIntents(reader.resolve(configuration["Intent"]));
     if (!isFirst_) return;
-    for (const char* key : {"Name", "Creator", "Intent", "ListMode"}) {
+    for (const char* key : {"Name", "Creator", "ListMode"}) {
         const Object& value = configuration[key];
         if (value.isNull()) continue;
         writeName(look_, key);
@@ -89,9 +90,23 @@ void LayerJoiner::takeStates(const SourceCopies& source, const Dictionary& confi
     }
 }
 
+/// A layer whose intent is not that of the configuration would not count.
+void LayerJoiner::takeIntents(const Object& value) {
+    const Array intents = value.array() ? *value.array() : Array{value.name() ? value : Object(Name{"View"})};
+    for (const Object& intent : intents) {
+        if (intent.name()) intents_.insert(intent.name()->value);
+    }
+}
+
 std::string LayerJoiner::text() const {
     if (layers_.empty()) return {};
     std::string text = "<</OCGs[" + layers_ + "]/D<<" + look_;
+    // What stands for a missing entry.
+    if (intents_ != std::set<std::string>{"View"}) {
+        text += "/Intent[";
+        for (const std::string& intent : intents_) writeName(text, intent);
+        text += ']';
+    }
     if (!hidden_.empty()) text += "/OFF[" + hidden_ + ']';
     for (const List& list : lists_) {
         if (!list.values.empty()) text += '/' + std::string(list.key) + '[' + list.values + ']';

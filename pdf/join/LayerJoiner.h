@@ -3,6 +3,7 @@
 #include "pdf/join/SourceCopies.h"
 
 #include <array>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,7 @@ public:
 
 private:
     void takeStates(const SourceCopies& source, const Dictionary& configuration, const Array& layers);
+    void takeIntents(const Object& value);
 
     /// Lists of the configuration, each the lists of all sources one after the other.
     struct List {
@@ -30,6 +32,7 @@ private:
     std::array<List, 4> lists_{{{"Order", {}}, {"AS", {}}, {"RBGroups", {}}, {"Locked", {}}}};
     std::string layers_;  // references
     std::string hidden_;
+    std::set<std::string> intents_;
     std::string look_;  // further entries, of the first source
     bool isFirst_ = true;
 };

@@ -41,6 +41,8 @@ void StructureJoiner::begin(const SourceCopies& source) {
     groups_.clear();
     parentTree_.clear();
     unlabelled_.clear();
+    empty_.clear();
+    visits_ = 0;
     const Object& root = source.catalog["StructTreeRoot"];
     const Object resolved = source.reader().resolve(root);
     isTagged_ = resolved.dictionary() && root.reference();
@@ -85,7 +87,8 @@ bool StructureJoiner::edit(const SourceCopies& source, const ObjectEditor::Copie
     }
     if (!any) return false;
     // What the element of an annotation must know when it is written.
-    if (group != 0 && object.overlay) source.pages.overlay(group)->set(object.source, object.output);
+    if (group != 0 && object.overlay && object.source != 0)
+        source.pages.overlay(group)->set(object.source, object.output);
     result.write(changed);
     return true;
 }
@@ -153,7 +156,9 @@ void StructureJoiner::moveWhole(const SourceCopies& source, const Dictionary& ro
         if (!language_.empty()) unlabelled_.insert(element.reference()->number);
         kids_ += source.copied(element) + ' ';
     }
+    std::unordered_set<std::string> seen;
     for (const auto& [id, element] : readNameTree(source.reader(), root["IDTree"])) {
+        if (!seen.insert(id).second) continue;
         ids_.set(ids_.reserve(id, source.ordinal), source.copied(element));
     }
     for (const auto& [old, joined] : groups_[0].order) {
@@ -165,6 +170,7 @@ void StructureJoiner::moveWhole(const SourceCopies& source, const Dictionary& ro
 void StructureJoiner::writeAnew(const SourceCopies& source, const Dictionary& root, std::uint32_t group) {
     Group& own = groups_[group];
     ObjectReader& reader = source.reader();
+    visits_ = 0;
     for (const auto& [old, joined] : own.order) {
         const auto found = parentTree_.find(old);
         if (found == parentTree_.end()) continue;
@@ -189,6 +195,7 @@ void StructureJoiner::writeAnew(const SourceCopies& source, const Dictionary& ro
     for (const Object& element : tops) {
         const auto place = element.reference() ? own.places.find(element.reference()->number) : own.places.end();
         if (place == own.places.end() || own.elements[place->second].parent != top) continue;
+        if (std::exchange(own.elements[place->second].isListed, true)) continue;
         kids_ += referenceTo(own.elements[place->second].number) + ' ';
     }
     for (const Element& element : own.elements) {
@@ -216,7 +223,7 @@ void StructureJoiner::keep(const SourceCopies& source, const Object& element, Gr
         }
         if (below != top) group.elements[below].parent = known->second;
         if (!isNew) return;
-        group.elements.push_back({*next.reference(), top, 0});
+        group.elements.push_back({*next.reference(), top, 0, false});
         const Object id = reader.resolve((*resolved.dictionary())["ID"]);
         if (id.string() && !group.ids.contains(*id.string())) {
             group.ids[*id.string()] = ids_.reserve(*id.string(), source.ordinal);
@@ -230,8 +237,10 @@ void StructureJoiner::keep(const SourceCopies& source, const Object& element, Gr
 void StructureJoiner::keepKids(const SourceCopies& source, const Object& kids, Group& group, bool all) {
     // More than any row has; the elements of a long text are not all looked at for the sake of one page.
     constexpr std::size_t most = 1000;
+    if (!mayVisit(source)) return;
     const Object resolved = source.reader().resolve(kids);
     const Array elements = resolved.array() ? *resolved.array() : Array{kids};
+    visits_ += elements.size();
     if (!all && elements.size() > most) return;
     for (const Object& element : elements) {
         if (!element.reference() || group.places.contains(element.reference()->number)) continue;
@@ -246,13 +255,30 @@ bool StructureJoiner::isElement(const SourceCopies& source, const Object& value)
 
 bool StructureJoiner::isEmpty(const SourceCopies& source, const Object& value, int depth) {
     constexpr int deepest = 4;
+    if (depth > deepest || !value.reference()) return false;
+    const std::uint64_t key = std::uint64_t{value.reference()->number} * (deepest + 1) + static_cast<unsigned>(depth);
+    const auto known = empty_.find(key);
+    if (known != empty_.end()) return known->second;
     const Object resolved = source.reader().resolve(value);
-    if (depth > deepest || !resolved.dictionary() || (*resolved.dictionary())["S"].isNull()) return false;
-    const Object& kids = (*resolved.dictionary())["K"];
+    const bool empty = resolved.dictionary() && !(*resolved.dictionary())["S"].isNull() &&
+                       areEmpty(source, (*resolved.dictionary())["K"], depth + 1);
+    empty_[key] = empty;
+    return empty;
+}
+
+bool StructureJoiner::areEmpty(const SourceCopies& source, const Object& kids, int depth) {
+    if (!mayVisit(source)) return false;
     const Object list = source.reader().resolve(kids);
     if (list.isNull()) return true;
     const Array elements = list.array() ? *list.array() : Array{kids};
-    return std::ranges::all_of(elements, [&](const Object& kid) { return isEmpty(source, kid, depth + 1); });
+    visits_ += elements.size();
+    return std::ranges::all_of(elements, [&](const Object& kid) { return isEmpty(source, kid, depth); });
+}
+
+/// Whether lists of kids, which elements may share, are still looked into.
+bool StructureJoiner::mayVisit(const SourceCopies& source) const {
+    constexpr std::uint64_t looks = 16;  // at each kid, from elements above it and when it is written
+    return source.reader().mayVisit(visits_ / looks);
 }
 
 void StructureJoiner::writeElement(const SourceCopies& source, const Element& element, std::uint32_t group,
@@ -268,7 +294,8 @@ void StructureJoiner::writeElement(const SourceCopies& source, const Element& el
         std::string written;
         if (key == "P" || (key == "Pg" && !isCopied(source, value, group))) continue;
         if (key == "K") {
-            written = kids(source, value, entries["Pg"], group);
+            const auto index = static_cast<std::uint32_t>(&element - own.elements.data());
+            written = kids(source, value, entries["Pg"], group, index);
         } else if (key == "A") {
             written = attributes(source, value, group);
         } else if (key == "S") {
@@ -293,29 +320,40 @@ void StructureJoiner::writeElement(const SourceCopies& source, const Element& el
         text += "/Lang";
         writeString(text, language);
     }
-    output_->addObject(element.number, text + ">>");
+    text += ">>";
+    // Further copies were asked for; those of a file itself may not blow it up.
+    if (group == 0 && !source.reader().charge(text.size())) text = "null";
+    output_->addObject(element.number, text);
 }
 
 /// The kids of an element that are content of the group or elements that stay; empty when there are none. `page` is
 /// that of the element.
 std::string StructureJoiner::kids(const SourceCopies& source, const Object& value, const Object& page,
-                                  std::uint32_t group) {
+                                  std::uint32_t group, std::uint32_t parent) {
+    if (!mayVisit(source)) return {};
     const Object resolved = source.reader().resolve(value);
-    if (!resolved.array()) return kid(source, value, page, group);
+    if (!resolved.array()) return kid(source, value, page, group, parent);
+    visits_ += resolved.array()->size();
     std::string text;
     for (const Object& element : *resolved.array()) {
-        const std::string one = kid(source, element, page, group);
+        const std::string one = kid(source, element, page, group, parent);
         if (!one.empty()) text += ' ' + one;
     }
     return text.empty() ? text : '[' + text + ']';
 }
 
 std::string StructureJoiner::kid(const SourceCopies& source, const Object& value, const Object& page,
-                                 std::uint32_t group) {
+                                 std::uint32_t group, std::uint32_t parent) {
     if (value.integer()) return isCopied(source, page, group) ? std::to_string(*value.integer()) : std::string();
     if (value.reference()) {
         const auto element = groups_[group].places.find(value.reference()->number);
-        if (element != groups_[group].places.end()) return referenceTo(groups_[group].elements[element->second].number);
+        if (element != groups_[group].places.end()) {
+            // What several elements list stands below its own parent, or else the first of them.
+            Element& own = groups_[group].elements[element->second];
+            if (own.isListed || (own.parent != top && own.parent != parent)) return {};
+            own.isListed = true;
+            return referenceTo(own.number);
+        }
     }
     const Object resolved = source.reader().resolve(value);
     if (!resolved.dictionary()) return {};

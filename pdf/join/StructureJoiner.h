@@ -44,6 +44,7 @@ private:
         Reference reference;
         std::uint32_t parent;  // index; `top` at the top
         std::uint32_t number;
+        bool isListed;  // among the kids of an element, or at the top
     };
     static constexpr std::uint32_t top = UINT32_MAX;
     struct Group {
@@ -61,13 +62,15 @@ private:
     void keep(const SourceCopies& source, const Object& element, Group& group);
     void keepKids(const SourceCopies& source, const Object& kids, Group& group, bool all);
     [[nodiscard]] static bool isElement(const SourceCopies& source, const Object& value);
-    [[nodiscard]] static bool isEmpty(const SourceCopies& source, const Object& value, int depth);
+    [[nodiscard]] bool isEmpty(const SourceCopies& source, const Object& value, int depth);
+    [[nodiscard]] bool areEmpty(const SourceCopies& source, const Object& kids, int depth);
+    [[nodiscard]] bool mayVisit(const SourceCopies& source) const;
     void writeElement(const SourceCopies& source, const Element& element, std::uint32_t group,
                       const std::string& language);
     [[nodiscard]] std::string kids(const SourceCopies& source, const Object& value, const Object& page,
-                                   std::uint32_t group);
+                                   std::uint32_t group, std::uint32_t parent);
     [[nodiscard]] std::string kid(const SourceCopies& source, const Object& value, const Object& page,
-                                  std::uint32_t group);
+                                  std::uint32_t group, std::uint32_t parent);
     [[nodiscard]] std::string attributes(const SourceCopies& source, const Object& value, std::uint32_t group);
     [[nodiscard]] Object withIds(const SourceCopies& source, const Object& value, const Group& group, int depth,
                                  bool& any);
@@ -88,6 +91,8 @@ private:
     std::uint32_t ownRoot_ = 0;
     std::string language_;
     std::vector<Group> groups_;
+    std::unordered_map<std::uint64_t, bool> empty_;  // verdicts on elements, by object number and depth
+    std::uint64_t visits_ = 0;                       // kids that were looked at for one group
     std::unordered_map<std::int64_t, Object> parentTree_;
     std::unordered_set<std::uint32_t> unlabelled_;  // elements at the top that are to be given a language
 };

@@ -17,8 +17,9 @@ void StructureMaps::add(const SourceCopies& source, const Dictionary& root) {
 void StructureMaps::join(const SourceCopies& source, const Object& value, Map& joined, Names& renamed) {
     const Object map = source.reader().resolve(value);
     if (!map.dictionary()) return;
+    Unfolded unfolded(source);
     for (const auto& [name, entry] : map.dictionary()->entries()) {
-        Meaning meaning{source.copied(entry), unfolded(source, entry)};
+        Meaning meaning{source.copied(entry), unfolded.of(entry)};
         std::string wanted = name;
         for (std::size_t i = 2;; ++i) {
             const auto known = joined.find(wanted);

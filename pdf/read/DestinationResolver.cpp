@@ -10,6 +10,7 @@ Destination describe(ObjectReader& reader, const Array& array) {
     std::string kind;
     std::string view;
     std::vector<std::optional<double>> numbers;
+    constexpr std::size_t longestView = 256;
     constexpr std::size_t longest = 6;  // page, FitR, and four numbers
     for (std::size_t i = 1; i < array.size() && i < longest; ++i) {
         const Object value = reader.resolve(array[i]);
@@ -18,6 +19,7 @@ Destination describe(ObjectReader& reader, const Array& array) {
         if (i == 1) kind = value.name()->value;
         if (i > 1) numbers.push_back(value.number());
         value.write(view);
+        if (view.size() > longestView) return destination;
     }
     destination.view = std::move(view);
     const auto number = [&](std::size_t i) { return i < numbers.size() ? numbers[i] : std::nullopt; };
@@ -58,10 +60,10 @@ void DestinationResolver::readNames() {
     }
 }
 
-Object DestinationResolver::named(const std::string& name) {
+std::optional<Destination> DestinationResolver::named(const std::string& name) {
     if (!names_) readNames();
     const auto found = names_->find(name);
-    return found == names_->end() ? Object() : document_.reader().resolve(found->second);
+    return found == names_->end() ? std::nullopt : find(found->second, Form::ListOrDictionary);
 }
 
 std::optional<std::uint32_t> DestinationResolver::pageOf(const Object& page) {
@@ -80,15 +82,21 @@ std::optional<std::uint32_t> DestinationResolver::pageOf(const Object& page) {
     return found == pages_.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::optional<Destination> DestinationResolver::resolve(const Object& destination) {
+std::optional<Destination> DestinationResolver::find(const Object& value, Form form) {
     ObjectReader& reader = document_.reader();
-    Object value = reader.resolve(destination);
-    if (value.name()) {
-        value = named(value.name()->value);
-    } else if (value.string()) {
-        value = named(*value.string());
+    if (const Reference* reference = value.reference()) {
+        // A huge object that much refers to is read once.
+        const std::uint64_t key = (std::uint64_t{reference->number} << 2U) | static_cast<std::uint64_t>(form);
+        const auto [place, isNew] = known_.try_emplace(key);
+        std::optional<Destination>& known = place->second;
+        if (!isNew) return known;
+        const Object resolved = reader.resolve(value);
+        if (!resolved.reference()) known = find(resolved, form);
+        return known;
     }
-    if (value.dictionary()) value = reader.resolve(Object((*value.dictionary())["D"]));
+    if (form == Form::Any && value.name()) return named(value.name()->value);
+    if (form == Form::Any && value.string()) return named(*value.string());
+    if (form != Form::List && value.dictionary()) return find((*value.dictionary())["D"], Form::List);
     if (!value.array() || value.array()->empty()) return std::nullopt;
     const auto page = pageOf(value.array()->front());
     if (!page) return std::nullopt;

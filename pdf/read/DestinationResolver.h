@@ -26,15 +26,19 @@ public:
 
     /// An explicit destination, a name or text that stands for one, or a dictionary that holds one. Nothing when it
     /// leads to no page of the document.
-    [[nodiscard]] std::optional<Destination> resolve(const Object& destination);
+    [[nodiscard]] std::optional<Destination> resolve(const Object& destination) { return find(destination, Form::Any); }
 
 private:
-    [[nodiscard]] Object named(const std::string& name);
+    enum class Form : std::uint8_t { Any, ListOrDictionary, List };
+
+    [[nodiscard]] std::optional<Destination> find(const Object& value, Form form);
+    [[nodiscard]] std::optional<Destination> named(const std::string& name);
     [[nodiscard]] std::optional<std::uint32_t> pageOf(const Object& page);
     void readNames();
 
     SourceDocument& document_;
     std::optional<std::unordered_map<std::string, Object>> names_;
+    std::unordered_map<std::uint64_t, std::optional<Destination>> known_;  // by object number and form
     std::unordered_map<std::uint32_t, std::uint32_t> pages_;  // object number: index; empty until asked for
 };
 

@@ -5,6 +5,7 @@
 #include "pdf/read/Limits.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -52,7 +53,7 @@ private:
         for (DictionaryScanner::Entry entry; scanner.next(entry);) {
             const auto value = [&] { return Parser(entry.value).parse(); };
             if (keyIs(entry.key, "Title")) {
-                takeTitle(reader_.resolve(value()), item);
+                takeTitle(value(), item);
             } else if (keyIs(entry.key, "Next")) {
                 next = value();
             } else if (keyIs(entry.key, "First")) {
@@ -75,7 +76,9 @@ private:
         expect(first, std::min(depth + 1, limits::outlineDepth));
     }
 
-    void takeTitle(const Object& title, OutlineItem& item) {
+    void takeTitle(const Object& value, OutlineItem& item) {
+        if (textBytes_ > limits::outlineText) return;
+        const Object title = reader_.resolve(value);
         if (!title.string()) return;
         textBytes_ += title.string()->size();
         if (textBytes_ <= limits::outlineText) item.title = *title.string();
@@ -104,19 +107,41 @@ private:
             item.destination = destinations_.resolve(destination);
             return;
         }
-        const Object resolved = reader_.resolve(action);
-        if (!resolved.dictionary()) return;
-        if (reader_.resolve((*resolved.dictionary())["S"]).isName("GoTo")) {
-            item.destination = destinations_.resolve((*resolved.dictionary())["D"]);
-        } else {
+        const Target target = action.reference() ? known(*action.reference()) : targetOf(action);
+        if (target.goesTo) {
+            item.destination = target.destination;
+        } else if (target.isAction && textBytes_ <= limits::outlineText) {
             action.write(item.action);
             textBytes_ += item.action.size();
             if (textBytes_ > limits::outlineText) item.action.clear();
         }
     }
 
+    struct Target {
+        bool isAction = false;
+        bool goesTo = false;  // a destination of the document, if that is found
+        std::optional<Destination> destination;
+    };
+
+    Target targetOf(const Object& action) {
+        Target target;
+        if (!action.dictionary()) return target;
+        target.isAction = true;
+        target.goesTo = reader_.resolve((*action.dictionary())["S"]).isName("GoTo");
+        if (target.goesTo) target.destination = destinations_.resolve((*action.dictionary())["D"]);
+        return target;
+    }
+
+    /// An action that much refers to is read once.
+    const Target& known(Reference action) {
+        const auto [place, isNew] = actions_.try_emplace(action.number);
+        if (isNew) place->second = targetOf(reader_.resolve(Object(action)));
+        return place->second;
+    }
+
     ObjectReader& reader_;
     DestinationResolver destinations_;
+    std::unordered_map<std::uint32_t, Target> actions_;  // by object number
     std::vector<OutlineItem> items_;
     std::vector<std::pair<Reference, std::uint32_t>> waiting_;
     std::unordered_set<std::uint32_t> seen_;

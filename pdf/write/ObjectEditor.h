@@ -14,7 +14,7 @@ public:
     virtual ~ObjectEditor() = default;
 
     struct Copied {
-        std::uint32_t source = 0;          ///< object number in the source; 0 for a page that stands in its node
+        std::uint32_t source = 0;          ///< object number in the source; 0 for what is no object of its own
         std::uint32_t output = 0;          ///< number of the copy
         const Overlay* overlay = nullptr;  ///< of a copy other than the first
     };

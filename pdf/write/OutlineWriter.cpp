@@ -16,7 +16,7 @@ void OutlineWriter::copyActions(const Source& source, const PageCopies& copies, 
     if (found == withAction_.end()) return;
     for (const std::uint32_t index : found->second) {
         const SourceText& action = entries_[index].action;
-        copier.copyValue(action.text, copies.ofOpening(action.opening), actions_[index]);
+        copier.copyEditedValue(action.text, copies.ofOpening(action.opening), actions_[index]);
     }
 }
 

@@ -252,6 +252,12 @@ void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std:
     overlay_ = own;
 }
 
+void SourceCopier::copyEditedValue(std::string_view text, const Overlay* overlay, std::string& out) {
+    std::string changed;
+    const bool isChanged = editor_ && editor_->edit({0, 0, overlay}, text, changed) == ObjectEditor::Verdict::Change;
+    copyValue(isChanged ? changed : text, overlay, out);
+}
+
 std::uint32_t SourceCopier::copyReference(Reference reference) {
     const Overlay* const own = std::exchange(overlay_, nullptr);
     const std::uint32_t number = map(reference);
@@ -356,7 +362,12 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
 
 void SourceCopier::copyCatalog(std::span<const std::string_view> dropped, std::string& out) {
     const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
-    if (object) writeEntries(object->text(), dropped, out);
+    if (!object) return;
+    // An action that stands in the catalog may lead to a page by a name.
+    std::string changed;
+    const bool isChanged =
+        editor_ && editor_->edit({0, 0, nullptr}, object->value(), changed) == ObjectEditor::Verdict::Change;
+    writeEntries(isChanged ? changed : object->text(), dropped, out);
 }
 
 // A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or

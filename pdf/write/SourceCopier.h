@@ -68,6 +68,8 @@ public:
     /// Appends the value `text` of the source to `out`, references rewritten; with `overlay` (null: none) those that it
     /// names lead to its copies.
     void copyValue(std::string_view text, const Overlay* overlay, std::string& out);
+    /// The same for a value that the editor is shown before.
+    void copyEditedValue(std::string_view text, const Overlay* overlay, std::string& out);
     /// The number of the first copy of an object, which follows if it was not met before; 0 if there is none.
     [[nodiscard]] std::uint32_t copyReference(Reference reference);
     /// Copies every plain object that was met and not copied yet.

@@ -14,16 +14,21 @@ using test::RawPdf;
 
 class NamedDestinations : public EngineTest {
 protected:
-    /// Two pages; the first has a link with these entries, the second is what the names `goal` and /old mean.
-    std::shared_ptr<Source> input(const std::string& file, const std::string& link = "/A<</S/GoTo/D(goal)>>") const {
+    /// Two pages; the first has a link with these entries, the second is what the names `goal` and /old mean;
+    /// `value` is an object of its own, which the name `index` means as well.
+    std::shared_ptr<Source> input(const std::string& file, const std::string& link = "/A<</S/GoTo/D(goal)>>",
+                                  const std::string& value = "[12 0 R/Fit]") const {
         RawPdf pdf;
-        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Dests<</old[12 0 R/FitB]>>/Names<</Dests 3 0 R>>>>");
+        pdf.object(
+            1, "<</Type/Catalog/Pages 2 0 R/Dests<</old[12 0 R/FitB]>>/Names<</Dests 3 0 R>>" + catalogEntries + ">>");
         pdf.object(2, "<</Type/Pages/Count 2/Kids[10 0 R 12 0 R]>>");
-        pdf.object(3, "<</Names[(goal)4 0 R]>>").object(4, "<</D[12 0 R/Fit]>>");
+        pdf.object(3, "<</Names[(goal)4 0 R(index)6 0 R]>>").object(4, "<</D[12 0 R/Fit]>>").object(6, value);
         pdf.page(10, "A", "/Parent 2 0 R/MediaBox[0 0 99 99]/Annots[5 0 R]").page(12, "B");
         pdf.object(5, "<</Type/Annot/Subtype/Link/Rect[0 0 9 9]" + link + ">>");
         return open(pdf.table().bytes(), file);
     }
+
+    std::string catalogEntries;  // further ones
 
     /// The page, counted from 0, to which the link of a page leads; -1 when it leads nowhere.
     static qsizetype target(const JudgedPdf& pdf, qsizetype page) {
@@ -105,6 +110,67 @@ TEST_F(NamedDestinations, APageThatIsGivenByItsIndexIsFound) {
     }
     const JudgedPdf beyond(write(planOf({input("a"), input("b", "/Dest[7/Fit]")})));
     EXPECT_EQ(target(beyond, 2), -1);
+}
+
+TEST_F(NamedDestinations, AValueThatLooksLikeAKeyIsNone) {
+    const std::string link = "/BS<</S/D/D[3 3]/W 2>>/A<</S/GoTo/D(goal)>>/PA<</S/Thread/D(goal)>>";
+    const JudgedPdf pdf(write(planOf({input("a"), input("b", link)})));
+    EXPECT_EQ(target(pdf, 2), 3);
+    const QJsonObject border = pdf.annotations(2).first().value(QStringLiteral("/BS")).toObject();
+    EXPECT_EQ(border.value(QStringLiteral("/S")).toString(), QStringLiteral("/D"));
+    EXPECT_EQ(border.value(QStringLiteral("/D")).toArray(), (QJsonArray{3, 3}));
+    const QJsonObject other = pdf.annotations(2).first().value(QStringLiteral("/PA")).toObject();
+    EXPECT_EQ(other.value(QStringLiteral("/D")).toString(), QStringLiteral("u:goal"));
+}
+
+TEST_F(NamedDestinations, KeysOfOtherDictionariesAreTheirOwn) {
+    for (const std::string more : {"", " % x\n"}) {
+        const std::string link = "/A<</S/GoTo/D(goal)>>/PieceInfo<</Own<</Dest(goal)/D(goal)>>>>" + more;
+        const JudgedPdf pdf(write(planOf({input("a"), input("b", link)})));
+        EXPECT_EQ(target(pdf, 2), 3);
+        const QJsonObject info = pdf.annotations(2).first().value(QStringLiteral("/PieceInfo")).toObject();
+        const QJsonObject own = info.value(QStringLiteral("/Own")).toObject();
+        EXPECT_EQ(own.value(QStringLiteral("/Dest")).toString(), QStringLiteral("u:goal"));
+        EXPECT_EQ(own.value(QStringLiteral("/D")).toString(), QStringLiteral("u:goal"));
+    }
+}
+
+TEST_F(NamedDestinations, ADestinationThatIsAnObjectOfItsOwnIsRedirected) {
+    for (const std::string link : {"/Dest 6 0 R", "/A<</D 6 0 R/S/GoTo>>", "/Dest 6 0 R % x\n"}) {
+        for (const std::string value : {"(goal)", "/old", "[1/Fit]", "<</D[1/Fit]>>"}) {
+            const JudgedPdf pdf(write(planOf({input("a"), input("b", link, value)})));
+            EXPECT_EQ(target(pdf, 2), 3) << link << value;
+        }
+    }
+}
+
+TEST_F(NamedDestinations, ANameStandsForAPageThatIsGivenByItsIndex) {
+    for (const std::string value : {"[1/Fit]", "[1 /XYZ 0 9 null]", "<</D[1/Fit]>>"}) {
+        const JudgedPdf pdf(write(planOf({input("a"), input("b", "/Dest(index)", value)})));
+        EXPECT_EQ(target(pdf, 2), 3) << value;
+    }
+}
+
+TEST_F(NamedDestinations, TheBaseOpensWhereItDidByAnOldName) {
+    catalogEntries = "/OpenAction<</S/GoTo/D/old>>";
+    const JudgedPdf pdf(write(planOf({input("a"), input("b")})));
+    const QJsonObject action = pdf.catalog().value(QStringLiteral("/OpenAction")).toObject();
+    EXPECT_EQ(action.value(QStringLiteral("/D")).toString(), QStringLiteral("u:old"));
+}
+
+TEST_F(NamedDestinations, WhatABookmarkDoesNextLeadsToItsOwnInput) {
+    const auto b = input("b");
+    DocumentPlan plan = planOf({input("a"), b});
+    const std::uint32_t opening = std::get<SourcePage>(plan.pages.back().origin).opening;
+    plan.keepOutline = false;
+    OutlineEntry& entry = plan.outline.emplace_back();
+    entry.title = "x";
+    entry.action = {b, opening, "<</S/Named/N/Print/Next<</S/GoTo/D(goal)>>>>"};
+    const JudgedPdf pdf(write(plan));
+    const QJsonObject outline = pdf.dictionary(pdf.catalog().value(QStringLiteral("/Outlines")));
+    const QJsonObject node = pdf.dictionary(outline.value(QStringLiteral("/First")));
+    const QJsonObject next = node.value(QStringLiteral("/A")).toObject().value(QStringLiteral("/Next")).toObject();
+    EXPECT_EQ(next.value(QStringLiteral("/D")).toString(), QStringLiteral("u:goal-2"));
 }
 
 }  // namespace

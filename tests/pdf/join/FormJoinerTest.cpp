@@ -144,5 +144,53 @@ TEST_F(Forms, AHierarchyThatLeadsBackToItselfIsSurvived) {
     EXPECT_EQ(fieldLines(pdf).size(), 2U);
 }
 
+TEST_F(Forms, FieldsThatShareTheirKidsAreReadInBoundedTime) {
+    constexpr int count = 20000;
+    RawPdf pdf;
+    std::string kids;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[4 0 R]>>>>");
+    pdf.object(2, "<</Type/Pages/Count 1/Kids[6 0 R]>>");
+    pdf.page(6, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]");
+    pdf.object(4, "<</T(r)/Kids 5 0 R>>");
+    for (int i = 10; i < 10 + count; ++i) {
+        kids += std::to_string(i) + " 0 R ";
+        pdf.object(i, "<</FT/Tx/Kids 5 0 R>>");
+    }
+    pdf.object(5, "[" + kids + "]");
+    const JudgedPdf joined(write(planOf({open(pdf.table().bytes(), "a")})));
+    EXPECT_EQ(form(joined).value(QStringLiteral("/Fields")).toArray().size(), 1);
+}
+
+TEST_F(Forms, AFontOfManyNamesIsComparedOnce) {
+    const auto input = [this](const std::string& name, const std::string& more) {
+        RawPdf pdf;
+        std::string fonts;
+        for (int i = 0; i < 20000; ++i) fonts += "/F" + std::to_string(i) + " 5 0 R";
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[4 0 R]/DR<</Font<<" + fonts + ">>>>>>>>");
+        pdf.object(2, "<</Type/Pages/Count 1/Kids[6 0 R]>>");
+        pdf.page(6, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]/Annots[4 0 R]");
+        pdf.object(4, "<</Type/Annot/Subtype/Widget/FT/Tx/T(a)/Rect[0 0 9 9]>>");
+        std::string widths;
+        for (int i = 0; i < 50000; ++i) widths += "1 ";
+        return open(pdf.object(5, "<</Type/Font/W[" + widths + more + "]>>").table().bytes(), name);
+    };
+    const JudgedPdf joined(write(planOf({input("a", ""), input("b", ""), input("c", "2")})));
+    const QJsonObject resources = joined.dictionary(form(joined).value(QStringLiteral("/DR")));
+    EXPECT_EQ(resources.value(QStringLiteral("/Font")).toObject().size(), 40000);
+}
+
+TEST_F(Forms, ASignatureThatTheFormDoesNotListIsGone) {
+    for (const std::string form : {"", "/AcroForm<</Fields[]>>"}) {
+        RawPdf pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R" + form + ">>").object(2, "<</Type/Pages/Count 1/Kids[6 0 R]>>");
+        pdf.page(6, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]/Annots[4 0 R]");
+        pdf.object(4, "<</Type/Annot/Subtype/Stamp/FT/Sig/T(s)/Rect[0 0 9 9]/V 5 0 R>>");
+        pdf.object(5, "<</Type/Sig/Filter/X/Contents(x)/ByteRange[0 1 2 3]>>");
+        const JudgedPdf joined(write(planOf({open(formPdf("A"), "a"), open(pdf.table().bytes(), "b")})));
+        EXPECT_FALSE(joined.annotations(2).first().contains(QStringLiteral("/V")));
+        EXPECT_EQ(joined.having(QStringLiteral("/Type"), QStringLiteral("/Sig")).size(), 0);
+    }
+}
+
 }  // namespace
 }  // namespace quillon::pdf

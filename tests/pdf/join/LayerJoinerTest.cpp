@@ -56,5 +56,23 @@ TEST_F(Layers, OfAnInputTakenTwiceAreThereOnce) {
     EXPECT_EQ(layerLines(JudgedPdf(write(planOf({source, source})))), (Strings{"A-shown+", "A-hidden-"}));
 }
 
+TEST_F(Layers, TheIntentsOfAllInputsCount) {
+    const auto input = [this](const std::string& name, const std::string& intent) {
+        RawPdf pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/OCProperties<</OCGs[5 0 R]/D<<" + intent + ">>>>>>");
+        pdf.object(2, "<</Type/Pages/Count 1/Kids[3 0 R]>>");
+        pdf.page(3, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]");
+        return open(pdf.object(5, "<</Type/OCG/Name(x)>>").table().bytes(), name);
+    };
+    const auto intents = [this](const std::vector<std::shared_ptr<Source>>& sources) {
+        const JudgedPdf pdf(write(planOf(sources)));
+        const QJsonObject properties = pdf.dictionary(pdf.catalog()[QStringLiteral("/OCProperties")]);
+        return properties.value(QStringLiteral("/D")).toObject().value(QStringLiteral("/Intent"));
+    };
+    const auto plain = input("a", "");
+    EXPECT_TRUE(intents({plain, input("b", "/Intent/View")}).isUndefined());
+    EXPECT_EQ(intents({plain, input("c", "/Intent[/Design/View]")}).toArray(), (QJsonArray{"/Design", "/View"}));
+}
+
 }  // namespace
 }  // namespace quillon::pdf

@@ -186,5 +186,35 @@ TEST_F(Tags, LoopsAndMissingPartsAreSurvived) {
     EXPECT_EQ(JudgedPdf(write(planOf({source, source}))).pages().size(), 4);
 }
 
+/// A paragraph beside cells that share what is below them: at each of five levels a list names one cell a hundred
+/// times.
+std::string sharingPdf() {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/StructTreeRoot 20 0 R>>");
+    pdf.object(2, "<</Type/Pages/Count 2/Kids[6 0 R 8 0 R]>>");
+    pdf.page(6, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]/StructParents 0").page(8, "B", "/Parent 2 0 R/MediaBox[0 0 9 9]");
+    pdf.object(20, "<</K 21 0 R/ParentTree<</Nums[0[22 0 R]]>>>>").object(21, "<</S/Document/P 20 0 R/K 23 0 R>>");
+    pdf.object(22, "<</S/P/P 21 0 R/K 0/Pg 6 0 R>>");
+    for (int level = 0; level < 5; ++level) {
+        std::string cells;
+        for (int i = 0; i < 100; ++i) cells += std::to_string(40 + level) + " 0 R ";
+        pdf.object(23 + level, "[" + (level == 0 ? "22 0 R " + cells : cells) + "]");
+        const std::string below = level < 4 ? "/K " + std::to_string(24 + level) + " 0 R" : "";
+        pdf.object(40 + level, "<</S/TD/P 21 0 R" + below + ">>");
+    }
+    return pdf.table().bytes();
+}
+
+TEST_F(Tags, ElementsThatShareTheirKidsAreReadInBoundedTime) {
+    const auto source = open(sharingPdf(), "a");
+    DocumentPlan plan;
+    plan.pages = pagesOf(source, {0});
+    const JudgedPdf pdf(write(plan));
+    EXPECT_EQ(pdf.having(text("/S"), text("/P")).size(), 1);
+    const auto documents = pdf.having(text("/S"), text("/Document"));
+    ASSERT_EQ(documents.size(), 1);
+    EXPECT_LE(pdf.dictionary(documents.first()).value(text("/K")).toArray().size(), 6);
+}
+
 }  // namespace
 }  // namespace quillon::pdf
