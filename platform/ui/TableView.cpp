@@ -56,12 +56,13 @@ TableView::TableView(QWidget* parent) : QTreeView(parent), model_(std::make_uniq
 }
 
 void TableView::followStyle() {
-    const auto* current = dynamic_cast<const RoomyStyle*>(style());
-    if (current != nullptr && current->isUpToDate()) return;
-    auto* style = new RoomyStyle;
-    style->setParent(this);
-    setStyle(style);
-    header()->setStyle(style);
+    const auto* previous = dynamic_cast<const RoomyStyle*>(style());
+    if (previous != nullptr && previous->isUpToDate()) return;
+    auto* roomy = new RoomyStyle;
+    roomy->setParent(this);
+    setStyle(roomy);
+    header()->setStyle(roomy);
+    delete previous;
 }
 
 TableView::~TableView() {

@@ -27,6 +27,18 @@ protected:
     [[nodiscard]] QPushButton& open() { return test::find<QPushButton>(*progressSheet(), "openButton"); }
     [[nodiscard]] bool isTargetWritten() const { return std::filesystem::exists(dir_.file("out.pdf")); }
 
+    /// A merge that is cancelled before its first page writes nothing.
+    static void letItCollect() { QTest::qWait(20); }
+    /// The target is whole and begins with the first files, which have a page each and are called by numbers.
+    void expectFirstPages(int files) const {
+        ASSERT_TRUE(isTargetWritten());
+        EXPECT_EQ(test::qpdfProblems(dir_.file("out.pdf")), "");
+        const std::vector<std::string> marks = test::pageMarks(dir_.file("out.pdf"));
+        ASSERT_FALSE(marks.empty());
+        EXPECT_LE(marks.size(), static_cast<std::size_t>(files));
+        for (std::size_t i = 0; i < marks.size(); ++i) EXPECT_EQ(marks[i], std::to_string(i) + '1');
+    }
+
     void lock(int row) {
         entry(row).setNeedPassword(1);
         list().updatePassowrdColumn(row, true);
@@ -167,6 +179,7 @@ TEST_F(MergeRun, StopDismissesTheSheetAtOnceAndThePartialFileIsWhole) {
     choose("actionMerge");
     ASSERT_TRUE(test::waitFor([this] { return progressSheet()->isVisible(); }));
     const std::shared_ptr<MergeOperation> job = controller_.MergeOper();
+    letItCollect();
     stopOrClose().click();
     EXPECT_FALSE(progressSheet()->isVisible());
     EXPECT_TRUE(job->isCancelled());
@@ -183,10 +196,7 @@ TEST_F(MergeRun, StopDismissesTheSheetAtOnceAndThePartialFileIsWhole) {
     QSignalSpy quit(&controller_, &MainWindowController::quitRequested);
     controller_.quit();
     EXPECT_FALSE(progressSheet()->isVisible());
-    if (isTargetWritten()) {
-        EXPECT_EQ(test::qpdfProblems(dir_.file("out.pdf")), "");
-        EXPECT_LT(test::pageCount(dir_.file("out.pdf")), files);
-    }
+    expectFirstPages(files);
 }
 
 TEST_F(MergeRun, StoppingTwiceIsHarmless) {
@@ -206,11 +216,10 @@ TEST_F(MergeRun, QuitDuringAMergeWaitsForAWholeFile) {
     panels_.answerNext({target()});
     choose("actionMerge");
     ASSERT_TRUE(test::waitFor([this] { return progressSheet()->isVisible(); }));
+    letItCollect();
     controller_.quit();
     EXPECT_EQ(quit.count(), 1);
-    if (isTargetWritten()) {
-        EXPECT_EQ(test::qpdfProblems(dir_.file("out.pdf")), "");
-    }
+    expectFirstPages(500);
 }
 
 TEST_F(MergeRun, QuitIsAmongTheCommandsOfTheProgressSheet) {

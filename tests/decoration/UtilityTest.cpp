@@ -1,4 +1,5 @@
 #include "decoration/Utility.h"
+#include "tests/decoration/DecorationTest.h"
 
 #include <gtest/gtest.h>
 
@@ -10,19 +11,8 @@ namespace {
 constexpr auto smallest = std::numeric_limits<std::int32_t>::min();
 constexpr auto largest = std::numeric_limits<std::int32_t>::max();
 
-/// The state is that of the whole process, so every test starts from known values.
-class UtilityTest : public testing::Test {
+class UtilityTest : public test::DecorationTest {
 protected:
-    void SetUp() override {
-        Utility::resetShouldAddwaterMark();
-        Utility::setWatermarkContent(QString());
-        Utility::setShouldaddPageNumber(false);
-        Utility::setPageNumberPrefixString(QString());
-        Utility::setPageNumberBegin(0, 0);
-        Utility::setPageNumberStringAttri({});
-        Utility::setPageNUmberPosition(0);
-    }
-
     /// The next `count` page numbers, in quotes.
     static QString numbers(int count) {
         QString all;
