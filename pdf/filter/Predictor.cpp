@@ -21,6 +21,14 @@ unsigned char paeth(unsigned char left, unsigned char above, unsigned char corne
 void undoPngRow(int filter, std::string& out, std::size_t begin, std::size_t length, std::size_t pixelBytes) {
     const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(out[at]); };
     const bool hasAbove = begin >= length;
+    if (filter == 0 || (filter == 2 && !hasAbove)) return;
+    if (filter == 2) {
+        // The one that tables are written with.
+        char* const row = out.data() + begin;
+        const char* const above = row - length;
+        for (std::size_t i = 0; i < length; ++i) row[i] = static_cast<char>(row[i] + above[i]);
+        return;
+    }
     for (std::size_t i = 0; i < length; ++i) {
         const std::size_t at = begin + i;
         const unsigned char left = i >= pixelBytes ? byteAt(at - pixelBytes) : 0;
@@ -28,7 +36,6 @@ void undoPngRow(int filter, std::string& out, std::size_t begin, std::size_t len
         const unsigned char corner = i >= pixelBytes && hasAbove ? byteAt(at - length - pixelBytes) : 0;
         unsigned prediction = 0;
         if (filter == 1) prediction = left;
-        if (filter == 2) prediction = above;
         if (filter == 3) prediction = (left + above) / 2U;
         if (filter == 4) prediction = paeth(left, above, corner);
         out[at] = static_cast<char>(byteAt(at) + prediction);
@@ -86,8 +93,12 @@ std::string predictUp(std::string_view data, std::size_t rowBytes) {
 }
 
 void UpPredictor::addRow(std::string_view row, std::string& out) {
-    out += '\2';
-    for (std::size_t i = 0; i < row.size(); ++i) out += static_cast<char>(row[i] - std::exchange(above_[i], row[i]));
+    const std::size_t begin = out.size();
+    out.resize(begin + 1 + row.size());
+    char* const predicted = out.data() + begin + 1;
+    predicted[-1] = '\2';
+    for (std::size_t i = 0; i < row.size(); ++i)
+        predicted[i] = static_cast<char>(row[i] - std::exchange(above_[i], row[i]));
 }
 
 }  // namespace quillon::pdf

@@ -41,9 +41,11 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
 }
 
 const BlockCache::Block& BlockCache::block(std::uint64_t index) {
+    if (last_ < blocks_.size() && blocks_[last_].index == index) return blocks_[last_];
     const auto found = std::ranges::find(blocks_, index, &Block::index);
     if (found != blocks_.end()) {
         found->lastUse = ++clock_;
+        last_ = static_cast<std::size_t>(found - blocks_.begin());
         return *found;
     }
     const std::uint64_t offset = index * blockSize;
@@ -52,6 +54,7 @@ const BlockCache::Block& BlockCache::block(std::uint64_t index) {
     block.index = index;
     block.lastUse = ++clock_;
     block.length = file_->readAt(offset, std::span(block.bytes.get(), length));
+    last_ = blocks_.size();
     return blocks_.emplace_back(std::move(block));
 }
 

@@ -54,6 +54,7 @@ private:
 
     std::shared_ptr<InputFile> file_;
     std::vector<Block> blocks_;
+    std::size_t last_ = 0;  // place of the block asked for last
     std::uint64_t clock_ = 0;
 };
 

@@ -1,6 +1,8 @@
 #include "pdf/join/DestinationJoiner.h"
 
 #include "pdf/object/Characters.h"
+#include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 
@@ -8,26 +10,17 @@ namespace quillon::pdf {
 
 namespace {
 
-bool hasWord(std::string_view text, std::string_view word) {
-    for (std::size_t at = text.find(word.front()); at != std::string_view::npos; at = text.find(word.front(), at + 1)) {
-        if (text.substr(at, word.size()) == word) return true;
-    }
-    return false;
-}
-
-/// Whether there may be a link in `text`. Nearly every object passes here, so what is looked for first is letters that
-/// are rarer than the slash.
-bool mayLink(std::string_view text) {
-    return hasWord(text, "GoTo") || hasWord(text, "Dest") || text.find('#') != std::string_view::npos;
-}
-
 /// The text of a name or string that is written without any escape; nothing for any other.
 std::optional<std::string_view> plainText(std::string_view value) {
-    if (value.front() == '/') return value.substr(1);
-    if (value.front() != '(') return std::nullopt;
-    const std::string_view text = value.substr(1, value.size() - 2);
-    if (text.find_first_of("\\(\r") != std::string_view::npos) return std::nullopt;
-    return text;
+    if (value.front() != '/') return plainString(value);
+    return value.find('#') == std::string_view::npos ? std::optional(value.substr(1)) : std::nullopt;
+}
+
+/// Whether the text of a destination is an array that names its page by a reference.
+bool namesPage(std::string_view destination) {
+    const std::size_t begin = skipBlank(destination, 1);
+    const std::size_t end = skipValue(destination, begin).value_or(begin);
+    return end != begin && isDigit(destination[begin]) && destination[end - 1] == 'R';
 }
 
 }  // namespace
@@ -74,8 +67,35 @@ void DestinationJoiner::end() {
     names_ = {};
 }
 
+/// A short array that names its page, which is all that the object says; empty for any other.
+std::string_view DestinationJoiner::explicitText(const ObjectText& object) {
+    std::string_view text = object.text();
+    text.remove_prefix(std::min(text.size(), skipBlank(text, 0)));
+    if (text.starts_with("<<")) {
+        std::string_view destination;
+        DictionaryScanner scanner(text);
+        for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+            if (!keyIs(entry.key, "D")) return {};
+            destination = entry.value;
+        }
+        text = scanner.valid() ? destination : std::string_view();
+    }
+    if (!text.starts_with('[') || !namesPage(text)) return {};
+    constexpr std::size_t longest = 128;
+    const std::size_t end = skipValue(text.substr(0, longest), 0).value_or(0);
+    return text.substr(0, end);
+}
+
 /// The value of a name as text of the output. The pages of the output are others, so none can be given by its index.
 std::string DestinationJoiner::joinedValue(const Object& value) {
+    // Nearly all are small objects to which nothing else refers. Written in place they take half of the room.
+    const auto object = value.reference() ? source_->reader().find(*value.reference()) : std::nullopt;
+    const std::string_view text = object ? explicitText(*object) : std::string_view();
+    if (!text.empty() && source_->reader().charge(text.size())) {
+        std::string out;
+        source_->copier.copyValue(text, nullptr, out);
+        return out;
+    }
     const Object* destination = value.reference() ? &valueOf(*value.reference()) : &value;
     if (destination->dictionary()) destination = &(*destination->dictionary())["D"];
     if (destination->reference()) destination = &valueOf(*destination->reference());
@@ -91,7 +111,7 @@ bool DestinationJoiner::isLive(const Object& value) {
 }
 
 /// What takes the place of a name in a link of a page; nothing if it stays.
-std::optional<std::string> DestinationJoiner::replacement(std::string_view name, bool isName, const Overlay* overlay) {
+std::optional<std::string> DestinationJoiner::renamed(std::string_view name, bool isName, const Overlay* overlay) {
     const auto& known = isName ? old_ : tree_;
     auto found = known.find(name);
     if (found == known.end()) {
@@ -140,40 +160,16 @@ std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overl
     return text + destination->view + ']';
 }
 
-bool DestinationJoiner::edit(std::string_view text, const Overlay* overlay, std::string& changed) {
-    if (!mayLink(text)) return false;
-    if (!scanner_.scan(text)) return editThroughParser(text, overlay, changed);
-    std::size_t copied = 0;
-    for (const LinkScanner::Link& found : scanner_.links()) {
-        if (!found.leads) continue;
-        const std::string_view value = text.substr(found.begin, found.end - found.begin);
-        const auto replaced = replacementOf(value, found.kind, overlay);
-        if (!replaced) continue;
-        changed.append(text, copied, found.begin - copied);
-        if (isRegular(changed.back()) && isRegular(replaced->front())) changed += ' ';
-        changed += *replaced;
-        copied = found.end;
-        if (isRegular(changed.back()) && copied < text.size() && isRegular(text[copied])) changed += ' ';
-    }
-    if (copied == 0) return false;
-    changed.append(text, copied);
-    return true;
-}
-
-std::optional<std::string> DestinationJoiner::replacementOf(std::string_view value, LinkScanner::Kind kind,
-                                                            const Overlay* overlay) {
-    if (kind == LinkScanner::Kind::Page) return pageReference(value);
-    const bool isName = kind == LinkScanner::Kind::Name;
-    if (kind != LinkScanner::Kind::Reference) {
-        if (const auto plain = plainText(value)) return replacement(*plain, isName, overlay);
-    }
-    return replacement(Parser(value).parse(), overlay);
+std::optional<std::string> DestinationJoiner::replacement(std::string_view destination, const Overlay* overlay) {
+    if (const auto plain = plainText(destination)) return renamed(*plain, destination.front() == '/', overlay);
+    if (destination.front() == '[' && namesPage(destination)) return std::nullopt;
+    return replacement(Parser(destination).parse(), overlay);
 }
 
 /// What takes the place of a destination; nothing if it stays.
 std::optional<std::string> DestinationJoiner::replacement(const Object& destination, const Overlay* overlay) {
-    if (const auto* name = destination.name()) return replacement(name->value, true, overlay);
-    if (const std::string* name = destination.string()) return replacement(*name, false, overlay);
+    if (const auto* name = destination.name()) return renamed(name->value, true, overlay);
+    if (const std::string* name = destination.string()) return renamed(*name, false, overlay);
     if (const Reference* reference = destination.reference()) {
         const Object& standsThere = valueOf(*reference);
         return standsThere.reference() ? std::nullopt : replacement(standsThere, overlay);
@@ -220,31 +216,23 @@ const Object& DestinationJoiner::valueOf(Reference reference) {
     return place->second;
 }
 
-bool DestinationJoiner::editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed) {
-    bool any = false;
-    const Object result = edited(Parser(text).parse(), overlay, any);
-    if (any) result.write(changed);
-    return any;
-}
-
-Object DestinationJoiner::edited(const Object& object, const Overlay* overlay, bool& changed) {
-    if (const Array* array = object.array()) {
+Object DestinationJoiner::withLinks(const Object& value, const Overlay* overlay) {
+    if (const Array* array = value.array()) {
         Array result;
-        for (const Object& element : *array) result.push_back(edited(element, overlay, changed));
+        for (const Object& element : *array) result.push_back(withLinks(element, overlay));
         return result;
     }
-    const Dictionary* dictionary = object.dictionary();
-    if (!dictionary) return object;
+    const Dictionary* dictionary = value.dictionary();
+    if (!dictionary) return value;
     const Dictionary& entries = *dictionary;
     const bool goesTo = source_->reader().resolve(entries["S"]).isName("GoTo");
     const bool isOutlineItem = !entries["Title"].isNull() && !entries["Parent"].isNull();
     const bool isLink = isOutlineItem || source_->reader().resolve(entries["Subtype"]).isName("Link");
     Dictionary result;
-    for (const auto& [key, value] : entries.entries()) {
+    for (const auto& [key, entry] : entries.entries()) {
         const bool leads = (key == "Dest" && isLink) || (key == "D" && goesTo);
-        const auto replaced = leads ? replacement(value, overlay) : std::nullopt;
-        changed = changed || replaced;
-        result.append(key, replaced ? Parser(*replaced).parse() : edited(value, overlay, changed));
+        const auto replaced = leads ? replacement(entry, overlay) : std::nullopt;
+        result.append(key, replaced ? Parser(*replaced).parse() : withLinks(entry, overlay));
     }
     return result;
 }

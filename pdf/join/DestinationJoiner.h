@@ -1,7 +1,6 @@
 #pragma once
 
 #include "pdf/join/JoinedNames.h"
-#include "pdf/join/LinkScanner.h"
 #include "pdf/join/SourceCopies.h"
 #include "pdf/read/DestinationResolver.h"
 #include "pdf/write/ObjectEditor.h"
@@ -28,8 +27,11 @@ public:
     void begin(const SourceCopies& source);
     /// After they were.
     void end();
-    /// Changes the links by name in an object. False when it has none to change.
-    bool edit(std::string_view text, const Overlay* overlay, std::string& changed);
+    /// What takes the place of the text of a link's destination; nothing if it stays. `overlay` is that of the copy
+    /// that the link is for; null: the first.
+    [[nodiscard]] std::optional<std::string> replacement(std::string_view destination, const Overlay* overlay);
+    /// The same for the links in a value.
+    [[nodiscard]] Object withLinks(const Object& value, const Overlay* overlay);
 
     /// Whether there is a source to edit objects of.
     [[nodiscard]] bool isActive() const noexcept { return source_ != nullptr; }
@@ -47,17 +49,14 @@ private:
     void add(const NamedValues& names, bool old);
     void keep(Name& name);
     [[nodiscard]] bool isLive(const Object& value);
-    [[nodiscard]] std::optional<std::string> replacement(std::string_view name, bool isName, const Overlay* overlay);
+    [[nodiscard]] std::optional<std::string> renamed(std::string_view name, bool isName, const Overlay* overlay);
     [[nodiscard]] std::string pageReference(std::string_view index) const;
     [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
-    bool editThroughParser(std::string_view text, const Overlay* overlay, std::string& changed);
-    [[nodiscard]] Object edited(const Object& object, const Overlay* overlay, bool& changed);
-    [[nodiscard]] std::optional<std::string> replacementOf(std::string_view value, LinkScanner::Kind kind,
-                                                           const Overlay* overlay);
     [[nodiscard]] std::optional<std::string> replacement(const Object& destination, const Overlay* overlay);
     [[nodiscard]] std::optional<std::string> withPage(const Array& destination) const;
     [[nodiscard]] const Object& valueOf(Reference reference);
     [[nodiscard]] std::string joinedValue(const Object& value);
+    [[nodiscard]] static std::string_view explicitText(const ObjectText& object);
 
     JoinedNames joined_;
     // Of the source being copied.
@@ -68,7 +67,6 @@ private:
     std::unordered_map<std::string_view, std::uint32_t> tree_;
     std::unordered_map<std::string_view, std::uint32_t> old_;
     std::unordered_map<std::uint32_t, Object> indirect_;  // destinations by object number, see `valueOf`
-    LinkScanner scanner_;
 };
 
 }  // namespace quillon::pdf

@@ -68,8 +68,8 @@ void DocumentJoiner::begin(const SourcePlan& plan, PageCopies& pages, SourceDocu
     for (const SourcePlan::Copy& copy : plan.copies()) taken.insert(copy.sourcePage);
     source_.emplace(SourceCopies{plan, pages, document, copier, catalog_, ordinal_, isBase,
                                  taken.size() >= document.pages().pages().size()});
-    if (!isBase || joinsNames_ || joinsForms_ || joinsStructure_ || pages.groups() > 1) copier.setEditor(this);
     if (!isBase || joinsNames_) destinations_.begin(*source_);
+    if (!isBase || joinsNames_ || joinsForms_ || joinsStructure_ || pages.groups() > 1) copier.setEditor(this);
     if (joinsForms_) forms_.begin(*source_);
     if (joinsStructure_) structure_.begin(*source_);
     if (joinsArticles_) articles_.begin(*source_);
@@ -161,7 +161,7 @@ void DocumentJoiner::writeNames(std::string& catalogEntries) {
     if (!names.empty()) catalogEntries += "/Names<<" + names + ">>";
 }
 
-ObjectEditor::Verdict DocumentJoiner::edit(const Copied& object, std::string_view text, std::string& changed) {
+bool DocumentJoiner::edit(const Copied& object, std::string_view text, std::string& changed) {
     const std::uint32_t group = object.overlay ? group_ : 0;
     bool any = false;
     // Each goes on with what the one before it has made.
@@ -179,10 +179,7 @@ ObjectEditor::Verdict DocumentJoiner::edit(const Copied& object, std::string_vie
         apply(
             [&](std::string_view from, std::string& to) { return structure_.edit(*source_, object, group, from, to); });
     }
-    if (destinations_.isActive()) {
-        apply([&](std::string_view from, std::string& to) { return destinations_.edit(from, object.overlay, to); });
-    }
-    return any ? Verdict::Change : Verdict::Keep;
+    return any;
 }
 
 std::string DocumentJoiner::structureKey(std::string_view key, const Copied* page) {

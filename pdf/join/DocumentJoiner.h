@@ -43,7 +43,14 @@ public:
     /// When all sources have been copied: appends the joined entries of the catalog.
     void write(const PageTreeWriter& pages, std::string& catalogEntries);
 
-    Verdict edit(const Copied& object, std::string_view text, std::string& changed) override;
+    bool edit(const Copied& object, std::string_view text, std::string& changed) override;
+    [[nodiscard]] bool editsLinks() const override { return destinations_.isActive(); }
+    [[nodiscard]] std::optional<std::string> destination(std::string_view text, const Overlay* overlay) override {
+        return destinations_.replacement(text, overlay);
+    }
+    [[nodiscard]] Object withLinks(const Object& value, const Overlay* overlay) override {
+        return destinations_.withLinks(value, overlay);
+    }
     std::string structureKey(std::string_view key, const Copied* page) override;
 
 private:

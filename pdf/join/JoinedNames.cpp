@@ -60,6 +60,28 @@ std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
     return level.empty() ? output.addObject("<</" + std::string(leaves) + "[]>>") : level.front().number;
 }
 
+using Values = std::vector<std::pair<std::string_view, std::string>>;
+
+/// The names of each source come in order, or nearly so; such runs are merged.
+void sortRuns(Values& values) {
+    const auto less = [](const auto& a, const auto& b) { return a.first < b.first; };
+    std::vector<Values::iterator> ends;
+    for (auto at = values.begin(); at != values.end(); ends.push_back(at)) {
+        at = std::is_sorted_until(at, values.end(), less);
+    }
+    while (ends.size() > 1) {
+        std::vector<Values::iterator> merged;
+        auto begin = values.begin();
+        for (std::size_t i = 0; i < ends.size(); i += 2) {
+            const auto end = i + 1 < ends.size() ? ends[i + 1] : ends[i];
+            std::inplace_merge(begin, ends[i], end, less);
+            merged.push_back(end);
+            begin = end;
+        }
+        ends = std::move(merged);
+    }
+}
+
 }  // namespace
 
 std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
@@ -80,7 +102,7 @@ void JoinedNames::set(std::string_view name, std::string value) {
 }
 
 std::uint32_t JoinedNames::write(ObjectOutput& output) {
-    std::ranges::sort(values_, {}, &std::pair<std::string_view, std::string>::first);
+    sortRuns(values_);
     return writeTree(output, "Names", values_);
 }
 

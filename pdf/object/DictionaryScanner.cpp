@@ -28,9 +28,9 @@ bool DictionaryScanner::next(Entry& entry) noexcept {
     if (position_ >= text_.size() || text_[position_] != '/') return false;
     std::size_t keyEnd = position_ + 1;
     while (keyEnd < text_.size() && isRegular(text_[keyEnd])) ++keyEnd;
-    const auto valueEnd = skipValue(text_, keyEnd);
-    if (!valueEnd) return false;
     const std::size_t valueBegin = skipBlank(text_, keyEnd);
+    const auto valueEnd = skipValue(text_, valueBegin);
+    if (!valueEnd) return false;
     entry.key = text_.substr(position_ + 1, keyEnd - position_ - 1);
     entry.value = text_.substr(valueBegin, *valueEnd - valueBegin);
     position_ = *valueEnd;
@@ -55,12 +55,16 @@ std::string_view soundDictionary(std::string_view text, std::string& repaired) {
     return repaired;
 }
 
+std::string decodedKey(std::string_view key) {
+    std::string withSlash = "/";
+    withSlash += key;
+    return Lexer(withSlash).next().value;
+}
+
 bool keyIs(std::string_view key, std::string_view name) {
     if (key == name) return true;
     if (key.size() <= name.size() || key.find('#') == std::string_view::npos) return false;
-    std::string withSlash = "/";
-    withSlash += key;
-    return Lexer(withSlash).next().value == name;
+    return decodedKey(key) == name;
 }
 
 std::string_view findValue(std::string_view text, std::string_view name) {

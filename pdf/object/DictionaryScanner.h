@@ -40,6 +40,9 @@ private:
 /// none.
 [[nodiscard]] std::string_view soundDictionary(std::string_view text, std::string& repaired);
 
+/// A key as written in a file, with its `#xx` escapes resolved.
+[[nodiscard]] std::string decodedKey(std::string_view key);
+
 /// Whether a key as written in a file means `name`; `#xx` escapes are honoured.
 [[nodiscard]] bool keyIs(std::string_view key, std::string_view name);
 

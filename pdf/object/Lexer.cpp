@@ -196,4 +196,11 @@ void Lexer::readRegular(Token& token) {
     token.value = run;
 }
 
+std::optional<std::string_view> plainString(std::string_view value) noexcept {
+    if (value.size() < 2 || value.front() != '(') return std::nullopt;
+    const std::string_view text = value.substr(1, value.size() - 2);
+    const bool isPlain = std::ranges::none_of(text, [](char c) { return c == '\\' || c == '(' || c == '\r'; });
+    return isPlain ? std::optional(text) : std::nullopt;
+}
+
 }  // namespace quillon::pdf

@@ -58,6 +58,10 @@ private:
 /// value does not fit.
 [[nodiscard]] std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& position) noexcept;
 
+/// The text of a literal string (`value` is all of it, with its brackets) that is written without any escape; nothing
+/// for any other value.
+[[nodiscard]] std::optional<std::string_view> plainString(std::string_view value) noexcept;
+
 /// Moves `position` over white space.
 inline void skipWhiteSpace(std::string_view text, std::size_t& position) noexcept {
     while (position < text.size() && isWhiteSpace(text[position])) ++position;

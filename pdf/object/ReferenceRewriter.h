@@ -2,6 +2,7 @@
 
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Characters.h"
+#include "pdf/object/LinkFinder.h"
 #include "pdf/object/Object.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -22,7 +24,18 @@ namespace quillon::pdf {
 // again. Text whose brackets or strings are not balanced, or that holds a comment, takes the slow road through the
 // parser instead, so what is written never spoils the objects around it.
 
-/// How a value's references are given their new numbers: a callable `std::uint32_t(Reference)`, 0 for null.
+/// A mapper that says where links lead, too. Whether it does at all is asked each time, by `editsLinks`.
+template <class Mapper>
+concept LinkMapper = requires(Mapper mapper, std::string_view destination, const Object& value) {
+    { mapper.editsLinks() } -> std::same_as<bool>;
+    /// What takes the place of the text of a destination, its references not mapped yet; nothing if it stays.
+    { mapper.destination(destination) } -> std::same_as<std::optional<std::string>>;
+    /// The same for all links in a value.
+    { mapper.withLinks(value) } -> std::same_as<Object>;
+};
+
+/// `Mapper`: how references are given their new numbers, a callable `std::uint32_t(Reference)`, 0 for null. It may be a
+/// LinkMapper as well.
 template <class Mapper>
 class ReferenceRewriter {
 public:
@@ -58,7 +71,9 @@ private:
     struct Run {
         std::string_view text;
         std::string& out;
-        std::size_t begin;
+        std::size_t begin;  // of what is not copied yet
+        BracketStack open;
+        std::size_t looked = 0;  // bytes that were read only to find links
     };
 
     /// A name or a number.
@@ -67,6 +82,8 @@ private:
         return std::all_of(text.begin() + 1, text.end(), [](char c) { return isRegular(c); });
     }
     std::optional<std::size_t> scalar(std::string_view text, std::size_t position, std::string& out);
+    [[nodiscard]] bool step(Run& run, std::size_t& at);
+    [[nodiscard]] bool destination(Run& run, std::size_t& at);
     void reference(Run& run, std::size_t mark);
     void append(std::uint32_t number, std::string& out);
     Object mapped(const Object& object);
@@ -76,11 +93,7 @@ private:
 
 namespace detail {
 
-inline constexpr auto rewriterStops = [] {
-    std::array<bool, 256> stops{};
-    for (const char c : std::string_view("(<>[]%Rj")) stops[static_cast<unsigned char>(c)] = true;
-    return stops;
-}();
+inline constexpr CharacterSet rewriterStops = characterSet("(<>[]%RjD#");
 
 /// Whether the `j` at `at` ends the keyword `obj` or `endobj`: then a bracket is missing.
 [[nodiscard]] inline bool endsObjectKeyword(std::string_view text, std::size_t at) noexcept {
@@ -104,45 +117,77 @@ auto ReferenceRewriter<Mapper>::fast(std::string_view text, std::size_t position
         const auto end = scalar(text, at, out);
         return end ? Result{Status::Done, *end} : fail();
     }
-    BracketStack open;
-    Run run{text, out, at};
+    Run run{text, out, at, {}, 0};
     do {
-        while (at < text.size() && !detail::rewriterStops[static_cast<unsigned char>(text[at])]) ++at;
-        if (at >= text.size()) return fail();
-        const char c = text[at];
-        const bool doubled = at + 1 < text.size() && text[at + 1] == c;
-        bool ok = true;
-        if (c == '(') {
-            const auto end = skipLiteralString(text, at);
-            ok = end.has_value();
-            at = end.value_or(at);
-        } else if (c == '[') {
-            ok = open.push(c);
-            ++at;
-        } else if (c == '<' && doubled) {
-            ok = open.push(c);
-            at += 2;
-        } else if (c == '<') {
-            const std::size_t close = text.find('>', at);
-            ok = close != std::string_view::npos;
-            at = close + 1;
-        } else if (c == ']') {
-            ok = open.pop('[');
-            ++at;
-        } else if (c == '>') {
-            ok = doubled && open.pop('<');
-            at += 2;
-        } else if (c == 'R') {
-            reference(run, at);
-            ++at;
-        } else {
-            ok = c == 'j' && !detail::endsObjectKeyword(text, at);
-            ++at;
-        }
-        if (!ok) return fail();
-    } while (!open.empty());
+        at = findAny(text, at, detail::rewriterStops);
+        if (at >= text.size() || !step(run, at)) return fail();
+    } while (!run.open.empty());
     out.append(text, run.begin, at - run.begin);
     return {Status::Done, at};
+}
+
+/// Takes what stands at a stop. False where the fast road ends.
+template <class Mapper>
+bool ReferenceRewriter<Mapper>::step(Run& run, std::size_t& at) {
+    const std::string_view text = run.text;
+    const std::size_t place = at++;
+    const char c = text[place];
+    const bool doubled = at < text.size() && text[at] == c;
+    switch (c) {
+        case '(': {
+            const auto end = skipLiteralString(text, place);
+            at = end.value_or(at);
+            return end.has_value();
+        }
+        case '[':
+            return run.open.push(c, place);
+        case ']':
+            return run.open.pop('[');
+        case '<': {
+            if (doubled) {
+                ++at;
+                return run.open.push(c, place);
+            }
+            const std::size_t close = text.find('>', at);
+            at = close + 1;
+            return close != std::string_view::npos;
+        }
+        case '>':
+            ++at;
+            return doubled && run.open.pop('<');
+        case 'R':
+            reference(run, place);
+            return true;
+        case 'j':
+            return !detail::endsObjectKeyword(text, place);
+        case 'D':
+        case '#':
+            return destination(run, at);
+        default:
+            return false;
+    }
+}
+
+/// Looks whether the character before `at` belongs to the key of a destination, and replaces that. False where only the
+/// parser can tell.
+template <class Mapper>
+bool ReferenceRewriter<Mapper>::destination(Run& run, std::size_t& at) {
+    if constexpr (LinkMapper<Mapper>) {
+        if (!run.open.isIn('<') || !mapper_.editsLinks()) return true;
+        const FoundLink link = findLink(run.text, run.open.place(), at - 1);
+        // Names that only look like keys must not have a large dictionary read again for each.
+        run.looked += link.looked;
+        if (run.looked > 4 * (run.text.size() + BracketStack::deepest)) return false;
+        if (link.kind != FoundLink::Kind::Destination) return link.kind == FoundLink::Kind::None;
+        const auto replaced = mapper_.destination(run.text.substr(link.begin, link.end - link.begin));
+        if (!replaced) return true;
+        run.out.append(run.text, run.begin, link.begin - run.begin);
+        if (isRegular(run.out.back()) && isRegular(replaced->front())) run.out += ' ';
+        value(*replaced, run.out);
+        run.begin = at = link.end;
+        if (isRegular(run.out.back()) && at < run.text.size() && isRegular(run.text[at])) run.out += ' ';
+    }
+    return true;
 }
 
 /// `mark` is the place of an `R`. If it ends a reference, writes the run before it and the new reference.
@@ -206,7 +251,11 @@ std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view te
 template <class Mapper>
 std::size_t ReferenceRewriter<Mapper>::slow(std::string_view text, std::size_t position, std::string& out) {
     Parser parser(text, position);
-    mapped(parser.parse()).write(out);
+    Object parsed = parser.parse();
+    if constexpr (LinkMapper<Mapper>) {
+        if (mapper_.editsLinks()) parsed = mapper_.withLinks(parsed);
+    }
+    mapped(parsed).write(out);
     return parser.position();
 }
 

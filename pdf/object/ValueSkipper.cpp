@@ -1,14 +1,13 @@
 #include "pdf/object/ValueSkipper.h"
 
 #include "pdf/object/BracketStack.h"
-#include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
-
-#include <array>
 
 namespace quillon::pdf {
 
 namespace {
+
+constexpr CharacterSet stringStops = characterSet("\\()");
 
 std::size_t skipRegular(std::string_view text, std::size_t position) noexcept {
     while (position < text.size() && isRegular(text[position])) ++position;
@@ -47,17 +46,13 @@ std::optional<std::size_t> skipScalar(std::string_view text, std::size_t at) noe
     }
 }
 
-constexpr auto bracketStops = [] {
-    std::array<bool, 256> stops{};
-    for (const char c : std::string_view("(<>[]%")) stops[static_cast<unsigned char>(c)] = true;
-    return stops;
-}();
+constexpr CharacterSet bracketStops = characterSet("(<>[]%");
 
 /// Behind an array or dictionary. What stands between brackets, strings and comments is passed over unseen.
 std::optional<std::size_t> skipBracketed(std::string_view text, std::size_t at) noexcept {
     BracketStack open;
     do {
-        while (at < text.size() && !bracketStops[static_cast<unsigned char>(text[at])]) ++at;
+        at = findAny(text, at, bracketStops);
         if (at >= text.size()) return std::nullopt;
         const char c = text[at];
         const bool doubled = at + 1 < text.size() && text[at + 1] == c;
@@ -80,9 +75,7 @@ std::optional<std::size_t> skipBracketed(std::string_view text, std::size_t at) 
 
 }  // namespace
 
-std::size_t skipBlank(std::string_view text, std::size_t position) noexcept {
-    skipWhiteSpace(text, position);
-    if (position >= text.size() || text[position] != '%') return position;
+std::size_t detail::skipComments(std::string_view text, std::size_t position) noexcept {
     Lexer lexer(text, position);
     lexer.skipWhiteSpaceAndComments();
     return lexer.position();
@@ -90,13 +83,14 @@ std::size_t skipBlank(std::string_view text, std::size_t position) noexcept {
 
 std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t position) noexcept {
     std::size_t depth = 0;
-    for (std::size_t at = position; at < text.size(); ++at) {
+    for (std::size_t at = findAny(text, position, stringStops); at < text.size();
+         at = findAny(text, at + 1, stringStops)) {
         const char c = text[at];
         if (c == '\\') {
             ++at;
         } else if (c == '(') {
             ++depth;
-        } else if (c == ')' && --depth == 0) {
+        } else if (--depth == 0) {
             return at + 1;
         }
     }

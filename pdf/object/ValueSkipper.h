@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/object/Characters.h"
+
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -14,7 +16,14 @@ namespace quillon::pdf {
 /// Behind the string that starts at `position` with `(`; nothing when it is not closed.
 [[nodiscard]] std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t position) noexcept;
 
+namespace detail {
+[[nodiscard]] std::size_t skipComments(std::string_view text, std::size_t position) noexcept;
+}
+
 /// Behind white space and comments.
-[[nodiscard]] std::size_t skipBlank(std::string_view text, std::size_t position) noexcept;
+[[nodiscard]] inline std::size_t skipBlank(std::string_view text, std::size_t position) noexcept {
+    while (position < text.size() && isWhiteSpace(text[position])) ++position;
+    return position < text.size() && text[position] == '%' ? detail::skipComments(text, position) : position;
+}
 
 }  // namespace quillon::pdf

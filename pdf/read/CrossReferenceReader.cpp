@@ -181,6 +181,8 @@ bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::s
         const auto first = index[i].integer();
         const auto count = index[i + 1].integer();
         if (!first || !count || *first < 0 || *count < 0) return false;
+        const auto rows = std::min<std::uint64_t>(static_cast<std::uint64_t>(*count), data.size() / row);
+        table_.entries.expect(static_cast<std::uint64_t>(*first) + rows);
         for (std::int64_t n = 0; n < *count && data.size() >= row; ++n, data.remove_prefix(row)) {
             if (++rows_ > file_.file().size() + limits::tableMargin) return false;
             const std::uint64_t number = static_cast<std::uint64_t>(*first) + static_cast<std::uint64_t>(n);

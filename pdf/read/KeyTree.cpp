@@ -1,6 +1,7 @@
 #include "pdf/read/KeyTree.h"
 
 #include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/Limits.h"
@@ -26,6 +27,21 @@ std::size_t bytesOf(const std::string& key) {
 
 std::size_t bytesOf(std::int64_t) {
     return sizeof(std::int64_t);
+}
+
+/// What a leaf holds nearly always, a plain string and a reference, is read without the parser.
+Object readLeaf(std::string_view value) {
+    if (const auto text = plainString(value)) return std::string(*text);
+    std::size_t at = 0;
+    if (value.ends_with('R')) {
+        const auto number = readUnsigned(value, at);
+        skipWhiteSpace(value, at);
+        const auto generation = number && *number <= UINT32_MAX ? readUnsigned(value, at) : std::nullopt;
+        skipWhiteSpace(value, at);
+        if (generation && *generation <= UINT16_MAX && at + 1 == value.size())
+            return Reference{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)};
+    }
+    return Parser(value).parse();
 }
 
 /// One walk through a tree with keys of type `Key`.
@@ -86,11 +102,11 @@ private:
     void takeLeaves(std::string_view array) {
         std::size_t at = 1;
         const auto next = [&]() -> std::optional<Object> {
-            const auto end = at < array.size() ? skipValue(array, at) : std::nullopt;
+            const std::size_t begin = skipBlank(array, at);
+            const auto end = skipValue(array, begin);
             if (!end) return std::nullopt;
-            const std::string_view value = array.substr(at, *end - at);
             at = *end;
-            return Parser(value).parse();
+            return readLeaf(array.substr(begin, at - begin));
         };
         while (!full_) {
             const auto first = next();

@@ -18,7 +18,7 @@ class Source;
 class SourceRegistry {
 public:
     /// Bytes of structure that all sources together keep between uses.
-    static constexpr std::size_t mostKept = 4U << 20U;
+    static constexpr std::size_t mostKept = 16U << 20U;
     /// The file of a structure that may be kept is larger by this much: a small one is read again quickly.
     static constexpr std::size_t leastRatio = 8;
 

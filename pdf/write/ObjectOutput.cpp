@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace quillon::pdf {
 
@@ -14,9 +15,13 @@ namespace {
 
 constexpr std::string_view streamEnd = "\nendstream\nendobj\n";
 
+void putBigEndian(char* out, std::uint64_t value, unsigned bytes) {
+    for (unsigned i = 0; i < bytes; ++i) out[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+}
+
 void appendBigEndian(std::string& out, std::uint64_t value, unsigned bytes) {
     std::array<char, 8> text{};
-    for (unsigned i = 0; i < bytes; ++i) text[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+    putBigEndian(text.data(), value, bytes);
     out.append(text.data(), bytes);
 }
 
@@ -58,12 +63,13 @@ void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
 void ObjectOutput::flushBody() {
     if (packed_.empty()) return;
     const std::uint32_t stream = reserve();
-    std::string index;
+    char* index = body_.data();
     for (std::size_t i = 0; i < packed_.size(); ++i) {
-        index += std::to_string(packed_[i].number) + ' ' + std::to_string(packed_[i].offset) + ' ';
+        for (const auto value : {std::size_t{packed_[i].number}, packed_[i].offset}) {
+            index = std::to_chars(index, body_.data() + indexRoom, value).ptr + 1;  // a blank is there already
+        }
         places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;
     }
-    body_.replace(0, index.size(), index);
     pipeline_.writeDeflated(stream,
                             "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom),
                             std::move(body_));
@@ -286,14 +292,14 @@ std::string ObjectOutput::crossReferences(unsigned width) const {
     UpPredictor predictor(3 + width);
     std::string rows;
     rows.reserve(places_.size() * (4 + width));
-    std::string row;
+    std::string row(3 + width, '\0');
     for (std::size_t number = 0; number < places_.size(); ++number) {
         const std::uint64_t place = places_[number];
         const bool packed = (place & inStream) != 0;
         constexpr std::uint64_t indexMask = 0xffff;
-        row.assign(1, static_cast<char>(packed ? 2 : place != 0 ? 1 : 0));
-        appendBigEndian(row, packed ? (place & ~inStream) >> 16U : place, width);
-        appendBigEndian(row, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+        row[0] = static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
+        putBigEndian(&row[1], packed ? (place & ~inStream) >> 16U : place, width);
+        putBigEndian(&row[1 + width], packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
         predictor.addRow(row, rows);
     }
     return rows;

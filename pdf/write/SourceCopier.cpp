@@ -21,14 +21,6 @@ bool isPageObject(std::string_view text) {
 
 constexpr auto resourcesIndex = static_cast<std::size_t>(InheritedAttribute::Resources);
 
-/// Behind a dictionary or array that `endobj` follows; npos where it is not sure.
-std::size_t endOfPlainObject(std::string_view text) {
-    std::size_t end = text.find("endobj");
-    if (end == std::string_view::npos) return end;
-    while (end > 0 && isWhiteSpace(text[end - 1])) --end;
-    return end > 1 && (text[end - 1] == ']' || text.substr(end - 2, 2) == ">>") ? end : std::string_view::npos;
-}
-
 bool oneOf(std::string_view key, std::span<const std::string_view> names) {
     return std::ranges::any_of(names, [key](std::string_view name) { return keyIs(key, name); });
 }
@@ -70,17 +62,19 @@ std::uint32_t SourceCopier::discover(Reference reference) {
     const CrossReferenceEntry entry = table.entries.get(reference.number);
     using enum CrossReferenceEntry::Kind;
     if (!reader_.exists(reference)) return 0;
+    std::uint32_t length = 0;
     if (entry.kind == InFile) {
-        if (const auto stream = copyStreamNow(reference)) return *stream;
+        if (const auto stream = copyStreamNow(reference, length)) return *stream;
     }
     const std::uint32_t number = output_.reserve();
     numbers_.at(reference.number) = number;
-    pending_.push_back({reference, number, entry.kind == InFile && openStreams_.size() == deepestStream});
+    pending_.push_back({reference, number, length, entry.kind == InFile && openStreams_.size() == deepestStream});
     return number;
 }
 
-/// Copies the object if it is a stream. Nothing for any other object, and for a stream too deep inside others.
-std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference) {
+/// Copies the object if it is a stream. Nothing for any other object, whose `length` is found by the way, and for a
+/// stream too deep inside others.
+std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference, std::uint32_t& length) {
     for (auto& [open, number] : openStreams_) {
         if (open != reference.number) continue;
         if (number == 0) number = output_.reserve();
@@ -89,6 +83,7 @@ std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference) {
     const auto object = reader_.findWhole(reference);
     if (!object) return 0;
     if (!object->streamData()) {
+        length = static_cast<std::uint32_t>(object->valueEnd);
         if (!isPageObject(object->value())) return std::nullopt;
         numbers_.at(reference.number) = null;
         return 0;
@@ -196,29 +191,21 @@ void SourceCopier::copyObject(const Pending& pending) {
             return;
         }
     }
-    if (editor_ && copyEdited(pending)) return;
-    auto object = reader_.find(pending.reference);
+    auto object = reader_.find(pending.reference, std::max<std::size_t>(pending.length, ObjectReader::usualObject));
+    // What stands in an object stream is there as a whole.
+    const bool isWhole = pending.length != 0 || (object && !object->inFile);
+    if (object && !isWhole && editor_) object = reader_.findWhole(pending.reference);
     if (!object) return;
-    if (!object->inFile && isPageObject(object->text())) return;
-    if (tryPlain(pending.number, object->text())) return;
-    if (!object->complete) object = reader_.findWhole(pending.reference);
-    if (object) writePlain(pending.number, object->text());
-}
-
-/// False when the editor has nothing to change.
-bool SourceCopier::copyEdited(const Pending& pending) {
-    auto object = reader_.find(pending.reference);
-    // What stands in an object stream is there as a whole. Elsewhere the end of an object is found faster by its
-    // keyword than by reading it.
-    const std::size_t end = object && object->inFile ? endOfPlainObject(object->text()) : std::string_view::npos;
-    if (object && object->inFile && end == std::string_view::npos) object = reader_.findWhole(pending.reference);
-    if (!object) return false;
-    const std::string_view text = object->value().substr(0, end);
-    if (isPageObject(text)) return false;
+    const std::string_view text = pending.length != 0 ? object->text().substr(0, pending.length) : object->value();
+    if (pending.length == 0 && (!object->inFile || editor_) && isPageObject(text)) return;
     edited_.clear();
-    const auto verdict = editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_);
-    if (verdict == ObjectEditor::Verdict::Change) writePlain(pending.number, edited_);
-    return verdict != ObjectEditor::Verdict::Keep;
+    if (editor_ && editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_)) {
+        writePlain(pending.number, edited_);
+        return;
+    }
+    if (tryPlain(pending.number, text)) return;
+    if (!isWhole) object = reader_.findWhole(pending.reference);
+    if (object) writePlain(pending.number, isWhole ? text : object->text());
 }
 
 bool SourceCopier::tryPlain(std::uint32_t number, std::string_view text) {
@@ -254,7 +241,7 @@ void SourceCopier::copyValue(std::string_view text, const Overlay* overlay, std:
 
 void SourceCopier::copyEditedValue(std::string_view text, const Overlay* overlay, std::string& out) {
     std::string changed;
-    const bool isChanged = editor_ && editor_->edit({0, 0, overlay}, text, changed) == ObjectEditor::Verdict::Change;
+    const bool isChanged = editor_ && editor_->edit({0, 0, overlay}, text, changed);
     copyValue(isChanged ? changed : text, overlay, out);
 }
 
@@ -276,8 +263,7 @@ bool SourceCopier::copyPage(const PageJob& job) {
     }
     if (editor_) {
         std::string changed;
-        const auto verdict = editor_->edit({job.page->number, job.number, overlay_}, text, changed);
-        if (verdict == ObjectEditor::Verdict::Change) text = std::move(changed);
+        if (editor_->edit({job.page->number, job.number, overlay_}, text, changed)) text = std::move(changed);
     }
     // The page is put together apart, since resources written for it go into the body as well.
     std::string page;
@@ -363,10 +349,8 @@ std::uint32_t SourceCopier::inheritedResources(std::int64_t node) {
 void SourceCopier::copyCatalog(std::span<const std::string_view> dropped, std::string& out) {
     const auto object = document_.catalog() ? reader_.findWhole(*document_.catalog()) : std::nullopt;
     if (!object) return;
-    // An action that stands in the catalog may lead to a page by a name.
     std::string changed;
-    const bool isChanged =
-        editor_ && editor_->edit({0, 0, nullptr}, object->value(), changed) == ObjectEditor::Verdict::Change;
+    const bool isChanged = editor_ && editor_->edit({0, 0, nullptr}, object->value(), changed);
     writeEntries(isChanged ? changed : object->text(), dropped, out);
 }
 
@@ -381,7 +365,7 @@ void SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view tex
     if (!annotations.array()) return;
     const auto duplicate = [&](Reference reference) {
         if (overlay.covers(reference.number)) return;
-        copies.push_back({reference, output_.reserve(), false});
+        copies.push_back({reference, output_.reserve(), 0, false});
         overlay.set(reference.number, copies.back().number);
     };
     if (const Object direct = Parser(value).parse(); direct.reference()) duplicate(*direct.reference());
@@ -405,7 +389,7 @@ void SourceCopier::collectPrivate(const Object& value, Overlay& overlay, std::ve
     if (const Reference* reference = value.reference()) {
         if (numbers_.get(reference->number) == null || !isPlain(*reference)) return;
         if (overlay.find(reference->number) != 0) return;
-        copies.push_back({*reference, output_.reserve(), false});
+        copies.push_back({*reference, output_.reserve(), 0, false});
         overlay.set(reference->number, copies.back().number);
         collectPrivate(reader_.parse(*reference), overlay, copies, depth + 1);
     } else if (const Array* array = value.array()) {

@@ -46,7 +46,10 @@ public:
         return number == null ? 0 : number;
     }
     /// Shows plain objects to `editor` before they are copied; null: none. It must outlive the copier.
-    void setEditor(ObjectEditor* editor) noexcept { editor_ = editor; }
+    void setEditor(ObjectEditor* editor) {
+        editor_ = editor;
+        editsLinks_ = editor && editor->editsLinks();
+    }
 
     struct PageJob {
         const PageTree::Page* page = nullptr;
@@ -82,19 +85,26 @@ private:
     struct Pending {
         Reference reference;
         std::uint32_t number;
+        std::uint32_t length;  // of the value, which is known to be no page; 0 where nothing is known
         bool maybeStream;
     };
     struct Mapper {
         SourceCopier* copier;
         std::uint32_t operator()(Reference reference) const { return copier->map(reference); }
+        [[nodiscard]] bool editsLinks() const { return copier->editsLinks_; }
+        [[nodiscard]] std::optional<std::string> destination(std::string_view text) const {
+            return copier->editor_->destination(text, copier->overlay_);
+        }
+        [[nodiscard]] Object withLinks(const Object& value) const {
+            return copier->editor_->withLinks(value, copier->overlay_);
+        }
     };
 
     std::uint32_t map(Reference reference);
     std::uint32_t discover(Reference reference);
-    std::optional<std::uint32_t> copyStreamNow(Reference reference);
+    std::optional<std::uint32_t> copyStreamNow(Reference reference, std::uint32_t& length);
     std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object);
     void copyObject(const Pending& pending);
-    bool copyEdited(const Pending& pending);
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
@@ -119,6 +129,7 @@ private:
     bool charges_ = true;               // whether what is copied counts towards what the file can hold
     bool isBase_;
     ObjectEditor* editor_ = nullptr;
+    bool editsLinks_ = false;
     std::string edited_;  // what the editor makes of an object; kept for its room
     std::vector<Pending> pending_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>>

@@ -1,0 +1,97 @@
+#include "pdf/object/LinkFinder.h"
+
+#include "pdf/object/Characters.h"
+#include "pdf/object/DictionaryScanner.h"
+
+#include <string>
+
+namespace quillon::pdf {
+
+namespace {
+
+/// The name, as written, that `place` belongs to; empty if it belongs to none.
+std::string_view nameAround(std::string_view text, std::size_t place) noexcept {
+    std::size_t begin = place;
+    while (begin > 0 && isRegular(text[begin - 1])) --begin;
+    if (begin == 0 || text[begin - 1] != '/') return {};
+    std::size_t end = place;
+    while (end < text.size() && isRegular(text[end])) ++end;
+    return text.substr(begin, end - begin);
+}
+
+enum class Key : std::uint8_t { Other, Action, Kind, Title, Parent, D, Dest };
+
+Key keyOf(std::string_view key) {
+    switch (key.size()) {
+        case 1:
+            if (key == "D") return Key::D;
+            return key == "S" ? Key::Action : Key::Other;
+        case 4:
+            if (key == "Dest") return Key::Dest;
+            break;
+        case 5:
+            if (key == "Title") return Key::Title;
+            break;
+        case 6:
+            if (key == "Parent") return Key::Parent;
+            break;
+        case 7:
+            if (key == "Subtype") return Key::Kind;
+            break;
+        default:
+            break;
+    }
+    if (key.find('#') == std::string_view::npos) return Key::Other;
+    const std::string decoded = decodedKey(key);
+    return decoded.find('#') == std::string::npos ? keyOf(decoded) : Key::Other;
+}
+
+/// What makes a destination of an entry: what else the dictionary says.
+struct Surroundings {
+    bool goesTo = false;
+    bool isLink = false;
+    bool hasTitle = false;
+    bool hasParent = false;
+    bool isUnsure = false;
+
+    void take(Key key, std::string_view value) {
+        if (key == Key::Title) hasTitle = true;
+        if (key == Key::Parent) hasParent = true;
+        if (key != Key::Action && key != Key::Kind) return;
+        // A name that stands elsewhere.
+        if (isDigit(value.front())) isUnsure = true;
+        if (!value.starts_with('/')) return;
+        if (key == Key::Action) goesTo = keyIs(value.substr(1), "GoTo");
+        if (key == Key::Kind) isLink = keyIs(value.substr(1), "Link");
+    }
+};
+
+}  // namespace
+
+FoundLink findLink(std::string_view text, std::size_t dictionary, std::size_t place) {
+    const std::string_view name = nameAround(text, place);
+    const Key sought = keyOf(name);
+    if (sought != Key::D && sought != Key::Dest) return {};
+    FoundLink found;
+    Surroundings around;
+    unsigned times = 0;
+    DictionaryScanner scanner(text.substr(dictionary));
+    for (DictionaryScanner::Entry entry; scanner.next(entry);) {
+        const Key key = keyOf(entry.key);
+        around.take(key, entry.value);
+        if (key == sought) ++times;
+        if (entry.key.data() != name.data()) continue;
+        found.begin = static_cast<std::size_t>(entry.value.data() - text.data());
+        found.end = found.begin + entry.value.size();
+    }
+    found.looked = scanner.position();
+    const bool isItem = around.isLink || (around.hasTitle && around.hasParent);
+    if (!scanner.valid() || around.isUnsure || times > 1) {
+        found.kind = FoundLink::Kind::Unsure;
+    } else if (found.end != 0 && (sought == Key::D ? around.goesTo : isItem)) {
+        found.kind = FoundLink::Kind::Destination;
+    }
+    return found;
+}
+
+}  // namespace quillon::pdf
