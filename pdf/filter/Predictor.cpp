@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
 
 namespace quillon::pdf {
 
@@ -83,22 +82,18 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
 }
 
 std::string predictUp(std::string_view data, std::size_t rowBytes) {
-    UpPredictor predictor(rowBytes);
     std::string out;
     out.reserve(data.size() + data.size() / rowBytes + 1);
-    for (; !data.empty(); data.remove_prefix(std::min(rowBytes, data.size()))) {
-        predictor.addRow(data.substr(0, rowBytes), out);
+    for (std::size_t at = 0; at < data.size(); at += rowBytes) {
+        const std::string_view row = data.substr(at, rowBytes);
+        out += '\2';
+        out += row;
+        if (at == 0) continue;
+        char* const predicted = out.data() + out.size() - row.size();
+        const char* const above = data.data() + at - rowBytes;
+        for (std::size_t i = 0; i < row.size(); ++i) predicted[i] = static_cast<char>(predicted[i] - above[i]);
     }
     return out;
-}
-
-void UpPredictor::addRow(std::string_view row, std::string& out) {
-    const std::size_t begin = out.size();
-    out.resize(begin + 1 + row.size());
-    char* const predicted = out.data() + begin + 1;
-    predicted[-1] = '\2';
-    for (std::size_t i = 0; i < row.size(); ++i)
-        predicted[i] = static_cast<char>(row[i] - std::exchange(above_[i], row[i]));
 }
 
 }  // namespace quillon::pdf

@@ -15,16 +15,4 @@ namespace quillon::pdf {
 /// other.
 [[nodiscard]] std::string predictUp(std::string_view data, std::size_t rowBytes);
 
-/// The same for rows that arrive one by one.
-class UpPredictor {
-public:
-    explicit UpPredictor(std::size_t rowBytes) : above_(rowBytes, '\0') {}
-
-    /// Appends the next row, of at most `rowBytes` bytes, to `out`.
-    void addRow(std::string_view row, std::string& out);
-
-private:
-    std::string above_;
-};
-
 }  // namespace quillon::pdf

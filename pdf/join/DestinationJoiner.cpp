@@ -43,7 +43,7 @@ void DestinationJoiner::begin(const SourceCopies& source) {
 void DestinationJoiner::add(const NamedValues& names, bool old) {
     auto& known = old ? old_ : tree_;
     for (const auto& [name, value] : names) {
-        if (known.try_emplace(name, static_cast<std::uint32_t>(entries_.size())).second) {
+        if (known.add(name, static_cast<std::uint32_t>(entries_.size()))) {
             entries_.push_back({&name, &value, {}, State::Waiting, old});
         }
     }
@@ -112,14 +112,10 @@ bool DestinationJoiner::isLive(const Object& value) {
 
 /// What takes the place of a name in a link of a page; nothing if it stays.
 std::optional<std::string> DestinationJoiner::renamed(std::string_view name, bool isName, const Overlay* overlay) {
-    const auto& known = isName ? old_ : tree_;
-    auto found = known.find(name);
-    if (found == known.end()) {
-        const auto& other = isName ? tree_ : old_;
-        found = other.find(name);
-        if (found == other.end()) return "null";
-    }
-    Name& entry = entries_[found->second];
+    auto place = (isName ? old_ : tree_).find(name);
+    if (!place) place = (isName ? tree_ : old_).find(name);
+    if (!place) return "null";
+    Name& entry = entries_[*place];
     if (overlay) return explicitly(entry, *overlay);
     if (entry.state == State::Waiting) {
         if (isLive(*entry.value)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/join/JoinedNames.h"
+#include "pdf/join/NameTable.h"
 #include "pdf/join/SourceCopies.h"
 #include "pdf/read/DestinationResolver.h"
 #include "pdf/write/ObjectEditor.h"
@@ -64,8 +65,8 @@ private:
     std::optional<DestinationResolver> resolver_;
     DestinationNames names_;
     std::vector<Name> entries_;
-    std::unordered_map<std::string_view, std::uint32_t> tree_;
-    std::unordered_map<std::string_view, std::uint32_t> old_;
+    NameTable tree_;  // places in `entries_`
+    NameTable old_;
     std::unordered_map<std::uint32_t, Object> indirect_;  // destinations by object number, see `valueOf`
 };
 

@@ -86,14 +86,14 @@ void sortRuns(Values& values) {
 
 std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
     std::string& kept = names_.emplace_back(name);
-    if (used_.insert(kept).second) return kept;
+    if (used_.add(kept, 0)) return kept;
     kept += "-" + std::to_string(ordinal);
-    if (used_.insert(kept).second) return kept;
+    if (used_.add(kept, 0)) return kept;
     const std::string base = kept;
     std::size_t& last = last_.try_emplace(base, 1).first->second;
     do {
         kept = base + '-' + std::to_string(++last);
-    } while (!used_.insert(kept).second);
+    } while (!used_.add(kept, 0));
     return kept;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/join/NameTable.h"
 #include "pdf/write/ObjectOutput.h"
 
 #include <cstdint>
@@ -7,7 +8,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -29,7 +29,7 @@ public:
 
 private:
     std::deque<std::string> names_;
-    std::unordered_set<std::string_view> used_;
+    NameTable used_;
     std::unordered_map<std::string, std::size_t> last_;  // counters of names that were taken more than once
     std::vector<std::pair<std::string_view, std::string>> values_;
 };

@@ -289,20 +289,19 @@ std::string ObjectOutput::encryptionEntry() {
 
 /// The rows of the cross-reference stream, predicted: type, place in `width` bytes, index or generation in two.
 std::string ObjectOutput::crossReferences(unsigned width) const {
-    UpPredictor predictor(3 + width);
-    std::string rows;
-    rows.reserve(places_.size() * (4 + width));
-    std::string row(3 + width, '\0');
-    for (std::size_t number = 0; number < places_.size(); ++number) {
-        const std::uint64_t place = places_[number];
+    std::string rows(places_.size() * (3 + width), '\0');
+    char* row = rows.data();
+    std::size_t number = 0;
+    for (const std::uint64_t place : places_) {
         const bool packed = (place & inStream) != 0;
         constexpr std::uint64_t indexMask = 0xffff;
-        row[0] = static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
-        putBigEndian(&row[1], packed ? (place & ~inStream) >> 16U : place, width);
-        putBigEndian(&row[1 + width], packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
-        predictor.addRow(row, rows);
+        *row = static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
+        putBigEndian(row + 1, packed ? (place & ~inStream) >> 16U : place, width);
+        putBigEndian(row + 1 + width, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
+        row += 3 + width;
+        ++number;
     }
-    return rows;
+    return predictUp(rows, 3 + width);
 }
 
 }  // namespace quillon::pdf
