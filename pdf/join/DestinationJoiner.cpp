@@ -1,7 +1,6 @@
 #include "pdf/join/DestinationJoiner.h"
 
 #include "pdf/object/Characters.h"
-#include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
@@ -16,36 +15,31 @@ std::optional<std::string_view> plainText(std::string_view value) {
     return value.find('#') == std::string_view::npos ? std::optional(value.substr(1)) : std::nullopt;
 }
 
-/// Whether the text of a destination is an array that names its page by a reference.
-bool namesPage(std::string_view destination) {
-    const std::size_t begin = skipBlank(destination, 1);
-    const std::size_t end = skipValue(destination, begin).value_or(begin);
-    return end != begin && isDigit(destination[begin]) && destination[end - 1] == 'R';
-}
-
 }  // namespace
 
 void DestinationJoiner::begin(const SourceCopies& source) {
     source_ = &source;
     resolver_.emplace(source.document);
-    names_ = readDestinationNames(source.document);
+    const DestinationNames& names = source.survey.destinations;
     entries_.clear();
     tree_.clear();
     old_.clear();
-    entries_.reserve(names_.tree.size() + names_.old.size());
-    tree_.reserve(names_.tree.size());
-    add(names_.tree, false);
-    add(names_.old, true);
+    entries_.reserve(names.tree.size() + names.old.size());
+    tree_.reserve(names.tree.size());
+    add(names.tree, 0, false);
+    add(names.old, names.tree.size(), true);
     if (!source.isWhole) return;
     for (Name& name : entries_) keep(name);
 }
 
-void DestinationJoiner::add(const NamedValues& names, bool old) {
+/// `index`: of the first of them in the survey.
+void DestinationJoiner::add(const NamedValues& names, std::size_t index, bool old) {
     auto& known = old ? old_ : tree_;
     for (const auto& [name, value] : names) {
         if (known.add(name, static_cast<std::uint32_t>(entries_.size()))) {
-            entries_.push_back({&name, &value, {}, State::Waiting, old});
+            entries_.push_back({&name, &value, index, {}, State::Waiting});
         }
+        ++index;
     }
 }
 
@@ -55,8 +49,12 @@ void DestinationJoiner::keep(Name& name) {
 }
 
 void DestinationJoiner::end() {
+    if (source_->isWhole) source_->survey.readTexts(source_->reader());
     for (const Name& name : entries_) {
-        if (name.state == State::Kept) joined_.set(name.joined, joinedValue(*name.value));
+        if (name.state != State::Kept) continue;
+        text_.clear();
+        writeValue(name, text_);
+        joined_.set(name.joined, text_);
     }
     source_ = nullptr;
     resolver_.reset();
@@ -64,43 +62,22 @@ void DestinationJoiner::end() {
     tree_.clear();
     old_.clear();
     indirect_.clear();
-    names_ = {};
 }
 
-/// A short array that names its page, which is all that the object says; empty for any other.
-std::string_view DestinationJoiner::explicitText(const ObjectText& object) {
-    std::string_view text = object.text();
-    text.remove_prefix(std::min(text.size(), skipBlank(text, 0)));
-    if (text.starts_with("<<")) {
-        std::string_view destination;
-        DictionaryScanner scanner(text);
-        for (DictionaryScanner::Entry entry; scanner.next(entry);) {
-            if (!keyIs(entry.key, "D")) return {};
-            destination = entry.value;
-        }
-        text = scanner.valid() ? destination : std::string_view();
-    }
-    if (!text.starts_with('[') || !namesPage(text)) return {};
-    constexpr std::size_t longest = 128;
-    const std::size_t end = skipValue(text.substr(0, longest), 0).value_or(0);
-    return text.substr(0, end);
-}
-
-/// The value of a name as text of the output. The pages of the output are others, so none can be given by its index.
-std::string DestinationJoiner::joinedValue(const Object& value) {
+/// Appends the value of a name as text of the output. The pages of the output are others, so none can be given by its
+/// index.
+void DestinationJoiner::writeValue(const Name& name, std::string& out) {
     // Nearly all are small objects to which nothing else refers. Written in place they take half of the room.
-    const auto object = value.reference() ? source_->reader().find(*value.reference()) : std::nullopt;
-    const std::string_view text = object ? explicitText(*object) : std::string_view();
+    const std::string_view text = source_->survey.explicitText(name.place);
     if (!text.empty() && source_->reader().charge(text.size())) {
-        std::string out;
         source_->copier.copyValue(text, nullptr, out);
-        return out;
+        return;
     }
-    const Object* destination = value.reference() ? &valueOf(*value.reference()) : &value;
+    const Object* destination = name.value->reference() ? &valueOf(*name.value->reference()) : name.value;
     if (destination->dictionary()) destination = &(*destination->dictionary())["D"];
     if (destination->reference()) destination = &valueOf(*destination->reference());
     const auto replaced = destination->array() ? withPage(*destination->array()) : std::nullopt;
-    return source_->copied(replaced ? Parser(*replaced).parse() : value);
+    out += source_->copied(replaced ? Parser(*replaced).parse() : *name.value);
 }
 
 bool DestinationJoiner::isLive(const Object& value) {
@@ -154,6 +131,15 @@ std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overl
     std::string text = "[";
     Object(Reference{page.number, page.generation}).write(text);
     return text + destination->view + ']';
+}
+
+bool DestinationJoiner::mayReplace(std::string_view destination) const {
+    const auto text = plainString(destination);
+    const auto place = text ? tree_.find(*text) : std::nullopt;
+    if (!place) return true;
+    const Name& entry = entries_[*place];
+    // A joined name has something behind it, if it is another.
+    return entry.state != State::Kept || entry.joined.size() != text->size();
 }
 
 std::optional<std::string> DestinationJoiner::replacement(std::string_view destination, const Overlay* overlay) {

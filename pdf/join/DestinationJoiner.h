@@ -28,6 +28,8 @@ public:
     void begin(const SourceCopies& source);
     /// After they were.
     void end();
+    /// False for the text of a destination that surely stays as it is in the first copies.
+    [[nodiscard]] bool mayReplace(std::string_view destination) const;
     /// What takes the place of the text of a link's destination; nothing if it stays. `overlay` is that of the copy
     /// that the link is for; null: the first.
     [[nodiscard]] std::optional<std::string> replacement(std::string_view destination, const Overlay* overlay);
@@ -43,11 +45,11 @@ private:
     struct Name {
         const std::string* name = nullptr;
         const Object* value = nullptr;
+        std::size_t place = 0;    // in the survey
         std::string_view joined;  // if kept
         State state = State::Waiting;
-        bool old = false;
     };
-    void add(const NamedValues& names, bool old);
+    void add(const NamedValues& names, std::size_t index, bool old);
     void keep(Name& name);
     [[nodiscard]] bool isLive(const Object& value);
     [[nodiscard]] std::optional<std::string> renamed(std::string_view name, bool isName, const Overlay* overlay);
@@ -56,17 +58,16 @@ private:
     [[nodiscard]] std::optional<std::string> replacement(const Object& destination, const Overlay* overlay);
     [[nodiscard]] std::optional<std::string> withPage(const Array& destination) const;
     [[nodiscard]] const Object& valueOf(Reference reference);
-    [[nodiscard]] std::string joinedValue(const Object& value);
-    [[nodiscard]] static std::string_view explicitText(const ObjectText& object);
+    void writeValue(const Name& name, std::string& out);
 
     JoinedNames joined_;
     // Of the source being copied.
     const SourceCopies* source_ = nullptr;
     std::optional<DestinationResolver> resolver_;
-    DestinationNames names_;
     std::vector<Name> entries_;
     NameTable tree_;  // places in `entries_`
     NameTable old_;
+    std::string text_;                                    // kept for its room
     std::unordered_map<std::uint32_t, Object> indirect_;  // destinations by object number, see `valueOf`
 };
 

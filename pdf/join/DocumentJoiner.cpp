@@ -58,17 +58,15 @@ std::vector<std::string_view> DocumentJoiner::catalogKeys() const {
     return keys;
 }
 
-void DocumentJoiner::begin(const SourcePlan& plan, PageCopies& pages, SourceDocument& document, SourceCopier& copier) {
+void DocumentJoiner::begin(const SourcePlan& plan, SourceSurvey& survey, PageCopies& pages, SourceDocument& document,
+                           SourceCopier& copier) {
     ++ordinal_;
     group_ = 0;
     const bool isBase = plan.source() == plan_.base;
     const Object catalog = document.catalog() ? document.reader().parse(*document.catalog()) : Object();
     catalog_ = catalog.dictionary() ? *catalog.dictionary() : Dictionary();
-    std::unordered_set<std::uint32_t> taken;
-    for (const SourcePlan::Copy& copy : plan.copies()) taken.insert(copy.sourcePage);
-    source_.emplace(SourceCopies{plan, pages, document, copier, catalog_, ordinal_, isBase,
-                                 taken.size() >= document.pages().pages().size()});
-    if (!isBase || joinsNames_) destinations_.begin(*source_);
+    source_.emplace(SourceCopies{plan, pages, document, copier, catalog_, survey, ordinal_, isBase});
+    if (needsDestinations(plan)) destinations_.begin(*source_);
     if (!isBase || joinsNames_ || joinsForms_ || joinsStructure_ || pages.groups() > 1) copier.setEditor(this);
     if (joinsForms_) forms_.begin(*source_);
     if (joinsStructure_) structure_.begin(*source_);

@@ -33,9 +33,14 @@ public:
     /// The entries of the base's catalog that the joiner writes itself, or that end with the merge.
     [[nodiscard]] std::vector<std::string_view> catalogKeys() const;
 
-    /// When the pages of a source have been announced and none of them is copied. The document, its plan and the copier
-    /// must stay until `end`.
-    void begin(const SourcePlan& plan, PageCopies& pages, SourceDocument& document, SourceCopier& copier);
+    /// When the pages of a source have been announced and none of them is copied. All that is given must
+    /// stay until `end`.
+    void begin(const SourcePlan& plan, SourceSurvey& survey, PageCopies& pages, SourceDocument& document,
+               SourceCopier& copier);
+    /// Whether the survey of a source must have its named destinations. May be asked on any thread.
+    [[nodiscard]] bool needsDestinations(const SourcePlan& plan) const {
+        return joinsNames_ || plan.source() != plan_.base;
+    }
     /// Before each page is copied.
     void enter(const PageCopies::Copy& page) noexcept { group_ = page.group; }
     /// When all have been copied.
@@ -45,6 +50,7 @@ public:
 
     bool edit(const Copied& object, std::string_view text, std::string& changed) override;
     [[nodiscard]] bool editsLinks() const override { return destinations_.isActive(); }
+    [[nodiscard]] bool mayReplace(std::string_view text) const override { return destinations_.mayReplace(text); }
     [[nodiscard]] std::optional<std::string> destination(std::string_view text, const Overlay* overlay) override {
         return destinations_.replacement(text, overlay);
     }

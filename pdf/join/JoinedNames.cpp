@@ -18,9 +18,9 @@ void writeKey(std::string& out, std::int64_t key) {
 }
 
 /// Writes a tree of the sorted `values`, whose leaves have the key `leaves`, from the leaves up.
-template <class Key>
+template <class Key, class Text>
 std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
-                        const std::vector<std::pair<Key, std::string>>& values) {
+                        const std::vector<std::pair<Key, Text>>& values) {
     constexpr std::size_t fanOut = 64;
     struct Node {
         std::uint32_t number;
@@ -60,17 +60,17 @@ std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
     return level.empty() ? output.addObject("<</" + std::string(leaves) + "[]>>") : level.front().number;
 }
 
-using Values = std::vector<std::pair<std::string_view, std::string>>;
+using NamesAndTexts = std::vector<std::pair<std::string_view, std::string_view>>;
 
 /// The names of each source come in order, or nearly so; such runs are merged.
-void sortRuns(Values& values) {
+void sortRuns(NamesAndTexts& values) {
     const auto less = [](const auto& a, const auto& b) { return a.first < b.first; };
-    std::vector<Values::iterator> ends;
+    std::vector<NamesAndTexts::iterator> ends;
     for (auto at = values.begin(); at != values.end(); ends.push_back(at)) {
         at = std::is_sorted_until(at, values.end(), less);
     }
     while (ends.size() > 1) {
-        std::vector<Values::iterator> merged;
+        std::vector<NamesAndTexts::iterator> merged;
         auto begin = values.begin();
         for (std::size_t i = 0; i < ends.size(); i += 2) {
             const auto end = i + 1 < ends.size() ? ends[i + 1] : ends[i];
@@ -97,13 +97,19 @@ std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal
     return kept;
 }
 
-void JoinedNames::set(std::string_view name, std::string value) {
-    values_.emplace_back(name, std::move(value));
+void JoinedNames::set(std::string_view name, std::string_view value) {
+    values_.push_back({name, texts_.size(), value.size()});
+    texts_ += value;
 }
 
 std::uint32_t JoinedNames::write(ObjectOutput& output) {
-    sortRuns(values_);
-    return writeTree(output, "Names", values_);
+    NamesAndTexts values;
+    values.reserve(values_.size());
+    for (const Value& value : values_) {
+        values.emplace_back(value.name, std::string_view(texts_).substr(value.begin, value.length));
+    }
+    sortRuns(values);
+    return writeTree(output, "Names", values);
 }
 
 std::uint32_t writeNumberTree(ObjectOutput& output, const std::vector<std::pair<std::int64_t, std::string>>& values) {

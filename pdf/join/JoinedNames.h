@@ -21,7 +21,7 @@ public:
     std::string_view reserve(std::string_view name, std::size_t ordinal);
     [[nodiscard]] bool contains(std::string_view name) const { return used_.contains(name); }
     /// The value, as text of the output, of a name that was reserved.
-    void set(std::string_view name, std::string value);
+    void set(std::string_view name, std::string_view value);
 
     [[nodiscard]] bool empty() const noexcept { return values_.empty(); }
     /// Writes the tree (ISO 32000-2, 7.9.6) and returns the number of its root.
@@ -31,7 +31,14 @@ private:
     std::deque<std::string> names_;
     NameTable used_;
     std::unordered_map<std::string, std::size_t> last_;  // counters of names that were taken more than once
-    std::vector<std::pair<std::string_view, std::string>> values_;
+    struct Value {
+        std::string_view name;
+        std::size_t begin;  // in `texts_`
+        std::size_t length;
+    };
+
+    std::vector<Value> values_;
+    std::string texts_;
 };
 
 /// Writes a number tree (7.9.7) with these keys, which must be in order, and texts of values. Returns the number of its

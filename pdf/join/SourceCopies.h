@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/join/SourceSurvey.h"
 #include "pdf/write/PageCopies.h"
 #include "pdf/write/SourceCopier.h"
 #include "pdf/write/SourcePlan.h"
@@ -15,9 +16,10 @@ struct SourceCopies {
     SourceDocument& document;
     SourceCopier& copier;
     const Dictionary& catalog;  ///< of the source
-    std::size_t ordinal;        ///< counted from 1 in the order of the sources
+    SourceSurvey& survey;
+    std::size_t ordinal;  ///< counted from 1 in the order of the sources
     bool isBase;
-    bool isWhole;  ///< every page of the source is taken
+    bool isWhole = survey.isWhole;
 
     [[nodiscard]] ObjectReader& reader() const { return document.reader(); }
 

@@ -2,6 +2,7 @@
 
 #include "pdf/object/Characters.h"
 #include "pdf/object/DictionaryScanner.h"
+#include "pdf/object/ValueSkipper.h"
 
 #include <string>
 
@@ -66,12 +67,35 @@ struct Surroundings {
     }
 };
 
+/// Whether the text of an array gives its page by an index.
+bool hasPageIndex(std::string_view array) {
+    const std::size_t begin = skipBlank(array, 1);
+    const std::size_t end = skipValue(array, begin).value_or(begin);
+    return begin < end && isDigit(array[begin]) && array[end - 1] != 'R';
+}
+
 }  // namespace
+
+std::string_view destinationBehind(std::string_view text, std::size_t place) {
+    // Most names that begin so go on with something else.
+    if (text[place] == 'D' && place + 1 < text.size() && isRegular(text[place + 1]) && text[place + 1] != 'e')
+        return {};
+    const std::string_view name = nameAround(text, place);
+    const Key key = keyOf(name);
+    if (key != Key::D && key != Key::Dest) return {};
+    const std::size_t begin = skipBlank(text, static_cast<std::size_t>(name.data() - text.data()) + name.size());
+    const auto end = skipValue(text, begin);
+    if (!end) return {};
+    const std::string_view value = text.substr(begin, *end - begin);
+    const char first = value.front();
+    if (first == '[') return hasPageIndex(value) ? value : std::string_view();
+    const bool isString = first == '(' || (first == '<' && !value.starts_with("<<"));
+    return isString || first == '/' || (isDigit(first) && value.back() == 'R') ? value : std::string_view();
+}
 
 FoundLink findLink(std::string_view text, std::size_t dictionary, std::size_t place) {
     const std::string_view name = nameAround(text, place);
     const Key sought = keyOf(name);
-    if (sought != Key::D && sought != Key::Dest) return {};
     FoundLink found;
     Surroundings around;
     unsigned times = 0;

@@ -28,6 +28,8 @@ namespace quillon::pdf {
 template <class Mapper>
 concept LinkMapper = requires(Mapper mapper, std::string_view destination, const Object& value) {
     { mapper.editsLinks() } -> std::same_as<bool>;
+    /// False for the text of a destination that surely stays as it is; whether it is one is not known yet.
+    { mapper.mayReplace(destination) } -> std::same_as<bool>;
     /// What takes the place of the text of a destination, its references not mapped yet; nothing if it stays.
     { mapper.destination(destination) } -> std::same_as<std::optional<std::string>>;
     /// The same for all links in a value.
@@ -174,6 +176,13 @@ template <class Mapper>
 bool ReferenceRewriter<Mapper>::destination(Run& run, std::size_t& at) {
     if constexpr (LinkMapper<Mapper>) {
         if (!run.open.isIn('<') || !mapper_.editsLinks()) return true;
+        const std::string_view behind = destinationBehind(run.text, at - 1);
+        if (behind.empty()) return true;
+        if (!mapper_.mayReplace(behind)) {
+            // A name may be a key itself.
+            if (behind.front() != '/') at = static_cast<std::size_t>(behind.data() - run.text.data()) + behind.size();
+            return true;
+        }
         const FoundLink link = findLink(run.text, run.open.place(), at - 1);
         // Names that only look like keys must not have a large dictionary read again for each.
         run.looked += link.looked;

@@ -1,5 +1,10 @@
 #include "pdf/read/DestinationResolver.h"
 
+#include "pdf/object/Characters.h"
+#include "pdf/object/ValueSkipper.h"
+
+#include <algorithm>
+
 namespace quillon::pdf {
 
 namespace {
@@ -50,6 +55,29 @@ DestinationNames readDestinationNames(SourceDocument& document) {
     const Object trees = reader.resolve((*catalog.dictionary())["Names"]);
     if (trees.dictionary()) names.tree = readNameTree(reader, (*trees.dictionary())["Dests"]);
     return names;
+}
+
+bool namesPage(std::string_view array) {
+    const std::size_t begin = skipBlank(array, 1);
+    const std::size_t end = skipValue(array, begin).value_or(begin);
+    return end != begin && isDigit(array[begin]) && array[end - 1] == 'R';
+}
+
+std::string_view explicitDestination(std::string_view object) {
+    constexpr std::size_t longest = 128;
+    std::size_t at = skipBlank(object, 0);
+    const bool isDictionary = object.substr(std::min(at, object.size()), 2) == "<<";
+    if (isDictionary) {
+        at = skipBlank(object, at + 2);
+        if (object.substr(std::min(at, object.size()), 2) != "/D") return {};
+        at = skipBlank(object, at + 2);
+    }
+    if (at >= object.size() || object[at] != '[') return {};
+    const std::string_view array = object.substr(at, longest);
+    const std::size_t end = skipValue(array, 0).value_or(0);
+    if (end == 0 || !namesPage(array)) return {};
+    const std::string_view behind = object.substr(std::min(skipBlank(object, at + end), object.size()));
+    return isDictionary && !behind.starts_with(">>") ? std::string_view() : array.substr(0, end);
 }
 
 void DestinationResolver::readNames() {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace quillon::pdf {
@@ -48,5 +49,12 @@ struct DestinationNames {
     NamedValues tree;  ///< texts
 };
 [[nodiscard]] DestinationNames readDestinationNames(SourceDocument& document);
+
+/// Of the text of a destination's object, the array, if it is short and names its page by a reference, and if the
+/// object says nothing else. Otherwise empty.
+[[nodiscard]] std::string_view explicitDestination(std::string_view object);
+
+/// Whether the text of an array names a page by a reference at its beginning.
+[[nodiscard]] bool namesPage(std::string_view array);
 
 }  // namespace quillon::pdf

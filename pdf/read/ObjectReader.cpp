@@ -17,7 +17,8 @@ namespace quillon::pdf {
 
 namespace {
 
-constexpr std::size_t streamCacheBytes = 8U << 20U;
+// Room for the object streams of a manual of a thousand pages.
+constexpr std::size_t streamCacheBytes = 12U << 20U;
 
 std::optional<std::uint64_t> findHeader(BlockCache& file) {
     constexpr std::size_t searched = 1024;
@@ -67,6 +68,7 @@ bool ObjectReader::exists(Reference reference) const {
 }
 
 bool ObjectReader::isNull(std::string_view valueText) {
+    if (valueText.starts_with('[') || valueText.starts_with('/')) return false;
     const Object value = Parser(valueText).parse();
     return value.reference() ? !exists(*value.reference()) : value.isNull();
 }
@@ -336,7 +338,8 @@ std::vector<ObjectStreamPrefetcher::Wanted> ObjectReader::objectStreams() const 
         last = entry.place;
         const auto number = static_cast<std::uint32_t>(std::min(entry.place, maximumObjectNumber));
         const CrossReferenceEntry stream = table_.entries.get(number);
-        if (stream.kind != CrossReferenceEntry::Kind::InFile || !seen.insert(number).second) return;
+        if (stream.kind != CrossReferenceEntry::Kind::InFile || streams_.contains(number)) return;
+        if (!seen.insert(number).second) return;
         wanted.push_back({number, stream.place});
     });
     return wanted;

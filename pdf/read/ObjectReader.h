@@ -97,10 +97,14 @@ public:
     /// with objects that overlap each other to blow up the output.
     [[nodiscard]] bool charge(std::uint64_t bytes) noexcept;
 
-    /// The object streams of the file, in the order in which their objects are numbered.
+    /// The object streams of the file that are not in memory, in the order in which their objects are numbered.
     [[nodiscard]] std::vector<ObjectStreamPrefetcher::Wanted> objectStreams() const;
     /// Takes object streams from `prefetcher` where it has them; null: from the file alone. It must outlive its use.
-    void setPrefetcher(ObjectStreamPrefetcher* prefetcher) noexcept { prefetcher_ = prefetcher; }
+    /// A file that was scanned in the meantime is not asked of it: its object streams are where they were not thought
+    /// to be.
+    void setPrefetcher(ObjectStreamPrefetcher* prefetcher) noexcept {
+        prefetcher_ = table_.recovered ? nullptr : prefetcher;
+    }
 
     /// Frees the blocks and object streams that were read.
     void trim();

@@ -29,7 +29,10 @@ bool SourcePreloader::hasTwoFiles() const {
 
 void SourcePreloader::reached(std::size_t index) {
     std::vector<std::shared_ptr<Source>> released;  // end outside the lock
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
+    ownerWaits_ = true;
+    moved_.wait(lock, [&] { return opening_ != index; });
+    ownerWaits_ = false;
     for (; !held_.empty() && held_.front().first < index; held_.pop_front()) {
         released.push_back(std::move(held_.front().second));
     }
@@ -47,10 +50,13 @@ void SourcePreloader::run() {
         }
         if (stop_) return;
         if (index <= reached_) continue;
+        opening_ = index;
         lock.unlock();
         const std::string path = pathAt_(index);
         auto source = path.empty() ? nullptr : Source::open(path);
         lock.lock();
+        opening_ = SIZE_MAX;
+        if (ownerWaits_) moved_.notify_all();
         if (source && index >= reached_) held_.emplace_back(index, std::move(source));
     }
 }

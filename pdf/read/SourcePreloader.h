@@ -28,7 +28,8 @@ public:
     /// Lets go of the files.
     ~SourcePreloader();
 
-    /// The owner has come to the file at `index`; earlier ones need not be held any more.
+    /// The owner has come to the file at `index`; earlier ones need not be held any more. Waits if that file is just
+    /// being opened, since opening it a second time takes longer.
     void reached(std::size_t index);
 
 private:
@@ -44,6 +45,8 @@ private:
     std::condition_variable moved_;
     std::deque<std::pair<std::size_t, std::shared_ptr<Source>>> held_;  // in the order of the list
     std::size_t reached_ = 0;
+    std::size_t opening_ = SIZE_MAX;  // the place of the file that the thread is opening
+    bool ownerWaits_ = false;
     bool waits_ = false;
     bool stop_ = false;
     std::thread thread_;

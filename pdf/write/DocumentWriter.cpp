@@ -1,6 +1,7 @@
 #include "pdf/write/DocumentWriter.h"
 
 #include "pdf/join/DocumentJoiner.h"
+#include "pdf/join/SourceSurveyor.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/write/OutlineWriter.h"
 #include "pdf/write/OutputFile.h"
@@ -36,8 +37,7 @@ public:
 
 private:
     void writeHeader();
-    static void announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
-    void copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher);
+    void copySource(const SourcePlan& source, SourceSurvey& survey, ObjectStreamPrefetcher& prefetcher);
     void copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies, SourceCopier& copier);
     void writeCatalog();
     void copyBase(SourceDocument& document, SourceCopier& copier);
@@ -75,12 +75,13 @@ bool DocumentWriter::write(WriteResult& result) {
     PaintWriter painter(output);
     painter_ = &painter;
     {
-        // While one source is copied, the object streams of the next are inflated.
+        // While one source is copied, the next is read and its object streams are inflated.
         ObjectStreamPrefetcher prefetcher;
+        SourceSurveyor surveyor(sources_, prefetcher,
+                                [this](std::size_t index) { return joiner_.needsDestinations(sources_[index]); });
         for (std::size_t i = 0; i < sources_.size(); ++i) {
-            if (i == 0) announce(sources_[0], prefetcher);
-            if (i + 1 < sources_.size()) announce(sources_[i + 1], prefetcher);
-            copySource(sources_[i], prefetcher);
+            SourceSurvey survey = surveyor.take(i);
+            copySource(sources_[i], survey, prefetcher);
         }
     }
     writeMadePages();
@@ -118,14 +119,7 @@ void DocumentWriter::writeHeader() {
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
 }
 
-void DocumentWriter::announce(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
-    const SourceAccess access(*source.source());
-    if (!access.document() || access.document()->isLocked()) return;
-    const ObjectReader& reader = access.document()->reader();
-    prefetcher.expect(source.source()->file(), reader.objectStreams(), reader.decryptor());
-}
-
-void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher& prefetcher) {
+void DocumentWriter::copySource(const SourcePlan& source, SourceSurvey& survey, ObjectStreamPrefetcher& prefetcher) {
     SourceAccess access(*source.source());
     SourceDocument* document = access.document();
     if (!document || document->isLocked()) {
@@ -137,7 +131,7 @@ void DocumentWriter::copySource(const SourcePlan& source, ObjectStreamPrefetcher
     document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_, source.source() == plan_.base);
     PageCopies copies(source, document->pages(), *tree_, copier);
-    joiner_.begin(source, copies, *document, copier);
+    joiner_.begin(source, survey, copies, *document, copier);
     copyPages(source, *document, copies, copier);
     if (source.source() == plan_.base) copyBase(*document, copier);
     outline_.copyActions(*source.source(), copies, copier);

@@ -25,6 +25,8 @@ public:
     virtual bool edit(const Copied& object, std::string_view text, std::string& changed) = 0;
     /// Whether links may lead elsewhere than they did. Asked once.
     [[nodiscard]] virtual bool editsLinks() const = 0;
+    /// False for the text of a destination that surely stays as it is in the first copies.
+    [[nodiscard]] virtual bool mayReplace(std::string_view text) const = 0;
     /// What takes the place of the text of a link's destination, still of the source; nothing if it stays.
     [[nodiscard]] virtual std::optional<std::string> destination(std::string_view text, const Overlay* overlay) = 0;
     /// A value with the destinations of all links in it replaced.

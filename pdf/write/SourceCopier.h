@@ -92,6 +92,9 @@ private:
         SourceCopier* copier;
         std::uint32_t operator()(Reference reference) const { return copier->map(reference); }
         [[nodiscard]] bool editsLinks() const { return copier->editsLinks_; }
+        [[nodiscard]] bool mayReplace(std::string_view text) const {
+            return copier->overlay_ || copier->editor_->mayReplace(text);
+        }
         [[nodiscard]] std::optional<std::string> destination(std::string_view text) const {
             return copier->editor_->destination(text, copier->overlay_);
         }
