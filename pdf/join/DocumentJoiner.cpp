@@ -68,9 +68,9 @@ void DocumentJoiner::begin(const SourcePlan& plan, PageCopies& pages, SourceDocu
     for (const SourcePlan::Copy& copy : plan.copies()) taken.insert(copy.sourcePage);
     source_.emplace(SourceCopies{plan, pages, document, copier, catalog_, ordinal_, isBase,
                                  taken.size() >= document.pages().pages().size()});
-    if (!isBase || joinsNames_ || joinsForms_ || joinsStructure_ || pages.groups() > 1) copier.setEditor(this);
+    copier.setEditor(this);
     if (!isBase || joinsNames_) destinations_.begin(*source_);
-    if (joinsForms_) forms_.begin(*source_);
+    forms_.begin(*source_);
     if (joinsStructure_) structure_.begin(*source_);
     if (joinsArticles_) articles_.begin(*source_);
     takeLanguage();
@@ -90,7 +90,7 @@ void DocumentJoiner::takeLanguage() {
 
 void DocumentJoiner::end() {
     if (!source_) return;
-    if (joinsForms_) forms_.end(*source_);
+    forms_.end(*source_);
     if (joinsArticles_) articles_.end(*source_);
     if (joinsLabels_) labels_.take(*source_);
     takeLists();

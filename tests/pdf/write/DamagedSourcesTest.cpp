@@ -126,6 +126,14 @@ TEST_F(DamagedSources, BeadsThatOverlapEachOtherDoNotBlowUpTheOutput) {
     EXPECT_LT(overlappingBytes(write(planOf({source, source}))), 2 * mostBytes);
 }
 
+TEST_F(DamagedSources, FieldsThatOverlapEachOtherDoNotBlowUpTheOutput) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[" + referencesToOverlapping() + "]>>>>");
+    pdf.object(2, "<</Type/Pages/Count 1/Kids[3 0 R]>>").page(3, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]");
+    addOverlapping(pdf, [](int i) { return "/FT/Tx/T(f" + std::to_string(i) + ")"; });
+    EXPECT_LT(overlappingBytes(write(planOf({open(pdf.table().bytes())}))), mostBytes);
+}
+
 TEST_F(DamagedSources, OneMalformedEntryLosesNoOther) {
     RawPdf pdf;
     pdf.catalogOf({3}).object(
