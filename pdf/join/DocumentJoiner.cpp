@@ -1,5 +1,7 @@
 #include "pdf/join/DocumentJoiner.h"
 
+#include "pdf/join/OpenAction.h"
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -74,6 +76,10 @@ void DocumentJoiner::begin(const SourcePlan& plan, PageCopies& pages, SourceDocu
     if (joinsStructure_) structure_.begin(*source_);
     if (joinsArticles_) articles_.begin(*source_);
     takeLanguage();
+}
+
+std::string DocumentJoiner::openAction() const {
+    return source_ ? pdf::openAction(*source_) : std::string();
 }
 
 void DocumentJoiner::takeLanguage() {
