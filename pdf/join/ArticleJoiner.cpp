@@ -60,8 +60,11 @@ void ArticleJoiner::writeThread(const SourceCopies& source, const Thread& thread
     };
     const Object resolved = source.reader().parse(thread.reference);
     if (!resolved.dictionary()) return;
-    output_->addObject(thread.number, "<<" + entries(source, *resolved.dictionary(), overlay, {"F"}) +
-                                          reference("/F", thread.beads.front().number) + ">>");
+    const auto write = [&](std::uint32_t number, const std::string& text) {
+        if (source.charge(text.size(), thread.group)) output_->addObject(number, text);
+    };
+    write(thread.number, "<<" + entries(source, *resolved.dictionary(), overlay, {"F"}) +
+                             reference("/F", thread.beads.front().number) + ">>");
     threads_ += std::to_string(thread.number) + " 0 R ";
     const std::size_t count = thread.beads.size();
     for (std::size_t i = 0; i < count; ++i) {
@@ -71,7 +74,7 @@ void ArticleJoiner::writeThread(const SourceCopies& source, const Thread& thread
         if (i == 0) text += reference("/T", thread.number);
         text += reference("/N", thread.beads[(i + 1) % count].number);
         text += reference("/V", thread.beads[(i + count - 1) % count].number);
-        output_->addObject(thread.beads[i].number, text + ">>");
+        write(thread.beads[i].number, text + ">>");
     }
 }
 

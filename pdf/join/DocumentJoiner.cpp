@@ -1,5 +1,7 @@
 #include "pdf/join/DocumentJoiner.h"
 
+#include "pdf/join/OpenAction.h"
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -67,11 +69,15 @@ void DocumentJoiner::begin(const SourcePlan& plan, SourceSurvey& survey, PageCop
     catalog_ = catalog.dictionary() ? *catalog.dictionary() : Dictionary();
     source_.emplace(SourceCopies{plan, pages, document, copier, catalog_, survey, ordinal_, isBase});
     if (needsDestinations(plan)) destinations_.begin(*source_);
-    if (!isBase || joinsNames_ || joinsForms_ || joinsStructure_ || pages.groups() > 1) copier.setEditor(this);
-    if (joinsForms_) forms_.begin(*source_);
+    copier.setEditor(this);
+    forms_.begin(*source_);
     if (joinsStructure_) structure_.begin(*source_);
     if (joinsArticles_) articles_.begin(*source_);
     takeLanguage();
+}
+
+std::string DocumentJoiner::openAction() const {
+    return source_ ? pdf::openAction(*source_) : std::string();
 }
 
 void DocumentJoiner::takeLanguage() {
@@ -88,7 +94,7 @@ void DocumentJoiner::takeLanguage() {
 
 void DocumentJoiner::end() {
     if (!source_) return;
-    if (joinsForms_) forms_.end(*source_);
+    forms_.end(*source_);
     if (joinsArticles_) articles_.end(*source_);
     if (joinsLabels_) labels_.take(*source_);
     takeLists();

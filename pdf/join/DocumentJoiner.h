@@ -43,6 +43,9 @@ public:
     }
     /// Before each page is copied.
     void enter(const PageCopies::Copy& page) noexcept { group_ = page.group; }
+    /// The entry of the catalog that says where the document opens, if it is the base; empty when there is none.
+    /// Between `begin` and `end`.
+    [[nodiscard]] std::string openAction() const;
     /// When all have been copied.
     void end();
     /// When all sources have been copied: appends the joined entries of the catalog.

@@ -1,7 +1,10 @@
 #include "pdf/join/FieldTree.h"
 
+#include "pdf/join/FieldNames.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
+
+#include <algorithm>
 
 namespace quillon::pdf {
 
@@ -10,17 +13,75 @@ FieldTree::FieldTree(ObjectReader& reader, const Dictionary& form) {
     if (!fields.array()) return;
     for (const Object& field : *fields.array()) {
         if (!reader.mayVisit(nodes_.size())) return;
-        if (!field.reference()) continue;
-        Reference top = *field.reference();
-        const Entries entries = uppermost(reader, top);
-        add(reader, top, entries, none);
-        while (!waiting_.empty() && reader.mayVisit(nodes_.size())) {
-            const auto [kid, parent] = std::move(waiting_.back());
-            waiting_.pop_back();
-            if (kid.reference()) add(reader, *kid.reference(), look(reader, *kid.reference()), parent);
+        if (field.reference()) {
+            addFrom(reader, *field.reference(), true);
+        } else {
+            addDirect(reader, field, none);
+            addWaiting(reader);
         }
-        waiting_.clear();
     }
+}
+
+bool FieldTree::mayMissFields() const {
+    return std::ranges::any_of(nodes_, [](const Node& node) { return node.kids == 0 && !node.isAnnotation; });
+}
+
+void FieldTree::adopt(ObjectReader& reader, Reference object) {
+    if (reader.mayVisit(nodes_.size())) addFrom(reader, object, false);
+}
+
+/// Adds a field with those above it, since some forms list fields that stand below others, and those below.
+void FieldTree::addFrom(ObjectReader& reader, Reference field, bool mayBeTop) {
+    constexpr std::size_t highest = 64;
+    std::vector<std::pair<Reference, Entries>> path;
+    std::uint32_t above = none;
+    for (Reference next = field; path.size() < highest && above == none;) {
+        const auto isNext = [&next](const auto& step) { return step.first.number == next.number; };
+        if (strays_.contains(next.number) || std::ranges::any_of(path, isNext)) break;
+        Entries entries = look(reader, next);
+        if (!entries.isField) break;
+        const auto& [reference, own] = path.emplace_back(next, std::move(entries));
+        if (!own.parent.reference()) break;
+        next = *own.parent.reference();
+        above = find(next.number);
+    }
+    if (above == none && !mayBeTop) {
+        for (const auto& step : path) strays_.insert(step.first.number);
+        return;
+    }
+    for (; !path.empty(); path.pop_back()) {
+        const auto& [reference, entries] = path.back();
+        if (find(reference.number) == none) add(reader, reference, entries, above);
+        addWaiting(reader);
+        above = find(reference.number);
+    }
+}
+
+/// Adds what is listed below fields that were added.
+void FieldTree::addWaiting(ObjectReader& reader) {
+    while (!waiting_.empty() && reader.mayVisit(nodes_.size())) {
+        const auto [kid, parent] = std::move(waiting_.back());
+        waiting_.pop_back();
+        if (kid.reference()) {
+            add(reader, *kid.reference(), look(reader, *kid.reference()), parent);
+        } else {
+            addDirect(reader, kid, parent);
+        }
+    }
+    waiting_.clear();
+}
+
+/// Adds a field that stands in the list of the one above it, where a reference should be.
+void FieldTree::addDirect(ObjectReader& reader, const Object& field, std::uint32_t parent) {
+    if (!field.dictionary()) return;
+    while (reader.exists({unused_, 0})) --unused_;
+    direct_.emplace(static_cast<std::uint32_t>(nodes_.size()), field);
+    add(reader, {unused_--, 0}, entriesOf(field), parent);
+}
+
+FieldTree::Entries FieldTree::entriesOf(const Object& dictionary) {
+    const Dictionary& field = *dictionary.dictionary();
+    return {true, field["FT"], field["Kids"], field["Parent"], field["T"], field["Subtype"]};
 }
 
 FieldTree::Entries FieldTree::look(ObjectReader& reader, Reference field) const {
@@ -43,48 +104,67 @@ bool FieldTree::takeEntries(std::string_view text, Entries& entries) {
         for (auto& [key, value] : {std::pair<std::string_view, Object*>{"FT", &entries.type},
                                    {"Kids", &entries.kids},
                                    {"Parent", &entries.parent},
-                                   {"T", &entries.name}}) {
+                                   {"T", &entries.name},
+                                   {"Subtype", &entries.subtype}}) {
             if (keyIs(entry.key, key)) *value = Parser(entry.value).parse();
         }
     }
     return scanner.valid();
 }
 
-/// Some forms list fields that stand below others; the uppermost one is what is meant.
-FieldTree::Entries FieldTree::uppermost(ObjectReader& reader, Reference& field) const {
-    constexpr int highest = 64;
-    Entries entries = look(reader, field);
-    for (int i = 0; i < highest && entries.parent.reference(); ++i) {
-        Entries above = look(reader, *entries.parent.reference());
-        if (!above.isField) break;
-        field = *entries.parent.reference();
-        entries = std::move(above);
-    }
-    return entries;
-}
-
 void FieldTree::add(ObjectReader& reader, Reference field, const Entries& entries, std::uint32_t parent) {
     const auto place = static_cast<std::uint32_t>(nodes_.size());
     if (!entries.isField) return;
     places_.emplace(field.number, place);
-    Node& node = nodes_.emplace_back();
-    node.reference = field;
-    node.parent = parent;
-    const Object type = reader.resolve(entries.type);
-    node.isSignature = type.name() ? type.isName("Sig") : parent != none && nodes_[parent].isSignature;
-    const Object name = parent == none ? reader.resolve(entries.name) : Object();
-    if (name.string()) node.name = *name.string();
+    nodes_.emplace_back();
+    nodes_[place].reference = field;
+    nodes_[place].parent = parent;
+    if (parent != none) {
+        ++nodes_[parent].kids;
+        const Reference* above = entries.parent.reference();
+        nodes_[place].namesParent = above && above->number == nodes_[parent].reference.number;
+        nodes_[place].isNamed = nodes_[parent].isNamed;
+    }
+    takeType(reader, entries, place);
+    const Object name = nodes_[place].isNamed ? Object() : reader.resolve(entries.name);
+    if (name.string() && FieldNames::comparable(*name.string()) != FieldNames::comparable({})) {
+        nodes_[place].name = *name.string();
+        nodes_[place].isNamed = true;
+    }
+    nodes_[place].isAnnotation = !entries.subtype.isNull();
+    // A list that was read has nothing that is not in the tree.
+    if (entries.kids.reference() && !lists_.insert(entries.kids.reference()->number).second) return;
     if (!reader.mayVisit(kids_)) return;
     const Object kids = reader.resolve(entries.kids);
     if (!kids.array()) return;
     kids_ += kids.array()->size();
-    node.hasKids = !kids.array()->empty();
     for (std::size_t i = kids.array()->size(); i-- > 0;) waiting_.emplace_back((*kids.array())[i], place);
+}
+
+void FieldTree::takeType(ObjectReader& reader, const Entries& entries, std::uint32_t field) {
+    Node& node = nodes_[field];
+    const Object type = reader.resolve(entries.type);
+    if (type.name()) {
+        node.type = type.isName("Sig") ? Type::Signature : type.isName("Btn") ? Type::Button : Type::Other;
+    } else if (node.parent != none) {
+        node.type = nodes_[node.parent].type;
+    }
+    if (node.type != Type::Signature) return;
+    node.holdsSignature = true;
+    // The value may stand above the type.
+    for (std::uint32_t i = node.parent; i != none && nodes_[i].type == Type::None; i = nodes_[i].parent) {
+        if (std::exchange(nodes_[i].holdsSignature, true)) break;
+    }
 }
 
 std::uint32_t FieldTree::find(std::uint32_t object) const {
     const auto found = places_.find(object);
     return found == places_.end() ? none : found->second;
+}
+
+Object FieldTree::read(ObjectReader& reader, std::uint32_t field) const {
+    const auto direct = direct_.find(field);
+    return direct == direct_.end() ? reader.parse(nodes_[field].reference) : direct->second;
 }
 
 }  // namespace quillon::pdf

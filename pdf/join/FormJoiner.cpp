@@ -1,47 +1,79 @@
 #include "pdf/join/FormJoiner.h"
 
+#include "pdf/join/EntryEditor.h"
 #include "pdf/object/Parser.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
 
 namespace quillon::pdf {
 
 void FormJoiner::begin(const SourceCopies& source) {
+    source_ = &source;
+    reader_ = &source.reader();
     tree_ = {};
     groups_.clear();
-    const Object form = source.reader().resolve(source.catalog["AcroForm"]);
+    widgets_.clear();
+    states_.clear();
+    fonts_.clear();
+    ownResources_ = {};
+    signatures_.begin(*reader_);
+    const Object form = reader_->resolve(source.catalog["AcroForm"]);
     if (!form.dictionary()) return;
-    reader_ = &source.reader();
     tree_ = FieldTree(*reader_, *form.dictionary());
-    widgets_.assign(tree_.nodes().size(), false);
+    mayMissFields_ = tree_.mayMissFields();
     groups_.resize(source.pages.groups());
     findWidgets(source);
     for (std::uint32_t i = 0; source.isWhole && i < tree_.nodes().size(); ++i) {
-        if (!tree_.nodes()[i].hasKids) keep(i, 0);
+        if (tree_.nodes()[i].kids == 0) keep(i, 0);
     }
     takeNumbers(source);
-    if (!groups_[0].numbers.empty()) takeDefaults(source, *form.dictionary());
+    if (groups_[0].numbers.empty()) {
+        ownResources_ = (*form.dictionary())["DR"];
+    } else {
+        takeDefaults(source, *form.dictionary());
+    }
 }
 
 /// Finds out which fields are seen on pages.
 void FormJoiner::findWidgets(const SourceCopies& source) {
-    std::unordered_map<const PageTree::Page*, std::vector<std::uint32_t>> known;
+    FieldLists known;
+    std::unordered_map<const PageTree::Page*, std::shared_ptr<const Fields>> pages;
+    std::set<std::pair<const Fields*, std::uint32_t>> kept;  // with the group
     for (const PageCopies::Copy& copy : source.pages.all()) {
         if (!copy.page) continue;
-        const auto [place, isNew] = known.try_emplace(copy.page);
-        if (isNew) {
-            const std::string text = source.document.pageText(*copy.page);
-            const Object annotations = reader_->resolve(findValue(text, "Annots"));
-            if (!annotations.array()) continue;
-            for (const Object& annotation : *annotations.array()) {
-                const auto field =
-                    annotation.reference() ? tree_.find(annotation.reference()->number) : FieldTree::none;
-                if (field != FieldTree::none) place->second.push_back(field);
-            }
-        }
-        for (const std::uint32_t field : place->second) {
+        const auto [place, isNew] = pages.try_emplace(copy.page);
+        if (isNew) place->second = fieldsOn(source, *copy.page, known);
+        if (!place->second || !kept.emplace(place->second.get(), copy.group).second) continue;
+        for (const std::uint32_t field : *place->second) {
             widgets_[field] = true;
             keep(field, copy.group);
         }
     }
+    widgets_.resize(tree_.nodes().size());
+}
+
+/// The fields that are annotations of a page; null when none are. A list of annotations that pages share is read once.
+std::shared_ptr<const FormJoiner::Fields> FormJoiner::fieldsOn(const SourceCopies& source, const PageTree::Page& page,
+                                                               FieldLists& known) {
+    const std::string text = source.document.pageText(page);
+    const Object value = Parser(findValue(text, "Annots")).parse();
+    if (value.reference()) {
+        if (const auto list = known.find(value.reference()->number); list != known.end()) return list->second;
+    }
+    Fields fields;
+    const Object annotations = reader_->resolve(value);
+    for (const Object& annotation : annotations.array() ? *annotations.array() : Array()) {
+        if (!annotation.reference()) continue;
+        if (mayMissFields_) tree_.adopt(*reader_, *annotation.reference());
+        const auto field = tree_.find(annotation.reference()->number);
+        if (field != FieldTree::none) fields.push_back(field);
+    }
+    widgets_.resize(tree_.nodes().size());
+    auto shared = fields.empty() ? nullptr : std::make_shared<const Fields>(std::move(fields));
+    if (value.reference()) known.emplace(value.reference()->number, shared);
+    return shared;
 }
 
 /// Keeps a field, and those above it.
@@ -64,11 +96,47 @@ void FormJoiner::takeNumbers(const SourceCopies& source) {
                 if (group == 0) source.copier.announce(node.reference.number, number);
                 if (group != 0) source.pages.overlay(group)->set(node.reference.number, number);
             }
-            if (node.parent != FieldTree::none || node.name.empty()) continue;
-            auto& names = groups_[group].names;
-            if (!names.contains(node.name)) names[node.name] = names_.reserve(node.name);
+            FieldRenames& names = groups_[group].names;
+            if (!node.name.empty() && !names.knows(node.name)) names.add(node.name, names_.reserve(node.name));
+        }
+        clearButtons(groups_[group]);
+    }
+}
+
+/// Finds the buttons that are one field and of which the chosen one is not taken (ISO 32000-2, 12.7.5.2.4).
+void FormJoiner::clearButtons(Group& group) {
+    std::unordered_map<std::uint32_t, Fields> kids;  // of buttons
+    for (const auto& [field, number] : group.numbers) {
+        const std::uint32_t parent = tree_.nodes()[field].parent;
+        if (parent != FieldTree::none && tree_.nodes()[parent].type == FieldTree::Type::Button) {
+            kids[parent].push_back(field);
         }
     }
+    for (const auto& [field, own] : kids) {
+        if (own.size() == tree_.nodes()[field].kids) continue;
+        const Object entries = tree_.read(*reader_, field);
+        const Object value = entries.dictionary() ? reader_->resolve((*entries.dictionary())["V"]) : Object();
+        if (!value.name() || value.isName("Off")) continue;
+        const auto chosen = [&](std::uint32_t button) { return isChosen(button, value.name()->value); };
+        if (std::ranges::none_of(own, chosen)) group.cleared.insert(field);
+    }
+}
+
+/// Whether the state is one that the button has when it is chosen.
+bool FormJoiner::isChosen(std::uint32_t button, std::string_view state) {
+    const auto known = [this](const Object& value) -> const Object& {
+        if (!value.reference()) return value;
+        const auto [place, isNew] = states_.try_emplace(value.reference()->number);
+        if (isNew) place->second = reader_->resolve(value);
+        return place->second;
+    };
+    const Object entries = tree_.read(*reader_, button);
+    if (!entries.dictionary()) return false;
+    if (reader_->resolve((*entries.dictionary())["AS"]).isName(state)) return true;
+    const Object& appearances = known((*entries.dictionary())["AP"]);
+    if (!appearances.dictionary()) return false;
+    const Object& states = known((*appearances.dictionary())["N"]);
+    return states.dictionary() && states.dictionary()->contains(state);
 }
 
 void FormJoiner::takeDefaults(const SourceCopies& source, const Dictionary& form) {
@@ -90,7 +158,15 @@ void FormJoiner::takeDefaults(const SourceCopies& source, const Dictionary& form
 bool FormJoiner::edit(std::uint32_t object, std::uint32_t copy, std::uint32_t group, std::string_view text,
                       std::string& changed) {
     const std::uint32_t field = tree_.find(object);
-    if (field == FieldTree::none) return dropSignature(text, changed);
+    const bool isField = field != FieldTree::none;
+    if (!isField || !editWidget(field, copy, group, text, changed)) return editOther(isField, group, text, changed);
+    std::string further;
+    if (editOther(isField, group, changed, further)) changed = std::move(further);
+    return true;
+}
+
+bool FormJoiner::editWidget(std::uint32_t field, std::uint32_t copy, std::uint32_t group, std::string_view text,
+                            std::string& changed) {
     if (group >= groups_.size() || !isWidget(field)) return false;
     const auto number = groups_[group].numbers.find(field);
     if (number == groups_[group].numbers.end()) return false;
@@ -103,26 +179,37 @@ bool FormJoiner::edit(std::uint32_t object, std::uint32_t copy, std::uint32_t gr
     return true;
 }
 
-/// Takes the value of a signature field that the form does not list, or that has no form.
-bool FormJoiner::dropSignature(std::string_view text, std::string& changed) {
-    if (text.find("Sig") == std::string_view::npos || text.find("FT") == std::string_view::npos) return false;
-    const Object parsed = Parser(text).parse();
-    const Dictionary* field = parsed.dictionary();
-    if (!field || !(*field)["FT"].isName("Sig") || (*field)["V"].isNull()) return false;
-    Dictionary result;
-    for (const auto& [key, value] : field->entries()) {
-        if (key != "V") result.append(key, value);
-    }
-    Object(std::move(result)).write(changed);
-    return true;
+/// Changes what stands in any object: signatures and texts of annotations that are no fields of the form, and actions.
+bool FormJoiner::editOther(bool isField, std::uint32_t group, std::string_view text, std::string& changed) {
+    const bool maySign = !isField && StraySignatures::mayBeIn(text);
+    const bool usesFonts = !isField && (!fonts_.empty() || !ownResources_.isNull()) && mayHaveKey(text, "DA");
+    if (usesFonts && !ownResources_.isNull()) fonts_ = resources_.add(*source_, std::exchange(ownResources_, {}));
+    const bool mayNameFonts = usesFonts && !fonts_.empty();
+    const bool mayNameFields =
+        group < groups_.size() && groups_[group].names.isAny() && FieldRenames::mayBeNamedIn(text);
+    if (!maySign && !mayNameFonts && !mayNameFields) return false;
+    const auto rule = [&](const Dictionary& dictionary, std::string_view key,
+                          const Object& value) -> std::optional<Object> {
+        if (maySign && key == "V" && signatures_.isSignature(dictionary)) return Object();
+        if (mayNameFonts && key == "DA") return renamedAppearance(value);
+        if (mayNameFields) return groups_[group].names.inAction(*reader_, dictionary, key, value);
+        return std::nullopt;
+    };
+    return editEntries(text, rule, changed);
+}
+
+std::optional<Object> FormJoiner::renamedAppearance(const Object& value) {
+    const Object text = reader_->resolve(value);
+    return text.string() ? std::optional(Object(renamedFonts(*text.string(), fonts_))) : std::nullopt;
 }
 
 bool FormJoiner::mayChange(std::uint32_t field, std::uint32_t group) const {
     const FieldTree::Node& node = tree_.nodes()[field];
-    if (node.isSignature || !fonts_.empty()) return true;
-    if (node.parent != FieldTree::none) return false;
-    const auto name = groups_[group].names.find(node.name);
-    return ownAppearance_ || ownQuadding_ || (name != groups_[group].names.end() && name->second != node.name);
+    const Group& own = groups_[group];
+    const bool isTop = node.parent == FieldTree::none;
+    if (node.holdsSignature || !fonts_.empty() || own.cleared.contains(field)) return true;
+    if (isTop ? ownAppearance_ || ownQuadding_ : !node.namesParent) return true;
+    return !node.name.empty() && own.names.isAny() && own.names.renamed(node.name);
 }
 
 /// The entries of a field as they are in the joined form. False when they are as they were.
@@ -131,30 +218,34 @@ bool FormJoiner::change(const Dictionary& field, std::uint32_t index, std::uint3
     const bool isTop = node.parent == FieldTree::none;
     bool any = false;
     for (const auto& [key, value] : field.entries()) {
-        if (key == "V" && node.isSignature) {
-            any = true;
-        } else if (key == "T" && isTop) {
-            const auto joined = groups_[group].names.find(node.name);
-            const bool isKnown = joined != groups_[group].names.end();
-            any = any || (isKnown && joined->second != node.name);
-            changed.append(key, isKnown ? Object(joined->second) : value);
-        } else if (key == "DA" && !fonts_.empty()) {
-            const Object text = reader_->resolve(value);
-            any = true;
-            changed.append(key, text.string() ? Object(renamedFonts(*text.string(), fonts_)) : value);
-        } else {
-            changed.append(key, value);
-        }
+        const auto replaced = replacement(key, value, index, group);
+        any = any || replaced;
+        if (!replaced || !replaced->isNull()) changed.append(key, replaced ? *replaced : value);
     }
-    if (isTop && ownAppearance_ && field["DA"].isNull()) {
-        changed.append("DA", Object(*ownAppearance_));
+    const auto complete = [&](std::string_view key, Object value) {
+        if (!field[key].isNull()) return;
+        changed.append(std::string(key), std::move(value));
         any = true;
-    }
-    if (isTop && ownQuadding_ && field["Q"].isNull()) {
-        changed.append("Q", Object(*ownQuadding_));
-        any = true;
-    }
+    };
+    if (isTop && ownAppearance_) complete("DA", Object(*ownAppearance_));
+    if (isTop && ownQuadding_) complete("Q", Object(*ownQuadding_));
+    if (!isTop) complete("Parent", Object(tree_.nodes()[node.parent].reference));
     return any;
+}
+
+/// What takes the place of an entry of a field; nothing if it stays, null if it goes.
+std::optional<Object> FormJoiner::replacement(std::string_view key, const Object& value, std::uint32_t index,
+                                              std::uint32_t group) {
+    const FieldTree::Node& node = tree_.nodes()[index];
+    if (key == "V" && node.holdsSignature) return Object();
+    if (key == "V" && groups_[group].cleared.contains(index)) return Object(Name{"Off"});
+    if (key == "DA" && !fonts_.empty()) return renamedAppearance(value);
+    if (key == "Parent" && node.parent != FieldTree::none && !node.namesParent) {
+        return Object(tree_.nodes()[node.parent].reference);
+    }
+    if (key != "T" || node.name.empty()) return std::nullopt;
+    auto name = groups_[group].names.renamed(node.name);
+    return name ? std::optional(Object(std::move(*name))) : std::nullopt;
 }
 
 void FormJoiner::end(const SourceCopies& source) {
@@ -165,8 +256,6 @@ void FormJoiner::end(const SourceCopies& source) {
     for (std::uint32_t group = 0; group < groups_.size(); ++group) writeFields(source, group);
     const Object form = reader_->resolve(source.catalog["AcroForm"]);
     if (form.dictionary()) writeOrder(source, *form.dictionary());
-    tree_ = {};
-    groups_.clear();
 }
 
 /// Writes the fields that are no annotations.
@@ -179,12 +268,13 @@ void FormJoiner::writeFields(const SourceCopies& source, std::uint32_t group) {
     }
     for (const auto& [field, number] : groups_[group].numbers) {
         if (isWidget(field) || number == 0) continue;
-        const Object parsed = reader_->parse(tree_.nodes()[field].reference);
+        const Object parsed = tree_.read(*reader_, field);
         if (!parsed.dictionary()) continue;
-        Dictionary entries;
-        static_cast<void>(change(*parsed.dictionary(), field, group, entries));
+        Dictionary changed;
+        static_cast<void>(change(*parsed.dictionary(), field, group, changed));
+        const Object entries = withActions(Object(std::move(changed)), group);
         std::string text = "<<";
-        for (const auto& [key, value] : entries.entries()) {
+        for (const auto& [key, value] : entries.dictionary()->entries()) {
             if (key == "Kids" || key == "Parent") continue;
             writeName(text, key);
             text += ' ' + source.copied(value, source.pages.overlay(group));
@@ -194,8 +284,18 @@ void FormJoiner::writeFields(const SourceCopies& source, std::uint32_t group) {
             text += "/Parent " + std::to_string(groups_[group].numbers[parent]) + " 0 R";
         }
         if (const auto own = kids.find(field); own != kids.end()) text += "/Kids[" + own->second + ']';
-        output_->addObject(number, text + ">>");
+        text += ">>";
+        if (source.charge(text.size(), group)) output_->addObject(number, text);
     }
+}
+
+/// The field with the fields that its own actions name renamed.
+Object FormJoiner::withActions(Object field, std::uint32_t group) {
+    if (!groups_[group].names.isAny()) return field;
+    std::string text;
+    std::string changed;
+    field.write(text);
+    return editOther(true, group, text, changed) ? Parser(changed).parse() : field;
 }
 
 /// The order in which fields are calculated, one source after the other.
@@ -212,10 +312,10 @@ void FormJoiner::writeOrder(const SourceCopies& source, const Dictionary& form) 
 }
 
 std::string FormJoiner::text() const {
-    if (fields_.empty()) return {};
+    const std::string resources = resources_.text();
+    if (fields_.empty() && resources.empty()) return {};
     std::string text = "<</Fields[" + fields_ + ']';
     if (!order_.empty()) text += "/CO[" + order_ + ']';
-    const std::string resources = resources_.text();
     if (!resources.empty()) text += "/DR" + resources;
     if (appearance_) {
         text += "/DA";

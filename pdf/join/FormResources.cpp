@@ -16,15 +16,15 @@ FontNames FormResources::add(const SourceCopies& source, const Object& resources
         if (!entries.dictionary()) continue;
         auto& joined = categories_[category];
         for (const auto& [name, entry] : entries.dictionary()->entries()) {
-            Resource resource{source.copied(entry), unfolded.of(entry)};
+            std::string content = unfolded.of(entry);
             std::string wanted = name;
             for (std::size_t i = 2; category == "Font"; ++i) {
                 const auto known = joined.find(wanted);
-                if (known == joined.end() || known->second.content == resource.content) break;
+                if (known == joined.end() || known->second.content == content) break;
                 wanted = name + '-' + std::to_string(i);
             }
             if (wanted != name) renamed[name] = wanted;
-            joined.try_emplace(std::move(wanted), std::move(resource));
+            if (!joined.contains(wanted)) joined[wanted] = {source.copied(entry), std::move(content)};
         }
     }
     return renamed;

@@ -1,5 +1,7 @@
 #include "pdf/join/LayerJoiner.h"
 
+#include "pdf/join/LayerOrder.h"
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -7,29 +9,30 @@ namespace quillon::pdf {
 
 namespace {
 
-std::unordered_set<std::uint32_t> numbersIn(ObjectReader& reader, const Object& list) {
+std::unordered_set<std::uint32_t> numbersIn(const Array& list) {
     std::unordered_set<std::uint32_t> numbers;
-    const Object resolved = reader.resolve(list);
-    if (!resolved.array()) return numbers;
-    for (const Object& element : *resolved.array()) {
+    for (const Object& element : list) {
         if (element.reference()) numbers.insert(element.reference()->number);
     }
     return numbers;
 }
 
-/// Without references to what is not in the output.
-Object living(const SourceCopies& source, const Object& value, int depth) {
+/// Without references to what is not in the output. `visits`: places of lists that were read, as often as they were.
+Object living(const SourceCopies& source, const Object& value, std::uint64_t& visits, int depth = 0) {
     constexpr int deepest = 32;
     if (const Reference* reference = value.reference()) {
         if (source.copier.isTaken(reference->number)) return value;
+        if (!source.reader().mayVisit(++visits)) return {};
         const Object resolved = source.reader().resolve(value);
         const bool isList = resolved.array() && depth < deepest;
-        return isList ? living(source, resolved, depth + 1) : Object();
+        return isList ? living(source, resolved, visits, depth + 1) : Object();
     }
     if (const Array* array = value.array()) {
         Array result;
+        visits += array->size();
+        if (!source.reader().mayVisit(visits)) return {};
         for (const Object& element : *array) {
-            Object kept = depth < deepest ? living(source, element, depth + 1) : Object();
+            Object kept = depth < deepest ? living(source, element, visits, depth + 1) : Object();
             const bool isEmpty = kept.isNull() || (kept.array() && kept.array()->empty());
             if (!isEmpty) result.push_back(std::move(kept));
         }
@@ -38,7 +41,7 @@ Object living(const SourceCopies& source, const Object& value, int depth) {
     if (const Dictionary* dictionary = value.dictionary()) {
         Dictionary result;
         for (const auto& [key, entry] : dictionary->entries()) {
-            result.append(key, depth < deepest ? living(source, entry, depth + 1) : Object());
+            result.append(key, depth < deepest ? living(source, entry, visits, depth + 1) : Object());
         }
         return result;
     }
@@ -71,14 +74,19 @@ void LayerJoiner::end(const SourceCopies& source) {
 void LayerJoiner::takeStates(const SourceCopies& source, const Dictionary& configuration, const Array& layers) {
     ObjectReader& reader = source.reader();
     const bool hidesAll = reader.resolve(configuration["BaseState"]).isName("OFF");
-    const auto exceptions = numbersIn(reader, configuration[hidesAll ? "ON" : "OFF"]);
+    const Object named = reader.resolve(configuration[hidesAll ? "ON" : "OFF"]);
+    const auto exceptions = numbersIn(named.array() ? *named.array() : Array());
     for (const Object& layer : layers) {
         if (exceptions.contains(layer.reference()->number) != hidesAll) hidden_ += source.copied(layer) + ' ';
     }
+    const auto add = [&](List& list, const Array& elements) {
+        for (const Object& element : elements) list.values += source.copied(element) + ' ';
+    };
+    add(order_, LayerOrder(source, numbersIn(layers)).of(configuration["Order"]));
+    std::uint64_t visits = 0;
     for (List& list : lists_) {
-        const Object value = living(source, reader.resolve(configuration[list.key]), 0);
-        if (!value.array()) continue;
-        for (const Object& element : *value.array()) list.values += source.copied(element) + ' ';
+        const Object value = living(source, reader.resolve(configuration[list.key]), visits);
+        if (value.array()) add(list, *value.array());
     }
     takeIntents(reader.resolve(configuration["Intent"]));
     if (!isFirst_) return;
@@ -108,9 +116,11 @@ std::string LayerJoiner::text() const {
         text += ']';
     }
     if (!hidden_.empty()) text += "/OFF[" + hidden_ + ']';
-    for (const List& list : lists_) {
+    const auto add = [&text](const List& list) {
         if (!list.values.empty()) text += '/' + std::string(list.key) + '[' + list.values + ']';
-    }
+    };
+    add(order_);
+    for (const List& list : lists_) add(list);
     return text + ">>>>";
 }
 

@@ -29,7 +29,8 @@ private:
         std::string_view key;
         std::string values;
     };
-    std::array<List, 4> lists_{{{"Order", {}}, {"AS", {}}, {"RBGroups", {}}, {"Locked", {}}}};
+    List order_{"Order", {}};
+    std::array<List, 3> lists_{{{"AS", {}}, {"RBGroups", {}}, {"Locked", {}}}};
     std::string layers_;  // references
     std::string hidden_;
     std::set<std::string> intents_;

@@ -6,6 +6,7 @@
 #include "pdf/write/SourcePlan.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace quillon::pdf {
 
@@ -22,6 +23,11 @@ struct SourceCopies {
     bool isWhole = survey.isWhole;
 
     [[nodiscard]] ObjectReader& reader() const { return document.reader(); }
+
+    /// Counts bytes written for a group of copies. False once that is more than a file of its size can hold.
+    [[nodiscard]] bool charge(std::uint64_t bytes, std::uint32_t group) const {
+        return copier.charge(bytes, pages.overlay(group));
+    }
 
     /// A value of the source as text of the output, references rewritten to the first copies, or those of a group.
     [[nodiscard]] std::string copied(const Object& value, const Overlay* overlay = nullptr) const {

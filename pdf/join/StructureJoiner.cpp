@@ -321,8 +321,7 @@ void StructureJoiner::writeElement(const SourceCopies& source, const Element& el
         writeString(text, language);
     }
     text += ">>";
-    // Further copies were asked for; those of a file itself may not blow it up.
-    if (group == 0 && !source.reader().charge(text.size())) text = "null";
+    if (!source.charge(text.size(), group)) text = "null";
     output_->addObject(element.number, text);
 }
 

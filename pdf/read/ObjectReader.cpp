@@ -324,9 +324,13 @@ std::uint64_t ObjectReader::nextObject(std::uint64_t offset) {
 }
 
 bool ObjectReader::charge(std::uint64_t bytes) noexcept {
-    constexpr std::uint64_t margin = 16U << 20U;
     charged_ += bytes;
-    return charged_ <= 4 * (file_.file().size() + decodedBytes_) + margin;
+    return canHold(charged_);
+}
+
+bool ObjectReader::canHold(std::uint64_t bytes) const noexcept {
+    constexpr std::uint64_t margin = 16U << 20U;
+    return bytes <= 4 * (file_.file().size() + decodedBytes_) + margin;
 }
 
 std::vector<ObjectStreamPrefetcher::Wanted> ObjectReader::objectStreams() const {

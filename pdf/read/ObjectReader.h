@@ -96,6 +96,8 @@ public:
     /// Counts bytes that were taken over from the file. False once that is more than a file of its size can hold, as
     /// with objects that overlap each other to blow up the output.
     [[nodiscard]] bool charge(std::uint64_t bytes) noexcept;
+    /// Whether a file of its size can hold so much.
+    [[nodiscard]] bool canHold(std::uint64_t bytes) const noexcept;
 
     /// The object streams of the file that are not in memory, in the order in which their objects are numbered.
     [[nodiscard]] std::vector<ObjectStreamPrefetcher::Wanted> objectStreams() const;

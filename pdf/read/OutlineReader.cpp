@@ -103,10 +103,8 @@ private:
     }
 
     void takeTarget(const Object& destination, const Object& action, OutlineItem& item) {
-        if (!destination.isNull()) {
-            item.destination = destinations_.resolve(destination);
-            return;
-        }
+        if (!destination.isNull()) item.destination = destinations_.resolve(destination);
+        if (item.destination) return;
         const Target target = action.reference() ? known(*action.reference()) : targetOf(action);
         if (target.goesTo) {
             item.destination = target.destination;

@@ -171,11 +171,12 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     copier.announceCatalog(catalog_);
     // A version in the catalog would contradict the header, and permissions granted by a signature end with the
     // signature.
-    std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms"};
+    std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms", "OpenAction"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
     if (!plan_.metadata.empty()) dropped.emplace_back("Metadata");
     std::ranges::copy(joiner_.catalogKeys(), std::back_inserter(dropped));
     copier.copyCatalog(dropped, catalogEntries_);
+    catalogEntries_ += joiner_.openAction();
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();

@@ -191,12 +191,16 @@ void SourceCopier::copyObject(const Pending& pending) {
             return;
         }
     }
-    auto object = reader_.find(pending.reference, std::max<std::size_t>(pending.length, ObjectReader::usualObject));
-    // What stands in an object stream is there as a whole.
-    const bool isWhole = pending.length != 0 || (object && !object->inFile);
-    if (object && !isWhole && editor_) object = reader_.findWhole(pending.reference);
+    // The header of the object is read along.
+    constexpr std::size_t header = 32;
+    auto object = reader_.find(pending.reference, std::max(pending.length + header, ObjectReader::usualObject));
     if (!object) return;
-    const std::string_view text = pending.length != 0 ? object->text().substr(0, pending.length) : object->value();
+    const bool hasEnd = pending.length != 0 && pending.length <= object->text().size();
+    // What stands in an object stream is there as a whole.
+    const bool isWhole = hasEnd || !object->inFile;
+    if (!isWhole && editor_) object = reader_.findWhole(pending.reference);
+    if (!object) return;
+    const std::string_view text = hasEnd ? object->text().substr(0, pending.length) : object->value();
     if (pending.length == 0 && (!object->inFile || editor_) && isPageObject(text)) return;
     edited_.clear();
     if (editor_ && editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_)) {
@@ -225,7 +229,7 @@ void SourceCopier::writePlain(std::uint32_t number, std::string_view text) {
 
 void SourceCopier::closePlain(std::uint32_t number, std::size_t begin) {
     std::string& body = output_.body();
-    if (!charges_ || reader_.charge(body.size() - begin)) {
+    if (charge(body.size() - begin, charged_)) {
         output_.close(number, begin);
     } else {
         body.resize(begin);
@@ -256,10 +260,12 @@ bool SourceCopier::copyPage(const PageJob& job) {
     std::string text = document_.pageText(*job.page);
     if (text.empty() || (!job.asked && !reader_.charge(text.size()))) return false;
     std::vector<Pending> copies;
-    Overlay own(job.overlay);
     if (job.overlay) {
-        duplicateAnnotations(job, text, own, copies);
-        overlay_ = &own;
+        Group& group = groups_.try_emplace(job.overlay, job.overlay).first->second;
+        group.asked = group.asked && job.asked;
+        if (job.page->number != 0) group.overlay.set(job.page->number, job.number);
+        duplicateAnnotations(text, group.overlay, copies);
+        overlay_ = &group.overlay;
     }
     if (editor_) {
         std::string changed;
@@ -272,9 +278,9 @@ bool SourceCopier::copyPage(const PageJob& job) {
     const std::size_t begin = body.size();
     body += page;
     output_.close(job.number, begin);
-    charges_ = !job.asked || !job.overlay;
+    charged_ = job.overlay;
     for (const Pending& copy : copies) copyObject(copy);
-    charges_ = true;
+    charged_ = nullptr;
     overlay_ = nullptr;
     return true;
 }
@@ -354,26 +360,37 @@ void SourceCopier::copyCatalog(std::span<const std::string_view> dropped, std::s
     writeEntries(isChanged ? changed : object->text(), dropped, out);
 }
 
-// A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or
-// a comment, must not show on the other, and each annotation names its page. Whatever else the page needs is shared.
+bool SourceCopier::charge(std::uint64_t bytes, const Overlay* overlay) {
+    const auto group = overlay ? groups_.find(overlay) : groups_.end();
+    if (group == groups_.end() || !group->second.asked) return reader_.charge(bytes);
+    group->second.charged += bytes;
+    return reader_.canHold(group->second.charged);
+}
 
-void SourceCopier::duplicateAnnotations(const PageJob& job, std::string_view text, Overlay& overlay,
-                                        std::vector<Pending>& copies) {
-    if (job.page->number != 0) overlay.set(job.page->number, job.number);
+// A page that stands in the output twice is two pages, each with its own annotations: a form field filled in on one, or
+// a comment, must not show on the other, and each annotation names its page. Whatever else the page needs is shared,
+// and so are, within a group of copies, annotations that several pages name.
+
+void SourceCopier::duplicateAnnotations(std::string_view text, Overlay& overlay, std::vector<Pending>& copies) {
     const std::string_view value = findValue(text, "Annots");
-    const Object annotations = reader_.resolve(value);
-    if (!annotations.array()) return;
     const auto duplicate = [&](Reference reference) {
-        if (overlay.covers(reference.number)) return;
+        if (overlay.covers(reference.number)) return false;
         copies.push_back({reference, output_.reserve(), 0, false});
         overlay.set(reference.number, copies.back().number);
+        return true;
     };
-    if (const Object direct = Parser(value).parse(); direct.reference()) duplicate(*direct.reference());
+    const Object direct = Parser(value).parse();
+    if (direct.reference() && overlay.covers(direct.reference()->number)) return;
+    const Object annotations = reader_.resolve(direct);
+    if (!annotations.array()) return;
+    if (direct.reference()) duplicate(*direct.reference());
+    std::vector<const Object*> own;
     for (const Object& annotation : *annotations.array()) {
-        if (annotation.reference() && isPlain(*annotation.reference())) duplicate(*annotation.reference());
+        const Reference* reference = annotation.reference();
+        if (!reference || (isPlain(*reference) && duplicate(*reference))) own.push_back(&annotation);
     }
-    for (const Object& annotation : *annotations.array()) {
-        const Object dictionary = reader_.resolve(annotation);
+    for (const Object* annotation : own) {
+        const Object dictionary = reader_.resolve(*annotation);
         if (!dictionary.dictionary()) continue;
         for (const char* key : {"A", "AA", "Dest", "PA", "Popup"}) {
             collectPrivate((*dictionary.dictionary())[key], overlay, copies, 0);
@@ -405,8 +422,11 @@ void SourceCopier::collectPrivate(const Object& value, Overlay& overlay, std::ve
 
 /// Whether the object exists, is no stream and no page.
 bool SourceCopier::isPlain(Reference reference) {
+    if (unusual_.contains(reference.number)) return false;
     const auto object = reader_.findWhole(reference);
-    return object && !object->streamData() && !isPageObject(object->value());
+    const bool plain = object && !object->streamData() && !isPageObject(object->value());
+    if (!plain) unusual_.insert(reference.number);
+    return plain;
 }
 
 }  // namespace quillon::pdf

@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace quillon::pdf {
@@ -77,6 +78,10 @@ public:
     [[nodiscard]] std::uint32_t copyReference(Reference reference);
     /// Copies every plain object that was met and not copied yet.
     void drain();
+    /// Counts bytes that others write of the source for the copies of `overlay`, null for the first ones. False once
+    /// that is more than a file of its size can hold. Further copies that were asked for count anew, those that only
+    /// the source's own tree has do not.
+    [[nodiscard]] bool charge(std::uint64_t bytes, const Overlay* overlay);
 
 private:
     static constexpr std::uint32_t null = Overlay::none;
@@ -87,6 +92,13 @@ private:
         std::uint32_t number;
         std::uint32_t length;  // of the value, which is known to be no page; 0 where nothing is known
         bool maybeStream;
+    };
+    /// What copies of pages other than the first have of their own, besides what their overlay says.
+    struct Group {
+        explicit Group(const Overlay* below) : overlay(below) {}
+        Overlay overlay;
+        std::uint64_t charged = 0;
+        bool asked = true;
     };
     struct Mapper {
         SourceCopier* copier;
@@ -117,8 +129,7 @@ private:
     void writePage(const PageJob& job, std::string_view text, std::string& out);
     void writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out);
     bool writeStructureKey(const DictionaryScanner::Entry& entry, const ObjectEditor::Copied* page, std::string& out);
-    void duplicateAnnotations(const PageJob& job, std::string_view text, Overlay& overlay,
-                              std::vector<Pending>& copies);
+    void duplicateAnnotations(std::string_view text, Overlay& overlay, std::vector<Pending>& copies);
     void collectPrivate(const Object& value, Overlay& overlay, std::vector<Pending>& copies, int depth);
     bool isPlain(Reference reference);
     std::uint32_t inheritedResources(std::int64_t node);
@@ -129,7 +140,9 @@ private:
     ReferenceRewriter<Mapper> rewriter_;
     ObjectMap<std::uint32_t> numbers_;  // 0: not met yet
     const Overlay* overlay_ = nullptr;  // of the page being copied
-    bool charges_ = true;               // whether what is copied counts towards what the file can hold
+    const Overlay* charged_ = nullptr;  // the copies that what is copied counts for
+    std::unordered_map<const Overlay*, Group> groups_;
+    std::unordered_set<std::uint32_t> unusual_;  // annotations and the like that are streams or pages
     bool isBase_;
     ObjectEditor* editor_ = nullptr;
     bool editsLinks_ = false;

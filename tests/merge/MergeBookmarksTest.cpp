@@ -3,6 +3,7 @@
 #include "tests/merge/MergeTest.h"
 #include "tests/support/ExternalReader.h"
 #include "tests/support/JudgedPdf.h"
+#include "tests/support/RichPdf.h"
 
 #include <algorithm>
 
@@ -157,6 +158,21 @@ TEST_F(MergeBookmarks, EscapedNamesStayEscapedAndOthersAreReadable) {
         "bersicht",
         1);
     EXPECT_EQ(outline(), (Strings{"Annual%20report@1", "%C3%9Cbersicht@2"}));
+}
+
+TEST_F(MergeBookmarks, OneWhoseDestinationIsMissingKeepsItsAction) {
+    keep(true, false);
+    RawPdf pdf = beginPdf("/Outlines 30 0 R", {""});
+    pdf.object(30, "<</First 31 0 R/Last 31 0 R/Count 1>>");
+    pdf.object(31, "<</Title(t)/Parent 30 0 R/Dest 99 0 R/A<</S/URI/URI(http://example.org)>>>>");
+    addY();
+    addFile(urlOf(dir_.write("linked.pdf", pdf.table().bytes())));
+    run();
+    const JudgedPdf file(target());
+    const QJsonObject root = file.dictionary(file.catalog().value(QStringLiteral("/Outlines")));
+    const QJsonObject node = file.dictionary(root.value(QStringLiteral("/First")));
+    EXPECT_EQ(file.dictionary(node.value(QStringLiteral("/A"))).value(QStringLiteral("/URI")).toString(),
+              QStringLiteral("u:http://example.org"));
 }
 
 TEST_F(MergeBookmarks, ANodeShowsTheTopOfItsPage) {

@@ -9,10 +9,11 @@
 
 namespace quillon::test {
 
-JudgedPdf::JudgedPdf(const std::string& file) {
-    const auto result =
-        runProgram(QStringLiteral("qpdf"), {QStringLiteral("--json=2"), QStringLiteral("--json-stream-data=inline"),
-                                            QStringLiteral("--decode-level=none"), QString::fromStdString(file)});
+JudgedPdf::JudgedPdf(const std::string& file, Widgets widgets) {
+    QStringList arguments{QStringLiteral("--json=2"), QStringLiteral("--json-stream-data=inline"),
+                          QStringLiteral("--decode-level=none"), QString::fromStdString(file)};
+    if (widgets == Widgets::Any) arguments += {QStringLiteral("--json-key=pages"), QStringLiteral("--json-key=qpdf")};
+    const auto result = runProgram(QStringLiteral("qpdf"), arguments);
     if (result.exitCode != 0) throw std::runtime_error("qpdf cannot read " + file + ": " + result.errors);
     const QJsonObject whole = QJsonDocument::fromJson(QByteArray::fromStdString(result.output)).object();
     const QJsonObject objects = whole.value(QStringLiteral("qpdf")).toArray().at(1).toObject();

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstdint>
 #include <string>
 
 namespace quillon::test {
@@ -13,8 +14,10 @@ namespace quillon::test {
 /// A PDF file as qpdf sees it, object by object. Names are written `/Name`, references `5 0 R`, texts `u:text`.
 class JudgedPdf {
 public:
-    /// Throws std::runtime_error with what qpdf said when it cannot read the file.
-    explicit JudgedPdf(const std::string& file);
+    enum class Widgets : std::uint8_t { OfTheForm, Any };
+    /// Throws std::runtime_error with what qpdf said when it cannot read the file, or unless `widgets` is Any when a
+    /// widget on a page does not belong to the form.
+    explicit JudgedPdf(const std::string& file, Widgets widgets = Widgets::OfTheForm);
 
     /// References of the pages in order.
     [[nodiscard]] const QStringList& pages() const noexcept { return pages_; }

@@ -1,7 +1,5 @@
 #include "tests/support/RichPdf.h"
 
-#include "tests/support/RawPdf.h"
-
 namespace quillon::test {
 
 namespace {
@@ -21,6 +19,18 @@ std::string widget(int number, const std::string& entries) {
 }
 
 }  // namespace
+
+RawPdf beginPdf(const std::string& catalog, const std::vector<std::string>& pages) {
+    RawPdf pdf;
+    std::string kids;
+    for (std::size_t i = 0; i < pages.size(); ++i) kids += std::to_string(10 + 2 * i) + " 0 R ";
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R" + catalog + ">>");
+    pdf.object(2, "<</Type/Pages/Count " + std::to_string(pages.size()) + "/Kids[" + kids + "]>>");
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        pdf.page(static_cast<int>(10 + 2 * i), std::to_string(i + 1), page + pages[i]);
+    }
+    return pdf;
+}
 
 std::string formPdf(const std::string& mark, const std::string& font) {
     RawPdf pdf = twoPages("/AcroForm 3 0 R");

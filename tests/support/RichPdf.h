@@ -1,11 +1,19 @@
 #pragma once
 
+#include "tests/support/RawPdf.h"
+
 #include <string>
+#include <vector>
 
 namespace quillon::test {
 
 // Small files of two pages, marked `mark`1 and `mark`2, each with one kind of thing that belongs to the document and
 // not to its pages alone. Object 10 is the first page, 12 the second.
+
+/// The beginning of a file whose catalog has the entries `catalog`, with a page for each of `pages`, the entries it has
+/// besides its size. The pages are objects 10, 12 and so on and marked 1, 2 and so on; objects from 30 on are free,
+/// with up to ten pages.
+[[nodiscard]] RawPdf beginPdf(const std::string& catalog, const std::vector<std::string>& pages);
 
 /// The fields `person.first` (on the first page, value `mark`), `person.both` (on both pages) and `sum` (on the second,
 /// calculated, in the font F), and the default appearance /F 9 Tf. `font` is the base font that F stands for.

@@ -10,11 +10,14 @@
 namespace quillon::pdf {
 namespace {
 
+using test::beginPdf;
 using test::fieldLines;
 using test::formPdf;
 using test::JudgedPdf;
 using test::RawPdf;
 using test::signedPdf;
+
+const std::string widget = "/Type/Annot/Subtype/Widget/Rect[0 0 9 9]";
 
 class Forms : public EngineTest {
 protected:
@@ -189,6 +192,105 @@ TEST_F(Forms, ASignatureThatTheFormDoesNotListIsGone) {
         const JudgedPdf joined(write(planOf({open(formPdf("A"), "a"), open(pdf.table().bytes(), "b")})));
         EXPECT_FALSE(joined.annotations(2).first().contains(QStringLiteral("/V")));
         EXPECT_EQ(joined.having(QStringLiteral("/Type"), QStringLiteral("/Sig")).size(), 0);
+    }
+}
+
+TEST_F(Forms, AWidgetOfSeveralPagesIsOneFieldInEachCopy) {
+    RawPdf raw = beginPdf("/AcroForm<</Fields[30 0 R 31 0 R]>>", {"/Annots[30 0 R 32 0 R]", "/Annots[30 0 R 32 0 R]"});
+    raw.object(30, "<<" + widget + "/FT/Tx/T(a)>>").object(32, "<<" + widget + "/Parent 31 0 R>>");
+    raw.object(31, "<</FT/Tx/T(b)/Kids[32 0 R]>>");
+    const auto source = open(raw.table().bytes());
+    const JudgedPdf pdf(write(planOf({source, source})));
+    EXPECT_EQ(fieldLines(pdf), (Strings{"a@1and2=", "b@1and2=", "a-2@3and4=", "b-2@3and4="}));
+    EXPECT_EQ(pdf.having(QStringLiteral("/Subtype"), QStringLiteral("/Widget")).size(), 4);
+}
+
+TEST_F(Forms, AListOfWidgetsThatPagesShareIsReadOnce) {
+    constexpr int count = 300;
+    RawPdf raw;
+    std::string kids;
+    std::string fields;
+    for (int i = 0; i < count; ++i) {
+        kids += std::to_string(10 + 2 * i) + " 0 R ";
+        fields += std::to_string(10 + 2 * count + i) + " 0 R ";
+        raw.page(10 + 2 * i, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]/Annots 3 0 R");
+        raw.object(10 + 2 * count + i, "<<" + widget + "/FT/Tx/T(f" + std::to_string(i) + ")>>");
+    }
+    raw.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields 3 0 R>>>>").object(3, "[" + fields + "]");
+    raw.object(2, "<</Type/Pages/Count " + std::to_string(count) + "/Kids[" + kids + "]>>");
+    const std::string bytes = raw.table().bytes();
+    const auto source = open(bytes);
+    const std::string file = write(planOf({source, source}));
+    EXPECT_LT(contentOf(file).size(), bytes.size());
+    const JudgedPdf pdf(file, JudgedPdf::Widgets::Any);
+    EXPECT_EQ(form(pdf).value(QStringLiteral("/Fields")).toArray().size(), 2 * count);
+    EXPECT_EQ(pdf.having(QStringLiteral("/Subtype"), QStringLiteral("/Widget")).size(), 2 * count);
+}
+
+TEST_F(Forms, ASignatureWhoseValueStandsAboveItsTypeIsGone) {
+    RawPdf raw = beginPdf("/AcroForm<</Fields[31 0 R]>>", {"/Annots[30 0 R 33 0 R]"});
+    raw.object(30, "<<" + widget + "/FT/Sig/T(s)/Parent 31 0 R>>").object(32, "<</Type/Sig/Contents<00>>>");
+    raw.object(33, "<<" + widget + "/FT/Tx/T(t)/V(kept)/Parent 31 0 R>>");
+    raw.object(31, "<</T(above)/V 32 0 R/Kids[30 0 R 33 0 R]>>");
+    const JudgedPdf pdf(write(planOf({open(raw.table().bytes())})));
+    EXPECT_TRUE(pdf.having(QStringLiteral("/Type"), QStringLiteral("/Sig")).isEmpty());
+    EXPECT_EQ(fieldLines(pdf), (Strings{"above.s@1=", "above.t@1=kept"}));
+}
+
+/// Buttons a and b of one field on a page each, a chosen.
+std::string radioPdf(const std::string& state) {
+    RawPdf pdf = beginPdf("/AcroForm<</Fields[30 0 R]>>", {"/Annots[31 0 R]", "/Annots[32 0 R]"});
+    pdf.object(30, "<</FT/Btn/Ff 49152/T(choice)/V/a/Kids[31 0 R 32 0 R]>>");
+    pdf.object(31, "<<" + widget + "/Parent 30 0 R/AP<</N<</a 33 0 R/Off 33 0 R>>>>" + state + ">>");
+    pdf.object(32, "<<" + widget + "/Parent 30 0 R/AP 34 0 R/AS/Off>>");
+    pdf.stream(33, "/Type/XObject/Subtype/Form/BBox[0 0 9 9]", "0 0 9 9 re f");
+    pdf.object(34, "<</N 35 0 R>>").object(35, "<</b 33 0 R/Off 33 0 R>>");
+    return pdf.table().bytes();
+}
+
+TEST_F(Forms, OfButtonsWhoseChosenOneIsNotTakenNoneIsChosen) {
+    for (const std::string state : {"/AS/a", ""}) {
+        const auto source = open(radioPdf(state), "radio" + state.substr(0, state.find('/')));
+        const auto value = [&](const std::vector<std::vector<std::uint32_t>>& openings, int field) {
+            DocumentPlan plan;
+            for (const auto& pages : openings) {
+                for (OutputPage& page : pagesOf(source, pages)) plan.pages.push_back(std::move(page));
+            }
+            const JudgedPdf pdf(write(plan));
+            const QJsonArray fields = form(pdf).value(QStringLiteral("/Fields")).toArray();
+            return pdf.dictionary(fields.at(field)).value(QStringLiteral("/V")).toString();
+        };
+        EXPECT_EQ(value({{0, 1}}, 0), QStringLiteral("/a"));
+        EXPECT_EQ(value({{0}}, 0), QStringLiteral("/a"));
+        EXPECT_EQ(value({{1}}, 0), QStringLiteral("/Off"));
+        EXPECT_EQ(value({{0, 1}, {1}}, 0), QStringLiteral("/a"));
+        EXPECT_EQ(value({{0, 1}, {1}}, 1), QStringLiteral("/Off"));
+        EXPECT_EQ(value({{0, 1}, {0}}, 1), QStringLiteral("/a"));
+    }
+}
+
+/// A comment in the font F of the form, which has no field unless `fields` names some.
+std::string commentPdf(const std::string& font, const std::string& fields) {
+    RawPdf pdf = beginPdf("/AcroForm<</Fields[" + fields + "]/DR<</Font<</F 32 0 R>>>>>>",
+                          {"/Annots[30 0 R 31 0 R<</Subtype/FreeText/Rect[0 0 9 9]/DA(/F 8 Tf)/Contents(c)>>]"});
+    pdf.object(30, "<</Type/Annot/Subtype/FreeText/Rect[0 0 9 9]/DA(0 g /F 7 Tf)/Contents(c)>>");
+    pdf.object(31, "<<" + widget + "/FT/Tx/T(t)/DA(/F 6 Tf)>>");
+    return pdf.object(32, "<</Type/Font/Subtype/Type1/BaseFont/" + font + ">>").table().bytes();
+}
+
+TEST_F(Forms, CommentsNameTheirFontAsItIsCalledInTheJoinedForm) {
+    for (const std::string fields : {"31 0 R", ""}) {
+        const auto a = open(commentPdf("Helvetica", fields), "a" + fields);
+        const auto b = open(commentPdf("Courier", fields), "b" + fields);
+        const JudgedPdf pdf(write(planOf({a, b})), JudgedPdf::Widgets::Any);
+        EXPECT_EQ(appearance(pdf, 0, 0), QStringLiteral("u:0 g /F 7 Tf"));
+        EXPECT_EQ(appearance(pdf, 1, 0), QStringLiteral("u:0 g /F-2 7 Tf"));
+        EXPECT_EQ(appearance(pdf, 1, 1), QStringLiteral("u:/F-2 6 Tf"));
+        EXPECT_EQ(appearance(pdf, 1, 2), QStringLiteral("u:/F-2 8 Tf"));
+        const QJsonObject fonts =
+            pdf.dictionary(form(pdf).value(QStringLiteral("/DR")))[QStringLiteral("/Font")].toObject();
+        EXPECT_EQ(pdf.dictionary(fonts[QStringLiteral("/F-2")])[QStringLiteral("/BaseFont")].toString(),
+                  QStringLiteral("/Courier"));
     }
 }
 

@@ -77,6 +77,17 @@ TEST_F(OutlineReading, AnExplicitDestinationIsAPageAndAView) {
     EXPECT_EQ(item.destination->top, 700.5);
 }
 
+TEST_F(OutlineReading, WhereTheDestinationLeadsNowhereTheActionCounts) {
+    for (const std::string destination : {"98 0 R", "[98 0 R/Fit]", "(unknown)", "/unknown", "[7/Fit]", "null"}) {
+        const auto linked = readNode(node("/Dest " + destination + "/A<</S/URI/URI(http://example.org)>>"));
+        EXPECT_EQ(linked.action, "<</S/URI/URI(http://example.org)>>") << destination;
+        const auto led = readNode(node("/Dest " + destination + "/A<</S/GoTo/D[12 0 R/Fit]>>"));
+        ASSERT_TRUE(led.destination) << destination;
+        EXPECT_EQ(led.destination->page, 1U);
+    }
+    EXPECT_EQ(readNode(node("/Dest[10 0 R/Fit]/A<</S/URI/URI(http://example.org)>>")).action, "");
+}
+
 TEST_F(OutlineReading, EveryKindOfViewIsKept) {
     for (const std::string view : {"/Fit", "/FitH 5", "/FitV 6", "/FitR 1 2 3 4", "/FitB", "/FitBH null"}) {
         const auto item = readNode(node("/Dest[10 0 R " + view + "]"));

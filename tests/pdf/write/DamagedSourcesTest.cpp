@@ -9,6 +9,7 @@
 #include <QJsonArray>
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace quillon::pdf {
@@ -72,6 +73,65 @@ TEST_F(DamagedSources, APageThatIsTakenVeryOftenKeepsItsAnnotations) {
     EXPECT_EQ(out.annotations(79).size(), 100);
     EXPECT_EQ(out.annotations(79)[99][text("/P")].toString(), out.pages().last());
     EXPECT_EQ(source->warnings(), Strings());
+}
+
+constexpr int overlapping = 6000;
+
+/// Objects from 20 on, many of which stand inside the text of the one before. `entries` gives those of an object.
+void addOverlapping(RawPdf& pdf, const std::function<std::string(int)>& entries) {
+    constexpr int deepest = 300;
+    for (int i = 0; i < overlapping; ++i) {
+        pdf.entry(20 + i, pdf.size());
+        pdf.raw(std::to_string(20 + i) + " 0 obj<<" + entries(20 + i) + "/X(");
+        if (i % deepest != deepest - 1) continue;
+        for (int k = 0; k < deepest; ++k) pdf.raw(")>>");
+        pdf.raw("\nendobj\n");
+    }
+}
+
+/// The bytes of those texts in a file.
+qsizetype overlappingBytes(const std::string& file) {
+    const JudgedPdf pdf(file, JudgedPdf::Widgets::Any);
+    qsizetype bytes = 0;
+    for (const QString& reference : pdf.references()) {
+        bytes += pdf.dictionary(reference).value(QStringLiteral("/X")).toString().size();
+    }
+    return bytes;
+}
+
+constexpr qsizetype mostBytes = 19'000'000;
+
+std::string referencesToOverlapping() {
+    std::string references;
+    for (int i = 20; i < 20 + overlapping; ++i) references += std::to_string(i) + " 0 R ";
+    return references;
+}
+
+TEST_F(DamagedSources, AnnotationsThatOverlapEachOtherDoNotBlowUpSecondCopies) {
+    RawPdf pdf;
+    pdf.catalogOf({3}).page(3, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]/Annots[" + referencesToOverlapping() + "]");
+    addOverlapping(pdf, [](int) { return "/Subtype/Text/Rect[0 0 9 9]"; });
+    const auto source = open(pdf.table().bytes());
+    EXPECT_LT(overlappingBytes(write(planOf({source, source}))), 2 * mostBytes);
+}
+
+TEST_F(DamagedSources, BeadsThatOverlapEachOtherDoNotBlowUpTheOutput) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Threads[5 0 R]>>").object(2, "<</Type/Pages/Count 1/Kids[3 0 R]>>");
+    pdf.page(3, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]").object(5, "<</F 20 0 R>>");
+    addOverlapping(pdf, [](int i) { return "/P 3 0 R/N " + std::to_string(i + 1) + " 0 R"; });
+    const auto source = open(pdf.table().bytes());
+    const auto plain = open(test::PdfFixture().page("plain").bytes(), "plain.pdf");
+    EXPECT_LT(overlappingBytes(write(planOf({plain, source}))), mostBytes);
+    EXPECT_LT(overlappingBytes(write(planOf({source, source}))), 2 * mostBytes);
+}
+
+TEST_F(DamagedSources, FieldsThatOverlapEachOtherDoNotBlowUpTheOutput) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[" + referencesToOverlapping() + "]>>>>");
+    pdf.object(2, "<</Type/Pages/Count 1/Kids[3 0 R]>>").page(3, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]");
+    addOverlapping(pdf, [](int i) { return "/FT/Tx/T(f" + std::to_string(i) + ")"; });
+    EXPECT_LT(overlappingBytes(write(planOf({open(pdf.table().bytes())}))), mostBytes);
 }
 
 TEST_F(DamagedSources, OneMalformedEntryLosesNoOther) {

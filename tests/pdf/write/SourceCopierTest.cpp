@@ -328,5 +328,35 @@ TEST_F(Copying, APageWithoutItsContentKeepsTheRest) {
     EXPECT_EQ(JudgedPdf(path).annotations(0).size(), 1);
 }
 
+TEST_F(Copying, AnnotationsThatPagesShareAreCopiedOnceWithEachOpening) {
+    constexpr int count = 300;
+    RawPdf pdf;
+    std::string kids;
+    std::string annotations;
+    for (int i = 0; i < count; ++i) {
+        kids += std::to_string(10 + 2 * i) + " 0 R ";
+        annotations += std::to_string(10 + 2 * count + i) + " 0 R ";
+        // Half of the pages share the list as well.
+        const std::string list = i % 2 == 0 ? "3 0 R" : "[" + std::to_string(10 + 2 * count) + " 0 R]";
+        pdf.page(10 + 2 * i, "A", bare + "/Annots " + list);
+        pdf.object(10 + 2 * count + i, "<</Subtype/Link/Rect[0 0 9 9]/A 4 0 R/N " + std::to_string(i) + ">>");
+    }
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>").object(3, "[" + annotations + "]");
+    pdf.object(2, "<</Type/Pages/Count " + std::to_string(count) + "/Kids[" + kids + "]>>");
+    pdf.object(4, "<</S/GoTo/D[10 0 R/Fit]>>");
+    const std::string bytes = pdf.table().bytes();
+    const auto source = open(bytes);
+    const std::string file = write(planOf({source, source}));
+    EXPECT_LT(contentOf(file).size(), bytes.size());
+    const JudgedPdf out(file);
+    EXPECT_EQ(out.having(text("/Subtype"), text("/Link")).size(), 2 * count);
+    EXPECT_EQ(out.annotations(count).size(), count);
+    EXPECT_EQ(out.annotations(count), out.annotations(count + 2));
+    for (const qsizetype page : {0, count}) {
+        const QJsonObject action = out.dictionary(out.annotations(page)[7].value(text("/A")));
+        EXPECT_EQ(action.value(text("/D")).toArray().at(0).toString(), out.pages()[page]);
+    }
+}
+
 }  // namespace
 }  // namespace quillon::pdf

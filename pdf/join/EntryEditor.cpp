@@ -1,0 +1,48 @@
+#include "pdf/join/EntryEditor.h"
+
+#include "pdf/object/Characters.h"
+#include "pdf/object/Parser.h"
+
+namespace quillon::pdf {
+
+namespace {
+
+Object edited(const Object& object, const EntryRule& rule, bool& changed) {
+    if (const Array* array = object.array()) {
+        Array result;
+        for (const Object& element : *array) result.push_back(edited(element, rule, changed));
+        return result;
+    }
+    const Dictionary* dictionary = object.dictionary();
+    if (!dictionary) return object;
+    Dictionary result;
+    for (const auto& [key, value] : dictionary->entries()) {
+        const auto replaced = rule(*dictionary, key, value);
+        changed = changed || replaced;
+        if (!replaced) result.append(key, edited(value, rule, changed));
+        if (replaced && !replaced->isNull()) result.append(key, *replaced);
+    }
+    return result;
+}
+
+}  // namespace
+
+bool editEntries(std::string_view text, const EntryRule& rule, std::string& changed) {
+    bool any = false;
+    const Object result = edited(Parser(text).parse(), rule, any);
+    if (any) result.write(changed);
+    return any;
+}
+
+bool mayHaveKey(std::string_view text, std::string_view key) {
+    // Nearly every object passes here, and the letters of a key are rarer than the slash before it.
+    for (std::size_t at = text.find(key.front(), 1); at != std::string_view::npos;
+         at = text.find(key.front(), at + 1)) {
+        const std::size_t end = at + key.size();
+        const bool isWhole = text.substr(at, key.size()) == key && (end == text.size() || !isRegular(text[end]));
+        if (isWhole && text[at - 1] == '/') return true;
+    }
+    return false;
+}
+
+}  // namespace quillon::pdf

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "pdf/object/Object.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quillon::pdf {
+
+/// What takes the place of an entry of a dictionary; nothing if it stays, null if it goes.
+using EntryRule =
+    std::function<std::optional<Object>(const Dictionary& dictionary, std::string_view key, const Object& value)>;
+
+/// Asks `rule` for every entry of every dictionary in the object `text`, but not for what is inside of those that it
+/// replaced. False when nothing is to be changed; otherwise the object is appended to `changed`.
+[[nodiscard]] bool editEntries(std::string_view text, const EntryRule& rule, std::string& changed);
+
+/// Whether `text`, that of an object, may have an entry `key`, without looking at it closely: false if it certainly has
+/// none that is written without escapes.
+[[nodiscard]] bool mayHaveKey(std::string_view text, std::string_view key);
+
+}  // namespace quillon::pdf
