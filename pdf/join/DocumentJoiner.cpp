@@ -68,7 +68,7 @@ void DocumentJoiner::begin(const SourcePlan& plan, SourceSurvey& survey, PageCop
     const Object catalog = document.catalog() ? document.reader().parse(*document.catalog()) : Object();
     catalog_ = catalog.dictionary() ? *catalog.dictionary() : Dictionary();
     source_.emplace(SourceCopies{plan, pages, document, copier, catalog_, survey, ordinal_, isBase});
-    if (needsDestinations(plan)) destinations_.begin(*source_);
+    if (wishesFor(plan).destinations) destinations_.begin(*source_);
     copier.setEditor(this);
     forms_.begin(*source_);
     if (joinsStructure_) structure_.begin(*source_);

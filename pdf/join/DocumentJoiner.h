@@ -37,9 +37,9 @@ public:
     /// stay until `end`.
     void begin(const SourcePlan& plan, SourceSurvey& survey, PageCopies& pages, SourceDocument& document,
                SourceCopier& copier);
-    /// Whether the survey of a source must have its named destinations. May be asked on any thread.
-    [[nodiscard]] bool needsDestinations(const SourcePlan& plan) const {
-        return joinsNames_ || plan.source() != plan_.base;
+    /// What the survey of a source must have. May be asked on any thread.
+    [[nodiscard]] SourceSurvey::Wishes wishesFor(const SourcePlan& plan) const {
+        return {.destinations = joinsNames_ || plan.source() != plan_.base, .fields = true};
     }
     /// Before each page is copied.
     void enter(const PageCopies::Copy& page) noexcept { group_ = page.group; }

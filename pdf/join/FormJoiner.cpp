@@ -21,7 +21,7 @@ void FormJoiner::begin(const SourceCopies& source) {
     signatures_.begin(*reader_);
     const Object form = reader_->resolve(source.catalog["AcroForm"]);
     if (!form.dictionary()) return;
-    tree_ = FieldTree(*reader_, *form.dictionary());
+    tree_ = std::move(source.survey.fields);
     mayMissFields_ = tree_.mayMissFields();
     groups_.resize(source.pages.groups());
     findWidgets(source);

@@ -4,14 +4,20 @@
 
 namespace quillon::pdf {
 
-SourceSurvey SourceSurvey::read(const SourcePlan& plan, SourceDocument& document, bool withDestinations) {
+SourceSurvey SourceSurvey::read(const SourcePlan& plan, SourceDocument& document, Wishes wishes) {
     SourceSurvey survey;
     std::vector<bool> taken(document.pages().pages().size());
     for (const SourcePlan::Copy& copy : plan.copies()) {
         if (copy.sourcePage < taken.size()) taken[copy.sourcePage] = true;
     }
     survey.isWhole = std::ranges::find(taken, false) == taken.end();
-    if (withDestinations) survey.destinations = readDestinationNames(document);
+    if (wishes.destinations) survey.destinations = readDestinationNames(document);
+    if (wishes.fields && document.catalogKeys().has("AcroForm") && document.catalog()) {
+        ObjectReader& reader = document.reader();
+        const Object catalog = reader.parse(*document.catalog());
+        const Object form = catalog.dictionary() ? reader.resolve((*catalog.dictionary())["AcroForm"]) : Object();
+        if (form.dictionary()) survey.fields = FieldTree(reader, *form.dictionary());
+    }
     return survey;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/join/FieldTree.h"
 #include "pdf/read/DestinationResolver.h"
 #include "pdf/write/SourcePlan.h"
 
@@ -14,9 +15,15 @@ namespace quillon::pdf {
 struct SourceSurvey {
     bool isWhole = false;           ///< every page of the source is taken
     DestinationNames destinations;  ///< only if they are asked for
+    FieldTree fields;               ///< of the form, likewise
 
+    /// What is asked for of a source.
+    struct Wishes {
+        bool destinations = false;
+        bool fields = false;
+    };
     /// Reads a document, which must not be locked.
-    [[nodiscard]] static SourceSurvey read(const SourcePlan& plan, SourceDocument& document, bool withDestinations);
+    [[nodiscard]] static SourceSurvey read(const SourcePlan& plan, SourceDocument& document, Wishes wishes);
 
     /// Reads what `explicitText` gives, unless that was done before.
     void readTexts(ObjectReader& reader);

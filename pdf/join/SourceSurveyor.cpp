@@ -4,8 +4,8 @@
 
 namespace quillon::pdf {
 
-SourceSurveyor::SourceSurveyor(const SourcePlans& sources, ObjectStreamPrefetcher& prefetcher, AsksForDestinations asks)
-    : sources_(sources), prefetcher_(prefetcher), asks_(std::move(asks)) {}
+SourceSurveyor::SourceSurveyor(const SourcePlans& sources, ObjectStreamPrefetcher& prefetcher, WishesFor wishes)
+    : sources_(sources), prefetcher_(prefetcher), wishes_(std::move(wishes)) {}
 
 SourceSurveyor::~SourceSurveyor() {
     {
@@ -18,19 +18,20 @@ SourceSurveyor::~SourceSurveyor() {
 
 SourceSurvey SourceSurveyor::take(std::size_t index) {
     if (index == 0) {
-        SourceSurvey first = read(0);
+        SourceSurvey first = read(0).survey;
         if (sources_.size() > 1) thread_ = std::thread([this] { run(); });
         return first;
     }
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !ready_.empty(); });
-    SourceSurvey survey = std::move(ready_.front());
+    Ready next = std::move(ready_.front());
     ready_.pop_front();
-    changed_.notify_all();
-    return survey;
+    bytesAhead_ -= next.bytes;
+    if (ready_.size() <= mostAhead / 2) changed_.notify_all();
+    return std::move(next.survey);
 }
 
-SourceSurvey SourceSurveyor::read(std::size_t index) {
+SourceSurveyor::Ready SourceSurveyor::read(std::size_t index) {
     const SourcePlan plan = sources_[index];
     const SourceAccess access(*plan.source());
     if (!access.document() || access.document()->isLocked()) return {};
@@ -42,24 +43,28 @@ SourceSurvey SourceSurveyor::read(std::size_t index) {
     const bool isFirst = index == 0;
     if (isFirst) announce();
     if (isFirst) reader.setPrefetcher(&prefetcher_);
-    SourceSurvey survey = SourceSurvey::read(plan, *access.document(), asks_(index));
+    SourceSurvey survey = SourceSurvey::read(plan, *access.document(), wishes_(index));
     // Of a source that is not whole only the names are kept that links use.
     if (!isFirst && survey.isWhole) survey.readTexts(reader);
+    if (!isFirst && survey.isWhole) reader.loadObjectStreams();
     if (!isFirst) announce();
-    return survey;
+    return {std::move(survey), reader.textInMemory()};
 }
 
 void SourceSurveyor::run() {
     for (std::size_t index = 1; index < sources_.size(); ++index) {
         {
             std::unique_lock lock(mutex_);
-            changed_.wait(lock, [this] { return stop_ || ready_.size() < mostAhead; });
+            changed_.wait(lock, [this] {
+                return stop_ || ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);
+            });
             if (stop_) return;
         }
         holds_.use(sources_[index].source());
-        SourceSurvey survey = read(index);
+        Ready next = read(index);
         const std::lock_guard lock(mutex_);
-        ready_.push_back(std::move(survey));
+        bytesAhead_ += next.bytes;
+        ready_.push_back(std::move(next));
         changed_.notify_all();
     }
 }

@@ -15,15 +15,15 @@
 namespace quillon::pdf {
 
 /// Looks through the sources of a merge in their order, on a thread of its own a little ahead of the one that copies
-/// them: reads their structure and what is asked for by name, and announces their object streams. What it finds does
+/// them: reads their structure and what is asked for, and announces their object streams. What it finds does
 /// not depend on timing.
 class SourceSurveyor {
 public:
-    /// Whether the named destinations of the source at an index are asked for. Called on both threads.
-    using AsksForDestinations = std::function<bool(std::size_t)>;
+    /// What is asked for of the source at an index. Called on both threads.
+    using WishesFor = std::function<SourceSurvey::Wishes(std::size_t)>;
 
     /// `sources` and `prefetcher` must outlive this.
-    SourceSurveyor(const SourcePlans& sources, ObjectStreamPrefetcher& prefetcher, AsksForDestinations asks);
+    SourceSurveyor(const SourcePlans& sources, ObjectStreamPrefetcher& prefetcher, WishesFor wishes);
     SourceSurveyor(const SourceSurveyor&) = delete;
     SourceSurveyor& operator=(const SourceSurveyor&) = delete;
     ~SourceSurveyor();
@@ -33,19 +33,26 @@ public:
     [[nodiscard]] SourceSurvey take(std::size_t index);
 
 private:
-    [[nodiscard]] SourceSurvey read(std::size_t index);
+    struct Ready {
+        SourceSurvey survey;
+        std::size_t bytes;
+    };
+
+    [[nodiscard]] Ready read(std::size_t index);
     void run();
 
-    // Surveys that wait to be taken.
-    static constexpr std::size_t mostAhead = 2;
+    // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps.
+    static constexpr std::size_t mostAhead = 6;
+    static constexpr std::size_t mostBytesAhead = 12U << 20U;
 
     const SourcePlans& sources_;
     ObjectStreamPrefetcher& prefetcher_;
-    const AsksForDestinations asks_;
+    const WishesFor wishes_;
     SourceHolds holds_;  // the thread's
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<SourceSurvey> ready_;  // guarded, as the rest
+    std::deque<Ready> ready_;  // guarded, as the rest
+    std::size_t bytesAhead_ = 0;
     bool stop_ = false;
     std::thread thread_;
 };

@@ -349,6 +349,14 @@ std::vector<ObjectStreamPrefetcher::Wanted> ObjectReader::objectStreams() const 
     return wanted;
 }
 
+void ObjectReader::loadObjectStreams() {
+    constexpr std::size_t usualStream = 64U << 10U;
+    for (const auto& stream : objectStreams()) {
+        if (streamBytes_ + usualStream > streamCacheBytes || table_.recovered) return;
+        static_cast<void>(objectStream(stream.number));
+    }
+}
+
 void ObjectReader::trim() {
     file_.clear();
     lastStream_ = 0;

@@ -101,6 +101,8 @@ public:
 
     /// The object streams of the file that are not in memory, in the order in which their objects are numbered.
     [[nodiscard]] std::vector<ObjectStreamPrefetcher::Wanted> objectStreams() const;
+    /// Reads object streams into memory, as far as there is room for them.
+    void loadObjectStreams();
     /// Takes object streams from `prefetcher` where it has them; null: from the file alone. It must outlive its use.
     /// A file that was scanned in the meantime is not asked of it: its object streams are where they were not thought
     /// to be.
@@ -108,6 +110,8 @@ public:
         prefetcher_ = table_.recovered ? nullptr : prefetcher;
     }
 
+    /// Bytes of the object streams that are in memory.
+    [[nodiscard]] std::size_t textInMemory() const noexcept { return streamBytes_; }
     /// Frees the blocks and object streams that were read.
     void trim();
     /// Bytes held besides those.

@@ -78,7 +78,7 @@ bool DocumentWriter::write(WriteResult& result) {
         // While one source is copied, the next is read and its object streams are inflated.
         ObjectStreamPrefetcher prefetcher;
         SourceSurveyor surveyor(sources_, prefetcher,
-                                [this](std::size_t index) { return joiner_.needsDestinations(sources_[index]); });
+                                [this](std::size_t index) { return joiner_.wishesFor(sources_[index]); });
         for (std::size_t i = 0; i < sources_.size(); ++i) {
             SourceSurvey survey = surveyor.take(i);
             copySource(sources_[i], survey, prefetcher);
