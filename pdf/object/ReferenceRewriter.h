@@ -251,7 +251,7 @@ std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view te
     } else if (object.isNull()) {
         append(0, out);  // also for a stray keyword
     } else {
-        if (!out.empty() && isRegular(out.back())) out += ' ';
+        if (!out.empty() && isRegular(out.back()) && isRegular(whole.front())) out += ' ';
         out += whole;
     }
     return end;

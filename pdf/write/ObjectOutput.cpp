@@ -70,9 +70,10 @@ void ObjectOutput::flushBody() {
         }
         places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;
     }
+    if (bodies_++ % bodiesOfCodes == 0) codes_ = std::make_shared<const DeflateCodes>(body_);
     pipeline_.writeDeflated(stream,
                             "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom),
-                            std::move(body_));
+                            std::move(body_), codes_);
     body_ = pipeline_.buffer(indexRoom + bodyBytes);
     beginBody();
     packed_.clear();

@@ -90,6 +90,8 @@ private:
 
     static constexpr std::size_t bodyObjects = 200;
     static constexpr std::size_t bodyBytes = 64 * 1024;
+    // Object streams that are deflated with the same codes: objects of a document resemble each other.
+    static constexpr std::size_t bodiesOfCodes = 32;
     // The index of an object stream is written in front of the objects when all are there: at most two numbers of ten
     // digits each. What it does not need stays blank, and deflates to nothing.
     static constexpr std::size_t indexRoom = bodyObjects * 22;
@@ -106,6 +108,8 @@ private:
     std::vector<std::shared_ptr<InputFile>> held_;  // files of the index that nobody else may hold
     std::string body_;
     std::vector<Packed> packed_;
+    std::shared_ptr<const DeflateCodes> codes_;
+    std::size_t bodies_ = 0;
     std::string chunk_;
     std::vector<OutputPipeline::Placed> chunkObjects_;
     std::vector<OutputPipeline::Sealed> chunkSealed_;

@@ -1,6 +1,5 @@
 #include "pdf/write/OutputFile.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -70,19 +69,7 @@ OutputFile::~OutputFile() {
     if (!temporary_.empty()) ::unlink(temporary_.c_str());
 }
 
-/// Sees to it that what is about to be written has its place on the disk. A file system that finds a place only when
-/// the file is renamed over another has everyone wait for it then.
-void OutputFile::reserve(std::uint64_t end) {
-    constexpr std::uint64_t step = 16U << 20U;
-    if (end <= reserved_ || !canReserve_) return;
-    const std::uint64_t more = std::max(end - reserved_, std::min(step, reserved_));
-    canReserve_ =
-        ::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(reserved_), static_cast<off_t>(more)) == 0;
-    if (canReserve_) reserved_ += more;
-}
-
 bool OutputFile::write(std::string_view data) {
-    reserve(size_ + data.size());
     while (!failed_ && !data.empty()) {
         const ssize_t done = ::write(descriptor_, data.data(), data.size());
         if (done < 0 && errno == EINTR) continue;
@@ -98,8 +85,6 @@ bool OutputFile::write(std::string_view data) {
 
 bool OutputFile::commit(bool sync) {
     if (failed_) return false;
-    // Gives back what was reserved and is not needed.
-    if (reserved_ > size_ && ::ftruncate(descriptor_, static_cast<off_t>(size_)) != 0) return false;
     takeModeOfTarget();
     if (sync && ::fsync(descriptor_) != 0) return false;
     if (temporary_.empty() && !giveName()) return false;

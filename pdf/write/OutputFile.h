@@ -31,7 +31,6 @@ public:
 
 private:
     OutputFile(std::string target, int descriptor, std::string temporary);
-    void reserve(std::uint64_t end);
 
     bool giveName();
     void takeModeOfTarget();
@@ -40,8 +39,6 @@ private:
     std::string temporary_;  // empty while the file has no name
     int descriptor_;
     std::uint64_t size_ = 0;
-    std::uint64_t reserved_ = 0;  // bytes that have their place on the disk
-    bool canReserve_ = true;
     bool failed_ = false;
 };
 

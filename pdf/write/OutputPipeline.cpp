@@ -5,20 +5,13 @@
 
 namespace quillon::pdf {
 
-namespace {
-
-// Level 6 saves 0.9 % of the size of a merged manual for 57 % more time.
-constexpr int deflateLevel = 1;
-
-}  // namespace
-
 /// Bytes that the item is or will be read to; what is deflated counts as it is.
 std::size_t OutputPipeline::sizeOf(const Item& item) noexcept {
     return item.file ? static_cast<std::size_t>(item.range.length) : item.bytes.size();
 }
 
 OutputPipeline::OutputPipeline(OutputFile& file, const Encryptor* encryptor)
-    : file_(file), encryptor_(encryptor), hash_(XXH3_createState()), callersDeflater_(deflateLevel) {
+    : file_(file), encryptor_(encryptor), hash_(XXH3_createState()) {
     if (!hash_) throw std::bad_alloc();
     XXH3_128bits_reset(hash_.get());
     thread_ = std::thread([this] { run(); });
@@ -37,11 +30,13 @@ void OutputPipeline::write(std::string bytes, std::vector<Placed> objects, std::
     push(std::move(item));
 }
 
-void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary, std::string body) {
+void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary, std::string body,
+                                   std::shared_ptr<const DeflateCodes> codes) {
     auto item = std::make_unique<Item>();
     item->state = State::ToPrepare;
     item->bytes = std::move(body);
     item->dictionary = std::move(dictionary);
+    item->codes = std::move(codes);
     item->objects.push_back({number, 0});
     push(std::move(item));
 }
@@ -125,7 +120,7 @@ OutputPipeline::Item* OutputPipeline::nextToPrepare() {
     return found == items_.end() ? nullptr : found->get();
 }
 
-void OutputPipeline::prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock) {
+void OutputPipeline::prepareUnlocked(Item& item, FastDeflater& deflater, std::unique_lock<std::mutex>& lock) {
     const std::size_t before = sizeOf(item);
     item.state = State::Preparing;
     lock.unlock();
@@ -140,9 +135,9 @@ void OutputPipeline::prepareUnlocked(Item& item, Deflater& deflater, std::unique
     item.state = State::Ready;
 }
 
-void OutputPipeline::deflate(Item& item, Deflater& deflater) {
+void OutputPipeline::deflate(Item& item, FastDeflater& deflater) {
     std::string deflated = takeSpare(item.bytes.size() / 2);
-    deflater.deflate(item.bytes, deflated);
+    deflater.deflate(item.bytes, *item.codes, deflated);
     item.bytes.swap(deflated);
     if (encryptor_) {
         item.sealed = {{0, item.bytes.size()}};
@@ -165,7 +160,7 @@ void OutputPipeline::read(Item& item) {
 }
 
 void OutputPipeline::run() {
-    Deflater deflater(deflateLevel);
+    FastDeflater deflater;
     std::unique_lock lock(mutex_);
     while (true) {
         if (!items_.empty() && items_.front()->state == State::Ready) {

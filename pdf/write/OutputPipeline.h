@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/filter/FastDeflater.h"
 #include "pdf/filter/Flate.h"
 #include "pdf/security/DecryptingReader.h"
 #include "pdf/security/Encryptor.h"
@@ -51,8 +52,9 @@ public:
     /// beginning of `bytes`.
     void write(std::string bytes, std::vector<Placed> objects, std::vector<Sealed> sealed = {});
     /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`, `body` is not
-    /// deflated yet.
-    void writeDeflated(std::uint32_t number, std::string dictionary, std::string body);
+    /// deflated yet, which `codes` are for.
+    void writeDeflated(std::uint32_t number, std::string dictionary, std::string body,
+                       std::shared_ptr<const DeflateCodes> codes);
     /// A stream's data, one byte at least, that is copied from a file when its turn comes. A file that has become
     /// shorter is made up with zeros.
     void copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges);
@@ -78,7 +80,8 @@ private:
         std::string bytes;
         std::vector<Placed> objects;
         std::vector<Sealed> sealed;
-        std::string dictionary;           // of an object stream
+        std::string dictionary;  // of an object stream
+        std::shared_ptr<const DeflateCodes> codes;
         std::shared_ptr<InputFile> file;  // where the bytes, a piece of a stream's data, are to be read from
         FileRange range;
         std::uint32_t sum = 0;  // checksum of what was read
@@ -94,8 +97,8 @@ private:
     void push(std::unique_ptr<Item> item);
     [[nodiscard]] static std::size_t sizeOf(const Item& item) noexcept;
     [[nodiscard]] Item* nextToPrepare();
-    void prepareUnlocked(Item& item, Deflater& deflater, std::unique_lock<std::mutex>& lock);
-    void deflate(Item& item, Deflater& deflater);
+    void prepareUnlocked(Item& item, FastDeflater& deflater, std::unique_lock<std::mutex>& lock);
+    void deflate(Item& item, FastDeflater& deflater);
     void read(Item& item);
     [[nodiscard]] std::string takeSpare(std::size_t bytes);
     void recycleLocked(std::string buffer);
@@ -116,7 +119,7 @@ private:
     OutputFile& file_;
     const Encryptor* encryptor_;
     std::unique_ptr<XXH3_state_t, FreeHash> hash_;
-    Deflater callersDeflater_;
+    FastDeflater callersDeflater_;
     std::deque<Placed> places_;                 // the writer's until finish()
     std::vector<std::string> shortened_;        // likewise
     std::optional<Encryptor::Stream> sealing_;  // of the data that comes in pieces; likewise

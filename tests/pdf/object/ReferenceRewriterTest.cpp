@@ -64,6 +64,51 @@ TEST(ReferenceRewriter, LeavesTheTextAloneWhenTheFastRoadCannotBeGone) {
     EXPECT_EQ(out, "before");
 }
 
+/// Besides, all links lead to `there`, but for those to `stays`.
+struct Redirect : Shift {
+    [[nodiscard]] static bool editsLinks() { return true; }
+    [[nodiscard]] static bool mayReplace(std::string_view text) { return text != "(stays)"; }
+    [[nodiscard]] static std::optional<std::string> destination(std::string_view text) {
+        if (text == "[7/Fit]") return "[5 0 R/Fit]";
+        return text == "(stays)" ? std::nullopt : std::optional<std::string>("(there)");
+    }
+    [[nodiscard]] static Object withLinks(const Object&) { return std::string("through the parser"); }
+};
+
+std::string redirected(std::string_view text) {
+    std::string out;
+    ReferenceRewriter<Redirect>(Redirect()).value(text, out);
+    return out;
+}
+
+TEST(ReferenceRewriter, RedirectsLinks) {
+    EXPECT_EQ(redirected("<</A<</S/GoTo/D(here)>>/P 5 0 R>>"), "<</A<</S/GoTo/D(there)>>/P 105 0 R>>");
+    EXPECT_EQ(redirected("<</Subtype/Link/Dest/here/P 5 0 R>>"), "<</Subtype/Link/Dest(there)/P 105 0 R>>");
+    EXPECT_EQ(redirected("<</Subtype/Link/Dest 6 0 R/P 5 0 R>>"), "<</Subtype/Link/Dest(there)/P 105 0 R>>");
+    EXPECT_EQ(redirected("[<</S/GoTo/D[7/Fit]>>]"), "[<</S/GoTo/D[105 0 R/Fit]>>]");
+}
+
+TEST(ReferenceRewriter, LeavesOtherLinksAsTheyAre) {
+    for (const std::string text : {"<</S/GoTo/D(stays)>>", "<</S/GoToR/D(here)/F(x)>>", "<</BS<</S/D/D[3 3]>>>>",
+                                   "[(/S/GoTo/D\\(here\\))]", "[/D(here)]", "<</S/GoTo/DA(here)>>"}) {
+        EXPECT_EQ(redirected(text), text);
+    }
+    EXPECT_EQ(redirected("<</S/GoTo/D[5 0 R/Fit]>>"), "<</S/GoTo/D[105 0 R/Fit]>>");
+}
+
+TEST(ReferenceRewriter, TakesLinksThroughTheParserWhereItIsNotSure) {
+    EXPECT_EQ(redirected("<</S 5 0 R/D(here)>>"), "(through the parser)");
+    EXPECT_EQ(redirected("<</S/GoTo/D(here)/D(there)>>"), "(through the parser)");
+    EXPECT_EQ(redirected("<</S/GoTo/D(here)>> % x"), "<</S/GoTo/D(there)>>");
+    EXPECT_EQ(redirected("<</S/GoTo % x\n/D(here)>>"), "(through the parser)");
+}
+
+TEST(ReferenceRewriter, NamesThatOnlyLookLikeKeysDoNotMakeItReadALargeObjectAgainAndAgain) {
+    std::string text = "<<";
+    for (int i = 0; i < 200'000; ++i) text += "/A/D/B(x)";
+    EXPECT_EQ(redirected(text + ">>"), "(through the parser)");
+}
+
 TEST(ReferenceRewriter, BothRoadsMeanTheSame) {
     std::mt19937 random(17);
     const std::string_view pieces[] = {"<</A ", ">>", "[",    "]",    "/R",     "5",  " 0 R",  " 9 0 R ", "(x 5 0 R)",

@@ -36,10 +36,11 @@ protected:
         const auto file = OutputFile::create(dir.file(name));
         const auto input = InputFile::open(dir.write("input", noise(random, 300'000)));
         OutputPipeline pipeline(*file);
+        const auto codes = std::make_shared<const DeflateCodes>("an object");
         for (std::uint32_t i = 1; i <= 400; ++i) {
             const std::string label = std::to_string(i) + " 0 obj";
             if (i % 3 == 0) {
-                pipeline.writeDeflated(i, "/Number " + std::to_string(i), noise(random, 60'000));
+                pipeline.writeDeflated(i, "/Number " + std::to_string(i), noise(random, 60'000), codes);
             } else if (i % 7 == 0) {
                 pipeline.copy(input, {{i, 100'000}, {5, 10}});
             } else {

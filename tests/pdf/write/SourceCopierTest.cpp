@@ -56,6 +56,19 @@ TEST_F(Copying, StreamsAreCopiedByteForByte) {
     EXPECT_EQ(pdf.dictionary(pdf.pages()[0])[text("/Contents")].toArray(), (QJsonArray{first[0], second[0]}));
 }
 
+TEST_F(Copying, ALongObjectIsCopiedToItsEnd) {
+    for (const int length : {300, 1000, 1020, 1030, 20'000}) {
+        std::string array = "[(" + std::string(static_cast<std::size_t>(length), 'x') + ")";
+        for (int i = 0; i < 3; ++i) array += " 11 0 R";
+        RawPdf pdf = RawPdf().catalogOf({3}).page(3, "one", "/MediaBox[0 0 9 9]/Long 10 0 R");
+        pdf.object(10, array + "]").object(11, "<</Last true>>");
+        const JudgedPdf judged(write(planOf({open(pdf.table().bytes())})));
+        const QJsonArray copied = judged.resolve(judged.resolve(judged.pages().first()).toObject().value(QStringLiteral("/Long"))).toArray();
+        ASSERT_EQ(copied.size(), 4) << length;
+        EXPECT_TRUE(judged.resolve(copied[3]).toObject().value(QStringLiteral("/Last")).toBool()) << length;
+    }
+}
+
 TEST_F(Copying, ALargeStreamIsCopiedByteForByte) {
     std::string large = RawPdf::content("one");
     for (int i = 0; large.size() < 3'000'000; ++i) large += " % " + std::to_string(i) + "\n";

@@ -1,0 +1,95 @@
+#include "pdf/join/SourceSurveyor.h"
+#include "tests/pdf/EngineTest.h"
+#include "tests/support/RawPdf.h"
+
+#include <filesystem>
+
+namespace quillon::pdf {
+namespace {
+
+using test::RawPdf;
+
+class Surveying : public EngineTest {
+protected:
+    /// Two pages, and destinations by name: an array, a dictionary, one that says more than a page, one without page.
+    std::shared_ptr<Source> named(const std::string& file) const {
+        RawPdf pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[9 0 R]>>/Names<</Dests 3 0 R>>>>");
+        pdf.object(2, "<</Type/Pages/Count 2/Kids[10 0 R 12 0 R]>>");
+        pdf.object(3, "<</Names[(a)7 0 R(b)6 0 R(c)5 0 R(d)[10 0 R/Fit](e)8 0 R]>>");
+        pdf.object(5, "<</D[10 0 R/Fit]/SD[4 0 R/Fit]>>").object(6, "<</D [ 12 0 R /FitH 5 ] >>");
+        pdf.object(7, "[10 0 R/Fit]").object(8, "[1/Fit]").object(9, "<</FT/Tx/T(field)>>");
+        pdf.page(10, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]").page(12, "B");
+        return open(pdf.table().bytes(), file);
+    }
+
+    /// Surveys the sources of a plan, each with everything.
+    static std::vector<SourceSurvey> survey(const DocumentPlan& plan) {
+        const SourcePlans sources(plan);
+        ObjectStreamPrefetcher prefetcher;
+        SourceSurveyor surveyor(sources, prefetcher,
+                                [](std::size_t) { return SourceSurvey::Wishes{.destinations = true, .fields = true}; });
+        std::vector<SourceSurvey> surveys;
+        for (std::size_t i = 0; i < sources.size(); ++i) surveys.push_back(surveyor.take(i));
+        return surveys;
+    }
+};
+
+TEST_F(Surveying, FindsWhatIsAskedForInTheOrderOfTheSources) {
+    std::vector<std::shared_ptr<Source>> sources;
+    for (int i = 0; i < 20; ++i) sources.push_back(named("f" + std::to_string(i)));
+    sources[7] = open(RawPdf().catalogOf({3}).page(3, "one").table().bytes(), "plain");
+    const auto surveys = survey(planOf(sources));
+    ASSERT_EQ(surveys.size(), sources.size());
+    for (std::size_t i = 0; i < surveys.size(); ++i) {
+        EXPECT_TRUE(surveys[i].isWhole);
+        EXPECT_EQ(surveys[i].destinations.tree.size(), i == 7 ? 0U : 5U);
+        EXPECT_EQ(surveys[i].fields.nodes().size(), i == 7 ? 0U : 1U);
+    }
+}
+
+TEST_F(Surveying, ReadsTheShortDestinationsThatNameAPage) {
+    auto surveys = survey(planOf({named("a"), named("b")}));
+    EXPECT_EQ(surveys[0].explicitText(0), "") << "the first source is read when its turn comes";
+    const SourceSurvey& second = surveys[1];
+    EXPECT_EQ(second.explicitText(0), "[10 0 R/Fit]");
+    EXPECT_EQ(second.explicitText(1), "[ 12 0 R /FitH 5 ]");
+    for (const std::size_t other : {2U, 3U, 4U, 5U}) EXPECT_EQ(second.explicitText(other), "") << other;
+}
+
+TEST_F(Surveying, ASourceOfWhichPagesAreLeftOutIsNotWhole) {
+    const auto source = named("a");
+    DocumentPlan plan = planOf({named("first"), source});
+    plan.pages.pop_back();
+    const auto surveys = survey(plan);
+    EXPECT_TRUE(surveys[0].isWhole);
+    EXPECT_FALSE(surveys[1].isWhole);
+    EXPECT_EQ(surveys[1].explicitText(0), "");
+}
+
+TEST_F(Surveying, ASourceThatHasGoneGivesNothing) {
+    const auto source = named("gone");
+    {
+        SourceAccess access(*source);
+        access.release();
+    }
+    std::filesystem::resize_file(source->path(), 10);
+    const auto surveys = survey(planOf({named("first"), source, named("last")}));
+    EXPECT_TRUE(surveys[1].destinations.tree.empty());
+    EXPECT_EQ(surveys[2].destinations.tree.size(), 5U);
+}
+
+TEST_F(Surveying, CanBeLeftAtAnyTime) {
+    std::vector<std::shared_ptr<Source>> files;
+    for (int i = 0; i < 30; ++i) files.push_back(named("f" + std::to_string(i)));
+    const DocumentPlan plan = planOf(files);
+    const SourcePlans sources(plan);
+    for (const std::size_t taken : {0U, 1U, 2U, 9U}) {
+        ObjectStreamPrefetcher prefetcher;
+        SourceSurveyor surveyor(sources, prefetcher, [](std::size_t) { return SourceSurvey::Wishes{true, true}; });
+        for (std::size_t i = 0; i < taken; ++i) EXPECT_TRUE(surveyor.take(i).isWhole);
+    }
+}
+
+}  // namespace
+}  // namespace quillon::pdf
