@@ -7,6 +7,7 @@ namespace quillon::pdf {
 
 void ArticleJoiner::begin(const SourceCopies& source) {
     current_.clear();
+    visits_ = 0;
     const Object threads = source.reader().resolve(source.catalog["Threads"]);
     if (!threads.array()) return;
     std::unordered_set<std::uint32_t> seen;  // threads and beads
@@ -33,6 +34,7 @@ void ArticleJoiner::takeThread(const SourceCopies& source, Reference thread, std
         next = Object((*dictionary.dictionary())["N"]);
     }
     for (std::uint32_t group = 0; group < source.pages.groups(); ++group) {
+        if (!source.pages.isAsked(group) && !reader.mayVisit(visits_ += beads.size())) break;
         Overlay* const overlay = source.pages.overlay(group);
         Thread own{thread, 0, group, {}};
         for (const auto& [bead, page] : beads) {

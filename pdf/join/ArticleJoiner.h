@@ -44,6 +44,7 @@ private:
     ObjectOutput*& output_;
     std::string threads_;          // references
     std::vector<Thread> current_;  // of the source being copied
+    std::uint64_t visits_ = 0;     // beads looked at for copies of pages that were not asked for
 };
 
 }  // namespace quillon::pdf

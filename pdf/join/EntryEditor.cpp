@@ -3,6 +3,8 @@
 #include "pdf/object/Characters.h"
 #include "pdf/object/Parser.h"
 
+#include <unordered_map>
+
 namespace quillon::pdf {
 
 namespace {
@@ -32,6 +34,17 @@ bool editEntries(std::string_view text, const EntryRule& rule, std::string& chan
     const Object result = edited(Parser(text).parse(), rule, any);
     if (any) result.write(changed);
     return any;
+}
+
+std::vector<std::pair<std::string_view, const Object*>> lastEntries(const Dictionary& dictionary) {
+    std::vector<std::pair<std::string_view, const Object*>> entries;
+    std::unordered_map<std::string_view, std::size_t> places;
+    for (const auto& [key, value] : dictionary.entries()) {
+        const auto [place, isNew] = places.try_emplace(key, entries.size());
+        if (isNew) entries.emplace_back(key, &value);
+        entries[place->second].second = &value;
+    }
+    return entries;
 }
 
 bool mayHaveKey(std::string_view text, std::string_view key) {

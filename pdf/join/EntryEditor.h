@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace quillon::pdf {
 
@@ -16,6 +18,9 @@ using EntryRule =
 /// Asks `rule` for every entry of every dictionary in the object `text`, but not for what is inside of those that it
 /// replaced. False when nothing is to be changed; otherwise the object is appended to `changed`.
 [[nodiscard]] bool editEntries(std::string_view text, const EntryRule& rule, std::string& changed);
+
+/// The entries of a dictionary, of equal keys the last. They lead into `dictionary`.
+[[nodiscard]] std::vector<std::pair<std::string_view, const Object*>> lastEntries(const Dictionary& dictionary);
 
 /// Whether `text`, that of an object, may have an entry `key`, without looking at it closely: false if it certainly has
 /// none that is written without escapes.

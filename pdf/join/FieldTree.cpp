@@ -27,7 +27,13 @@ bool FieldTree::mayMissFields() const {
 }
 
 void FieldTree::adopt(ObjectReader& reader, Reference object) {
-    if (reader.mayVisit(nodes_.size())) addFrom(reader, object, false);
+    if (places_.contains(object.number) || !reader.mayVisit(nodes_.size())) return;
+    // Most are links and comments, and there may be very many.
+    const auto found = reader.find(object);
+    const std::size_t end = found ? found->text().find("endobj") : 0;
+    const bool isWhole = found && (!found->inFile || end != std::string_view::npos);
+    if (isWhole && found->text().substr(0, end).find("Parent") == std::string_view::npos) return;
+    addFrom(reader, object, false);
 }
 
 /// Adds a field with those above it, since some forms list fields that stand below others, and those below.

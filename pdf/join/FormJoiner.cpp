@@ -39,14 +39,13 @@ void FormJoiner::begin(const SourceCopies& source) {
 /// Finds out which fields are seen on pages.
 void FormJoiner::findWidgets(const SourceCopies& source) {
     FieldLists known;
-    std::unordered_map<const PageTree::Page*, std::shared_ptr<const Fields>> pages;
     std::set<std::pair<const Fields*, std::uint32_t>> kept;  // with the group
+    std::uint64_t visits = 0;                                // fields of copies that were not asked for
     for (const PageCopies::Copy& copy : source.pages.all()) {
-        if (!copy.page) continue;
-        const auto [place, isNew] = pages.try_emplace(copy.page);
-        if (isNew) place->second = fieldsOn(source, *copy.page, known);
-        if (!place->second || !kept.emplace(place->second.get(), copy.group).second) continue;
-        for (const std::uint32_t field : *place->second) {
+        const auto fields = copy.page ? fieldsOn(source, *copy.page, known) : nullptr;
+        if (!fields || !kept.emplace(fields.get(), copy.group).second) continue;
+        if (!source.pages.isAsked(copy.group) && !reader_->mayVisit(visits += fields->size())) continue;
+        for (const std::uint32_t field : *fields) {
             widgets_[field] = true;
             keep(field, copy.group);
         }
@@ -54,14 +53,16 @@ void FormJoiner::findWidgets(const SourceCopies& source) {
     widgets_.resize(tree_.nodes().size());
 }
 
-/// The fields that are annotations of a page; null when none are. A list of annotations that pages share is read once.
+/// The fields that are annotations of a page; null when none are. A list of annotations that pages share is read once;
+/// `known` has the fields of lists and of pages.
 std::shared_ptr<const FormJoiner::Fields> FormJoiner::fieldsOn(const SourceCopies& source, const PageTree::Page& page,
                                                                FieldLists& known) {
+    // A page may stand in its tree often.
+    if (const auto list = known.find(page.number); page.number != 0 && list != known.end()) return list->second;
     const std::string text = source.document.pageText(page);
     const Object value = Parser(findValue(text, "Annots")).parse();
-    if (value.reference()) {
-        if (const auto list = known.find(value.reference()->number); list != known.end()) return list->second;
-    }
+    const std::uint32_t listNumber = value.reference() ? value.reference()->number : 0;
+    if (const auto list = known.find(listNumber); listNumber != 0 && list != known.end()) return list->second;
     Fields fields;
     const Object annotations = reader_->resolve(value);
     for (const Object& annotation : annotations.array() ? *annotations.array() : Array()) {
@@ -72,7 +73,9 @@ std::shared_ptr<const FormJoiner::Fields> FormJoiner::fieldsOn(const SourceCopie
     }
     widgets_.resize(tree_.nodes().size());
     auto shared = fields.empty() ? nullptr : std::make_shared<const Fields>(std::move(fields));
-    if (value.reference()) known.emplace(value.reference()->number, shared);
+    for (const std::uint32_t number : {page.number, listNumber}) {
+        if (number != 0) known.emplace(number, shared);
+    }
     return shared;
 }
 

@@ -1,5 +1,6 @@
 #include "pdf/join/FormResources.h"
 
+#include "pdf/join/EntryEditor.h"
 #include "pdf/join/Unfolded.h"
 #include "pdf/object/Characters.h"
 
@@ -10,21 +11,24 @@ FontNames FormResources::add(const SourceCopies& source, const Object& resources
     const Object own = source.reader().resolve(resources);
     if (!own.dictionary()) return renamed;
     Unfolded unfolded(source);
-    for (const auto& [category, value] : own.dictionary()->entries()) {
-        const Object entries = source.reader().resolve(value);
+    std::uint64_t visits = 0;
+    for (const auto& [category, value] : lastEntries(*own.dictionary())) {
+        const Object entries = source.reader().resolve(*value);
         if (category == "ProcSet" && procedures_.empty()) procedures_ = source.copied(entries);
         if (!entries.dictionary()) continue;
-        auto& joined = categories_[category];
-        for (const auto& [name, entry] : entries.dictionary()->entries()) {
-            std::string content = unfolded.of(entry);
-            std::string wanted = name;
+        visits += entries.dictionary()->entries().size();
+        if (!source.reader().mayVisit(visits)) break;
+        auto& joined = categories_[std::string(category)];
+        for (const auto& [name, entry] : lastEntries(*entries.dictionary())) {
+            std::string content = unfolded.of(*entry);
+            std::string wanted(name);
             for (std::size_t i = 2; category == "Font"; ++i) {
                 const auto known = joined.find(wanted);
                 if (known == joined.end() || known->second.content == content) break;
-                wanted = name + '-' + std::to_string(i);
+                wanted = std::string(name) + '-' + std::to_string(i);
             }
-            if (wanted != name) renamed[name] = wanted;
-            if (!joined.contains(wanted)) joined[wanted] = {source.copied(entry), std::move(content)};
+            if (wanted != name) renamed[std::string(name)] = wanted;
+            if (!joined.contains(wanted)) joined[wanted] = {source.copied(*entry), std::move(content)};
         }
     }
     return renamed;

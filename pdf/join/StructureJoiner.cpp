@@ -129,12 +129,15 @@ void StructureJoiner::end(const SourceCopies& source, const std::string& languag
     bool hasContent = false;
     for (const Group& group : groups_) hasContent = hasContent || !group.order.empty();
     if (hasContent && !source.isWhole) maps_.add(source, *root.dictionary());
+    std::uint64_t unasked = 0;  // elements of copies that were not asked for
     for (std::uint32_t group = 0; group < groups_.size(); ++group) {
         if (group == 0 && travels_) {
             moveWhole(source, *root.dictionary());
-        } else {
-            writeAnew(source, *root.dictionary(), group);
+            continue;
         }
+        if (!source.pages.isAsked(group) && !source.reader().mayVisit(unasked)) continue;
+        writeAnew(source, *root.dictionary(), group);
+        if (!source.pages.isAsked(group)) unasked += groups_[group].elements.size();
     }
     parentTree_.clear();
 }

@@ -1,5 +1,6 @@
 #include "pdf/join/StructureMaps.h"
 
+#include "pdf/join/EntryEditor.h"
 #include "pdf/join/Unfolded.h"
 
 namespace quillon::pdf {
@@ -18,15 +19,15 @@ void StructureMaps::join(const SourceCopies& source, const Object& value, Map& j
     const Object map = source.reader().resolve(value);
     if (!map.dictionary()) return;
     Unfolded unfolded(source);
-    for (const auto& [name, entry] : map.dictionary()->entries()) {
-        Meaning meaning{source.copied(entry), unfolded.of(entry)};
-        std::string wanted = name;
+    for (const auto& [name, entry] : lastEntries(*map.dictionary())) {
+        Meaning meaning{source.copied(*entry), unfolded.of(*entry)};
+        std::string wanted(name);
         for (std::size_t i = 2;; ++i) {
             const auto known = joined.find(wanted);
             if (known == joined.end() || known->second.content == meaning.content) break;
-            wanted = name + '-' + std::to_string(i);
+            wanted = std::string(name) + '-' + std::to_string(i);
         }
-        if (wanted != name) renamed[name] = wanted;
+        if (wanted != name) renamed[std::string(name)] = wanted;
         joined.try_emplace(std::move(wanted), std::move(meaning));
     }
 }

@@ -27,10 +27,12 @@ PageCopies::PageCopies(const SourcePlan& plan, const PageTree& pages, const Page
         copy.group = groupOf(planned.opening, turns[{planned.opening, name}]++);
         if (number != 0) overlay(copy.group)->set(number, copy.number);
     }
+    asked_.assign(overlays_.size(), true);
     for (std::size_t i = 0; i < copies_.size(); ++i) {
         Copy& copy = copies_[i];
         if (copy.group == 0 || !copy.page || copy.page->number == 0) continue;
         copy.asked = announced[copy.page->number] == plan.copies()[i].sourcePage;
+        if (!copy.asked) asked_[copy.group - 1] = false;
     }
 }
 

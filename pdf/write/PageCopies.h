@@ -30,6 +30,9 @@ public:
 
     [[nodiscard]] const std::vector<Copy>& all() const noexcept { return copies_; }
     [[nodiscard]] std::size_t groups() const noexcept { return overlays_.size() + 1; }
+    /// False for a group of copies that were not all asked for, see Copy. There may be as many of those as the source
+    /// has places in its tree, however small it is.
+    [[nodiscard]] bool isAsked(std::uint32_t group) const { return group == 0 || asked_[group - 1]; }
     /// What a group has copies of its own of; null for group 0. Valid as long as this object.
     [[nodiscard]] Overlay* overlay(std::uint32_t group) { return group == 0 ? nullptr : &overlays_[group - 1]; }
     /// The same for the first group of an opening of the file; null when it has none, since its pages are in group 0.
@@ -40,6 +43,7 @@ private:
 
     std::vector<Copy> copies_;
     std::deque<Overlay> overlays_;
+    std::vector<bool> asked_;                                                  // for each of them
     std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> groups_;  // by opening, and how often before
 };
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/ExternalReader.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -39,6 +40,14 @@ DocumentPlan EngineTest::planOf(const std::vector<std::shared_ptr<Source>>& sour
         for (OutputPage& page : pagesOf(source)) plan.pages.push_back(std::move(page));
     }
     return plan;
+}
+
+std::string EngineTest::writeSoon(const DocumentPlan& plan) const {
+    constexpr double patience = 10;
+    const auto start = std::chrono::steady_clock::now();
+    static_cast<void>(writeDocument(plan, dir.file("soon.pdf")));
+    EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), patience);
+    return write(plan);
 }
 
 std::string EngineTest::write(const DocumentPlan& plan, std::string_view name) const {

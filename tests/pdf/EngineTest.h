@@ -31,6 +31,10 @@ protected:
     /// Writes to the file `name`, expects that to succeed and qpdf to find nothing wrong with it, and returns its path.
     std::string write(const DocumentPlan& plan, std::string_view name = "out.pdf") const;
 
+    /// The same, and expects that it takes no longer than inputs of a few hundred kilobytes may, many times what they
+    /// do.
+    std::string writeSoon(const DocumentPlan& plan) const;
+
     /// The marks of the pages of a file as the engine reads it: opened, written, and read back by pdftotext. Empty when
     /// it cannot be opened.
     Strings marks(std::string_view bytes) const;

@@ -10,8 +10,10 @@ namespace quillon::pdf {
 namespace {
 
 using test::attachedPdf;
+using test::beginPdf;
 using test::JudgedPdf;
 using test::presentedPdf;
+using test::RawPdf;
 
 class JoinedDocuments : public EngineTest {
 protected:
@@ -79,6 +81,50 @@ TEST_F(JoinedDocuments, CommentsPopUpsAndRepliesLeadToTheirOwnCopies) {
     }
     seen.removeDuplicates();
     EXPECT_EQ(seen.size(), 9);
+}
+
+TEST_F(JoinedDocuments, OfAttachmentsThatANameTreeNamesTwiceTheFirstIsKept) {
+    constexpr int count = 8000;
+    std::string names = "(a)31 0 R";
+    for (int i = 0; i < count; ++i) names += "(a)30 0 R";
+    RawPdf raw = beginPdf("/Names<</EmbeddedFiles<</Names[" + names + "(b)30 0 R]>>>>", {""});
+    raw.object(30, "<</Type/Filespec/F(x)/UF(x)/EF<</F 32 0 R>>>>").stream(32, "/Type/EmbeddedFile", "x");
+    raw.object(31, "<</Type/Filespec/F(first)/UF(first)/EF<</F 32 0 R>>>>");
+    const auto plain = open(beginPdf("", {""}).table().bytes(), "plain");
+    const auto source = open(raw.table().bytes());
+    const JudgedPdf pdf(writeSoon(planOf({plain, source, source})));
+    const QJsonObject trees = pdf.dictionary(pdf.catalog().value(text("/Names")));
+    const QJsonArray files = pdf.dictionary(trees.value(text("/EmbeddedFiles"))).value(text("/Names")).toArray();
+    ASSERT_EQ(files.size(), 4);
+    EXPECT_EQ(files[0].toString(), text("u:a"));
+    EXPECT_EQ(pdf.dictionary(files[1]).value(text("/F")).toString(), text("u:first"));
+    EXPECT_EQ(files[2].toString(), text("u:b"));
+}
+
+TEST_F(JoinedDocuments, AnOutputIntentThatIsListedOftenIsReadAndWrittenOnce) {
+    constexpr int count = 20000;
+    std::string list;
+    for (int i = 0; i < count; ++i) list += "30 0 R ";
+    RawPdf raw = beginPdf("/OutputIntents[" + list + "]", {""});
+    const std::string bytes = raw.object(30, "<</S/X/Info(" + std::string(200000, 'y') + ")>>").table().bytes();
+    const auto plain = open(beginPdf("", {""}).table().bytes(), "plain");
+    const std::string file = writeSoon(planOf({plain, open(bytes), open(bytes + "\n", "again")}));
+    EXPECT_LT(contentOf(file).size(), bytes.size());
+    EXPECT_EQ(JudgedPdf(file).catalog().value(text("/OutputIntents")).toArray().size(), 1);
+}
+
+TEST_F(JoinedDocuments, OutputIntentsThatShareWhatTheySayAreComparedInBoundedTime) {
+    constexpr int count = 3000;
+    std::string list;
+    for (int i = 0; i < count; ++i) list += "<</S/X" + std::to_string(i) + "/Info 30 0 R>>";
+    RawPdf raw = beginPdf("/OutputIntents[" + list + "]", {""});
+    std::string numbers;
+    for (int i = 0; i < 100000; ++i) numbers += "1 ";
+    const std::string bytes = raw.object(30, "[" + numbers + "]").table().bytes();
+    const auto plain = open(beginPdf("", {""}).table().bytes(), "plain");
+    const std::string file = writeSoon(planOf({plain, open(bytes), open(bytes + "\n", "again")}));
+    EXPECT_LT(contentOf(file).size(), bytes.size());
+    EXPECT_EQ(JudgedPdf(file).catalog().value(text("/OutputIntents")).toArray().size(), count);
 }
 
 }  // namespace

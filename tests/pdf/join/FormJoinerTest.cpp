@@ -182,6 +182,34 @@ TEST_F(Forms, AFontOfManyNamesIsComparedOnce) {
     EXPECT_EQ(resources.value(QStringLiteral("/Font")).toObject().size(), 40000);
 }
 
+TEST_F(Forms, AFontThatIsDefinedOftenIsTheOneDefinedLast) {
+    constexpr int count = 20000;
+    std::string fonts;
+    for (int i = 40; i < 40 + count; ++i) fonts += "/F " + std::to_string(i) + " 0 R";
+    RawPdf raw = beginPdf("/AcroForm<</Fields[30 0 R]/DR<</Font<<" + fonts + ">>>>>>", {"/Annots[30 0 R]"});
+    raw.object(30, "<<" + widget + "/FT/Tx/T(a)>>");
+    for (int i = 40; i < 40 + count; ++i) raw.object(i, "<</Type/Font/Number " + std::to_string(i) + ">>");
+    const JudgedPdf pdf(writeSoon(planOf({open(raw.table().bytes())})));
+    const QJsonObject own =
+        pdf.dictionary(form(pdf).value(QStringLiteral("/DR"))).value(QStringLiteral("/Font")).toObject();
+    ASSERT_EQ(own.size(), 1);
+    EXPECT_EQ(pdf.dictionary(own.value(QStringLiteral("/F"))).value(QStringLiteral("/Number")).toInt(), 39 + count);
+}
+
+TEST_F(Forms, ResourcesOfManyKindsThatAreOneListAreReadInBoundedTime) {
+    constexpr int count = 5000;
+    std::string kinds;
+    std::string names;
+    for (int i = 0; i < count; ++i) {
+        kinds += "/K" + std::to_string(i) + " 31 0 R";
+        names += "/N" + std::to_string(i) + " 32 0 R";
+    }
+    RawPdf raw = beginPdf("/AcroForm<</Fields[30 0 R]/DR<<" + kinds + ">>>>", {"/Annots[30 0 R]"});
+    raw.object(30, "<<" + widget + "/FT/Tx/T(a)>>").object(31, "<<" + names + ">>").object(32, "<</Type/Font>>");
+    const std::string bytes = raw.table().bytes();
+    EXPECT_LT(contentOf(writeSoon(planOf({open(bytes)}))).size(), 2 * bytes.size());
+}
+
 TEST_F(Forms, ASignatureThatTheFormDoesNotListIsGone) {
     for (const std::string form : {"", "/AcroForm<</Fields[]>>"}) {
         RawPdf pdf;

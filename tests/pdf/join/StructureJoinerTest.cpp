@@ -10,6 +10,7 @@
 namespace quillon::pdf {
 namespace {
 
+using test::beginPdf;
 using test::JudgedPdf;
 using test::RawPdf;
 using test::taggedPdf;
@@ -26,6 +27,9 @@ protected:
         return write(plan);
     }
     static QString text(const char* latin) { return QString::fromLatin1(latin); }
+    static qsizetype pdfKeys(const JudgedPdf& pdf, const char* entry) {
+        return pdf.dictionary(root(pdf).value(text(entry))).size();
+    }
 };
 
 const Strings whole{"Document/Text@1", "Document/Text@2", "Document/Link@2"};
@@ -214,6 +218,60 @@ TEST_F(Tags, ElementsThatShareTheirKidsAreReadInBoundedTime) {
     const auto documents = pdf.having(text("/S"), text("/Document"));
     ASSERT_EQ(documents.size(), 1);
     EXPECT_LE(pdf.dictionary(documents.first()).value(text("/K")).toArray().size(), 6);
+}
+
+/// A paragraph of the type c, and a root with these entries.
+RawPdf mappedPdf(const std::string& maps) {
+    RawPdf pdf = beginPdf("/StructTreeRoot 30 0 R", {"/StructParents 0"});
+    pdf.object(30, "<</K 31 0 R/ParentTree<</Nums[0[31 0 R]]>>" + maps + ">>");
+    return pdf.object(31, "<</S/c/P 30 0 R/Pg 10 0 R/K 0>>");
+}
+
+TEST_F(Tags, ATypeThatIsExplainedOftenMeansWhatIsSaidLast) {
+    constexpr int count = 30000;
+    std::string roles;
+    for (int i = 0; i < count; ++i) roles += "/c/d" + std::to_string(i);
+    const auto source = open(mappedPdf("/RoleMap<<" + roles + "/c/P>>").table().bytes());
+    const auto other = open(mappedPdf("/RoleMap<</c/H1>>").table().bytes(), "other");
+    const JudgedPdf pdf(writeSoon(planOf({other, source})));
+    const QJsonObject map = pdf.dictionary(root(pdf).value(text("/RoleMap")));
+    EXPECT_EQ(map.keys(), (QStringList{text("/c"), text("/c-2")}));
+    EXPECT_EQ(map.value(text("/c-2")).toString(), text("/P"));
+    EXPECT_EQ(tagLines(pdf), (Strings{"c@1", "c-2@2"}));
+}
+
+TEST_F(Tags, AClassOfManyNamesIsComparedOnce) {
+    constexpr int count = 2000;
+    std::string classes;
+    for (int i = 0; i < count; ++i) classes += "/c" + std::to_string(i) + " 32 0 R";
+    RawPdf raw = mappedPdf("/ClassMap<<" + classes + ">>");
+    std::string numbers;
+    for (int i = 0; i < 100000; ++i) numbers += "1 ";
+    const std::string bytes = raw.object(32, "<</O/Layout/X[" + numbers + "]>>").table().bytes();
+    const auto other = open(mappedPdf("/ClassMap<</c1<</O/Layout>>>>").table().bytes(), "other");
+    const std::string file = writeSoon(planOf({other, open(bytes), open(bytes + "\n", "again")}));
+    EXPECT_LT(contentOf(file).size(), bytes.size());
+    EXPECT_EQ(pdfKeys(JudgedPdf(file), "/ClassMap"), count + 1);
+}
+
+TEST_F(Tags, ElementsThatShareTheirListOfKidsAreWrittenOnce) {
+    constexpr int count = 3000;
+    RawPdf raw = beginPdf("/StructTreeRoot 30 0 R", {"/StructParents 0", ""});
+    std::string kids;
+    for (int i = 40; i < 40 + count; ++i) {
+        kids += std::to_string(i) + " 0 R ";
+        raw.object(i, "<</S/P/P 31 0 R/K 32 0 R/Pg 10 0 R>>");
+    }
+    raw.object(30, "<</K 31 0 R/ParentTree<</Nums[0 32 0 R]>>>>").object(31, "<</S/Document/P 30 0 R/K 32 0 R>>");
+    const std::string bytes = raw.object(32, "[" + kids + "]").table().bytes();
+    const auto source = open(bytes);
+    for (const std::vector<std::uint32_t>& pages : {std::vector<std::uint32_t>{0}, {0, 1, 0, 1}}) {
+        DocumentPlan plan;
+        plan.pages = pagesOf(source, pages);
+        const std::string file = writeSoon(plan);
+        EXPECT_LT(contentOf(file).size(), 2 * bytes.size());
+        EXPECT_LE(JudgedPdf(file).having(text("/S"), text("/P")).size(), 2 * count);
+    }
 }
 
 }  // namespace

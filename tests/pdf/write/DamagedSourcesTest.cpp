@@ -134,6 +134,43 @@ TEST_F(DamagedSources, FieldsThatOverlapEachOtherDoNotBlowUpTheOutput) {
     EXPECT_LT(overlappingBytes(write(planOf({open(pdf.table().bytes())}))), mostBytes);
 }
 
+/// A page that its own tree names very often. `kinds` gives entries of the catalog and of the page for the list of
+/// objects 30 and on, which `entries` gives.
+std::string repeatedPdf(const std::string& catalog, const std::string& page, const std::string& more,
+                        const std::function<std::string(int)>& entries) {
+    constexpr int pages = 4000;
+    constexpr int objects = 3000;
+    std::string kids;
+    std::string list = "[";
+    for (int i = 0; i < pages; ++i) kids += "3 0 R ";
+    RawPdf pdf;
+    for (int i = 30; i < 30 + objects; ++i) {
+        list += std::to_string(i) + " 0 R ";
+        pdf.object(i, "<<" + entries(i - 30) + ">>");
+    }
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R" + catalog + ">>").object(6, list + "]").object(7, more);
+    pdf.object(2, "<</Type/Pages/Count " + std::to_string(pages) + "/Kids[" + kids + "]>>");
+    return pdf.page(3, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]" + page).table().bytes();
+}
+
+TEST_F(DamagedSources, APageThatItsTreeNamesOftenDoesNotMultiplyWhatBelongsToIt) {
+    const std::string beads = repeatedPdf("/Threads[7 0 R]", "", "<</F 30 0 R>>", [](int i) {
+        return "/Type/Bead/P 3 0 R/N " + std::to_string(30 + (i + 1) % 3000) + " 0 R";
+    });
+    const std::string fields = repeatedPdf("/AcroForm<</Fields[7 0 R]>>", "/Annots 6 0 R", "<</T(x)/FT/Tx/Kids 6 0 R>>",
+                                           [](int) { return "/Subtype/Widget/Rect[0 0 9 9]/Parent 7 0 R"; });
+    const std::string elements =
+        repeatedPdf("/StructTreeRoot<</K 7 0 R/ParentTree<</Nums[0 6 0 R]>>>>", "/StructParents 0",
+                    "<</S/Document/K 6 0 R>>", [](int i) { return "/S/P/P 7 0 R/Pg 3 0 R/K " + std::to_string(i); });
+    const auto plain = open(test::PdfFixture().page("plain").bytes(), "plain.pdf");
+    int number = 0;
+    for (const std::string& bytes : {beads, fields, elements}) {
+        const auto source = open(bytes, std::to_string(++number));
+        const std::string file = writeSoon(planOf({plain, source}));
+        EXPECT_LT(contentOf(file).size(), 10 * bytes.size()) << number;
+    }
+}
+
 TEST_F(DamagedSources, OneMalformedEntryLosesNoOther) {
     RawPdf pdf;
     pdf.catalogOf({3}).object(
