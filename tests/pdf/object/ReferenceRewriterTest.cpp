@@ -84,7 +84,7 @@ std::string redirected(std::string_view text) {
 TEST(ReferenceRewriter, RedirectsLinks) {
     EXPECT_EQ(redirected("<</A<</S/GoTo/D(here)>>/P 5 0 R>>"), "<</A<</S/GoTo/D(there)>>/P 105 0 R>>");
     EXPECT_EQ(redirected("<</Subtype/Link/Dest/here/P 5 0 R>>"), "<</Subtype/Link/Dest(there)/P 105 0 R>>");
-    EXPECT_EQ(redirected("<</Subtype/Link/Dest 6 0 R/P 5 0 R>>"), "<</Subtype/Link/Dest(there)/P 105 0 R>>");
+    EXPECT_EQ(redirected("<</Subtype/Link/Dest 6 0 R/P 5 0 R>>"), "<</Subtype/Link/Dest (there)/P 105 0 R>>");
     EXPECT_EQ(redirected("[<</S/GoTo/D[7/Fit]>>]"), "[<</S/GoTo/D[105 0 R/Fit]>>]");
 }
 

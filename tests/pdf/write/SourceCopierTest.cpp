@@ -63,7 +63,8 @@ TEST_F(Copying, ALongObjectIsCopiedToItsEnd) {
         RawPdf pdf = RawPdf().catalogOf({3}).page(3, "one", "/MediaBox[0 0 9 9]/Long 10 0 R");
         pdf.object(10, array + "]").object(11, "<</Last true>>");
         const JudgedPdf judged(write(planOf({open(pdf.table().bytes())})));
-        const QJsonArray copied = judged.resolve(judged.resolve(judged.pages().first()).toObject().value(QStringLiteral("/Long"))).toArray();
+        const QJsonArray copied =
+            judged.resolve(judged.resolve(judged.pages().first()).toObject().value(QStringLiteral("/Long"))).toArray();
         ASSERT_EQ(copied.size(), 4) << length;
         EXPECT_TRUE(judged.resolve(copied[3]).toObject().value(QStringLiteral("/Last")).toBool()) << length;
     }
