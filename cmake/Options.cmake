@@ -15,6 +15,10 @@ if(QUILLON_SANITIZE)
   target_compile_options(quillon_options INTERFACE
     -fsanitize=${QUILLON_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(quillon_options INTERFACE -fsanitize=${QUILLON_SANITIZE})
+  # With what the sanitizers add, GCC loses sight of what is initialized.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(quillon_options INTERFACE -Wno-maybe-uninitialized)
+  endif()
 endif()
 if(QUILLON_COVERAGE)
   target_compile_options(quillon_options INTERFACE --coverage)
