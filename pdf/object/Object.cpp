@@ -112,7 +112,7 @@ void writeName(std::string& out, std::string_view name) {
 }
 
 void writeString(std::string& out, std::string_view text) {
-    constexpr std::string_view escaped = "()\\\r";
+    static constexpr CharacterSet escaped = characterSet("()\\\r");
     const auto printable = [](char c) { return c >= ' ' && c <= '~'; };
     const auto unprintable = text.size() - static_cast<std::size_t>(std::ranges::count_if(text, printable));
     if (unprintable * 4 > text.size()) {
@@ -122,9 +122,14 @@ void writeString(std::string& out, std::string_view text) {
         return;
     }
     out += '(';
-    for (const char c : text) {
-        if (escaped.find(c) != std::string_view::npos) out += '\\';
-        out += c == '\r' ? 'r' : c;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t stop = std::min(findAny(text, at, escaped), text.size());
+        out.append(text, at, stop - at);
+        if (stop < text.size()) {
+            out += '\\';
+            out += text[stop] == '\r' ? 'r' : text[stop];
+        }
+        at = stop + 1;
     }
     out += ')';
 }

@@ -97,6 +97,16 @@ namespace detail {
 
 inline constexpr CharacterSet rewriterStops = characterSet("(<>[]%RjD#");
 
+/// The number that digits stand for; 0 if it does not fit.
+[[nodiscard]] inline std::uint32_t readDigits(std::string_view digits) noexcept {
+    std::uint64_t number = 0;
+    for (const char c : digits) {
+        number = 10 * number + static_cast<std::uint64_t>(c - '0');
+        if (number > UINT32_MAX) return 0;
+    }
+    return static_cast<std::uint32_t>(number);
+}
+
 /// Whether the `j` at `at` ends the keyword `obj` or `endobj`: then a bracket is missing.
 [[nodiscard]] inline bool endsObjectKeyword(std::string_view text, std::size_t at) noexcept {
     return at >= 2 && text[at - 1] == 'b' && text[at - 2] == 'o' &&
@@ -218,9 +228,8 @@ void ReferenceRewriter<Mapper>::reference(Run& run, std::size_t mark) {
     if (!back(isWhiteSpace)) return;
     const std::size_t numberEnd = at;
     if (!back(isDigit) || (at > run.begin && isRegular(text[at - 1]))) return;
-    Reference reference;
-    std::from_chars(text.data() + at, text.data() + numberEnd, reference.number);
-    std::from_chars(text.data() + generationBegin, text.data() + generationEnd, reference.generation);
+    const Reference reference{detail::readDigits(text.substr(at, numberEnd - at)),
+                              detail::readDigits(text.substr(generationBegin, generationEnd - generationBegin))};
     run.out.append(text, run.begin, at - run.begin);
     run.begin = mark + 1;
     append(mapper_(reference), run.out);
