@@ -50,6 +50,10 @@ void FastDeflater::deflate(std::string_view data, const DeflateCodes& codes, std
     stream_->avail_out = static_cast<std::uint32_t>(bound);
     if (isal_deflate_stateless(stream_.get()) != COMP_OK) throw std::logic_error("deflated data outgrew its bound");
     out.assign(room_.get(), stream_->total_out);
+    constexpr std::size_t mostKept = 4U << 20U;
+    if (roomBytes_ <= mostKept) return;
+    room_.reset();
+    roomBytes_ = 0;
 }
 
 }  // namespace quillon::pdf

@@ -25,8 +25,8 @@ private:
 };
 
 /// Deflates for FlateDecode with codes that are there already, more than twice as fast as `Deflater` and larger by a
-/// few percent. What comes out depends on nothing but data and codes. Keeps its working memory from call to call; not
-/// thread-safe.
+/// few percent. On one machine, what comes out depends on nothing but data and codes. Keeps its working memory from
+/// call to call; not thread-safe.
 class FastDeflater {
 public:
     FastDeflater();
@@ -34,7 +34,7 @@ public:
     FastDeflater& operator=(const FastDeflater&) = delete;
     ~FastDeflater();
 
-    /// Replaces the contents of `out`. Throws std::length_error for data of 4 GiB or more.
+    /// Replaces the contents of `out`. Throws std::length_error for data of about 2 GiB or more.
     void deflate(std::string_view data, const DeflateCodes& codes, std::string& out);
 
 private:

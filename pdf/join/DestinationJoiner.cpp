@@ -48,14 +48,21 @@ void DestinationJoiner::keep(Name& name) {
     name.state = State::Kept;
 }
 
-void DestinationJoiner::end() {
+bool DestinationJoiner::writeNames() {
     if (source_->isWhole) source_->survey.readTexts(source_->reader());
-    for (const Name& name : entries_) {
+    bool any = false;
+    for (Name& name : entries_) {
         if (name.state != State::Kept) continue;
         text_.clear();
         writeValue(name, text_);
         joined_.set(name.joined, text_);
+        name.state = State::Written;
+        any = true;
     }
+    return any;
+}
+
+void DestinationJoiner::release() {
     source_ = nullptr;
     resolver_.reset();
     entries_.clear();
@@ -139,7 +146,8 @@ bool DestinationJoiner::mayReplace(std::string_view destination) const {
     if (!place) return true;
     const Name& entry = entries_[*place];
     // A joined name has something behind it, if it is another.
-    return entry.state != State::Kept || entry.joined.size() != text->size();
+    const bool isKept = entry.state == State::Kept || entry.state == State::Written;
+    return !isKept || entry.joined.size() != text->size();
 }
 
 std::optional<std::string> DestinationJoiner::replacement(std::string_view destination, const Overlay* overlay) {
@@ -175,8 +183,8 @@ std::optional<std::string> DestinationJoiner::withPage(const Array& destination)
 const Object& DestinationJoiner::valueOf(Reference reference) {
     const auto [place, isNew] = indirect_.try_emplace(reference.number);
     if (!isNew) return place->second;
-    // More than any destination has; a long one is not to be written into every link.
-    constexpr std::size_t longest = 16;
+    // Longer than any destination or sensible name; such a one is not to be written into every link.
+    constexpr std::size_t longest = 1024;
     ObjectReader& reader = source_->reader();
     const auto object = reader.find(reference);
     if (!object) return place->second;
@@ -192,9 +200,9 @@ const Object& DestinationJoiner::valueOf(Reference reference) {
         value = reader.resolve(Object((*value.dictionary())["D"]));
         if (!value.array() || value.array()->empty() || !value.array()->front().integer()) return place->second;
     }
-    if (value.string() || value.name() || (value.array() && value.array()->size() <= longest)) {
-        place->second = std::move(value);
-    }
+    std::string written;
+    if (value.string() || value.name() || value.array()) value.write(written);
+    if (!written.empty() && written.size() <= longest) place->second = std::move(value);
     return place->second;
 }
 

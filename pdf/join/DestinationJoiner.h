@@ -26,8 +26,11 @@ class DestinationJoiner {
 public:
     /// Before the pages of a source are copied, which must be announced.
     void begin(const SourceCopies& source);
-    /// After they were.
-    void end();
+    /// After they were: writes the values of the names that are kept and not written yet. False when there are none.
+    /// What the values lead to may have links by further names.
+    bool writeNames();
+    /// When nothing more is copied of the source.
+    void release();
     /// False for the text of a destination that surely stays as it is in the first copies.
     [[nodiscard]] bool mayReplace(std::string_view destination) const;
     /// What takes the place of the text of a link's destination; nothing if it stays. `overlay` is that of the copy
@@ -41,7 +44,7 @@ public:
     [[nodiscard]] JoinedNames& names() noexcept { return joined_; }
 
 private:
-    enum class State : std::uint8_t { Waiting, Dead, Kept };
+    enum class State : std::uint8_t { Waiting, Dead, Kept, Written };
     struct Name {
         const std::string* name = nullptr;
         const Object* value = nullptr;

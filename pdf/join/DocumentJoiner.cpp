@@ -100,12 +100,13 @@ void DocumentJoiner::end() {
     takeLists();
     if (joinsNames_) takeNames();
     if (joinsStructure_) structure_.end(*source_, otherLanguage_);
-    source_->copier.drain();
-    // Now that no link is left to come, what they use is known.
-    if (joinsNames_) destinations_.end();
     if (joinsLayers_) layers_.end(*source_);
-    source_->copier.drain();
+    // Now that no link is left to come, what they use is known, but for what the names themselves bring along.
+    do {
+        source_->copier.drain();
+    } while (joinsNames_ && destinations_.writeNames());
     source_->copier.setEditor(nullptr);
+    destinations_.release();
     source_.reset();
 }
 

@@ -23,7 +23,9 @@ SourceSurvey SourceSurvey::read(const SourcePlan& plan, SourceDocument& document
 
 /// In the order of the objects, since that is the order in which they stand in object streams.
 void SourceSurvey::readTexts(ObjectReader& reader) {
-    if (!spans_.empty()) return;
+    if (!spans_.empty() && wereRecovered_ == reader.table().recovered) return;
+    spans_.clear();
+    texts_.clear();
     std::vector<std::pair<Reference, std::size_t>> order;
     for (const auto* names : {&destinations.tree, &destinations.old}) {
         for (const auto& [name, value] : *names) {
@@ -38,6 +40,7 @@ void SourceSurvey::readTexts(ObjectReader& reader) {
         spans_[index] = {texts_.size(), text.size()};
         texts_ += text;
     }
+    wereRecovered_ = reader.table().recovered;
 }
 
 std::string_view SourceSurvey::explicitText(std::size_t index) const {

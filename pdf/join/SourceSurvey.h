@@ -25,7 +25,7 @@ struct SourceSurvey {
     /// Reads a document, which must not be locked.
     [[nodiscard]] static SourceSurvey read(const SourcePlan& plan, SourceDocument& document, Wishes wishes);
 
-    /// Reads what `explicitText` gives, unless that was done before.
+    /// Reads what `explicitText` gives, unless that was done before and the file has not been scanned since.
     void readTexts(ObjectReader& reader);
     /// The value of the destination at `index` of `destinations.tree`, or behind those of `destinations.old`, if it is
     /// a short array of the source that names its page; otherwise empty, as before `readTexts`.
@@ -39,6 +39,7 @@ private:
 
     std::string texts_;
     std::vector<Span> spans_;  // of the texts
+    bool wereRecovered_ = false;
 };
 
 }  // namespace quillon::pdf

@@ -18,6 +18,7 @@ SourceSurveyor::~SourceSurveyor() {
 
 SourceSurvey SourceSurveyor::take(std::size_t index) {
     if (index == 0) {
+        holds_.use(sources_[0].source());
         SourceSurvey first = read(0).survey;
         if (sources_.size() > 1) thread_ = std::thread([this] { run(); });
         return first;

@@ -10,14 +10,15 @@ namespace quillon::pdf {
 
 namespace {
 
-/// The name, as written, that `place` belongs to; empty if it belongs to none.
+/// The name, as written, that `place` belongs to; empty if it belongs to none, or to one that is too long to matter.
 std::string_view nameAround(std::string_view text, std::size_t place) noexcept {
+    constexpr std::size_t longest = 12;  // `Dest` with every letter escaped
     std::size_t begin = place;
-    while (begin > 0 && isRegular(text[begin - 1])) --begin;
+    while (begin > 0 && place - begin <= longest && isRegular(text[begin - 1])) --begin;
     if (begin == 0 || text[begin - 1] != '/') return {};
     std::size_t end = place;
-    while (end < text.size() && isRegular(text[end])) ++end;
-    return text.substr(begin, end - begin);
+    while (end < text.size() && end - begin <= longest && isRegular(text[end])) ++end;
+    return end - begin > longest ? std::string_view() : text.substr(begin, end - begin);
 }
 
 enum class Key : std::uint8_t { Other, Action, Kind, Title, Parent, D, Dest };

@@ -209,16 +209,20 @@ std::shared_ptr<const ObjectStream> ObjectReader::objectStream(std::uint32_t num
     }
     streams_[number] = {nullptr, ++clock_};  // a stream that describes itself by its own objects ends here
     auto objects = prefetcher_ ? prefetcher_->take(file_.file(), number) : nullptr;
-    if (!objects) objects = readObjectStream(number);
+    if (!objects) objects = readObjectStream(number, true);
+    keepObjectStream(number, objects);
+    return objects;
+}
+
+void ObjectReader::keepObjectStream(std::uint32_t number, const std::shared_ptr<const ObjectStream>& objects) {
     const std::size_t bytes = objects ? objects->bytes().size() : 0;
     makeRoom(bytes);
     streamBytes_ += bytes;
     decodedBytes_ += bytes;
     streams_[number] = {objects, ++clock_};
-    return objects;
 }
 
-std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t number) {
+std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t number, bool warns) {
     const CrossReferenceEntry entry = table_.entries.get(number);
     if (entry.kind != CrossReferenceEntry::Kind::InFile) return nullptr;
     // What describes an object stream must not be in one itself; following it there could go round in circles.
@@ -235,7 +239,7 @@ std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t
         if (decryptor_ && !decryptor_->decrypt(stream->reference, stream->dictionary, stream->data)) return nullptr;
         if (auto objects = ObjectStream::decode(*stream)) return objects;
     }
-    warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
+    if (warns) warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
     return nullptr;
 }
 
@@ -353,7 +357,10 @@ void ObjectReader::loadObjectStreams() {
     constexpr std::size_t usualStream = 64U << 10U;
     for (const auto& stream : objectStreams()) {
         if (streamBytes_ + usualStream > streamCacheBytes || table_.recovered) return;
-        static_cast<void>(objectStream(stream.number));
+        streams_[stream.number] = {nullptr, ++clock_};  // as in objectStream
+        const auto objects = readObjectStream(stream.number, false);
+        streams_.erase(stream.number);
+        if (objects) keepObjectStream(stream.number, objects);
     }
 }
 

@@ -126,6 +126,7 @@ void DocumentWriter::copySource(const SourcePlan& source, SourceSurvey& survey, 
         const std::string_view reason = document ? "is protected and could not be unlocked; its pages are left out"
                                                  : "has changed or gone since it was opened; its pages are left out";
         for (const SourcePlan::Copy& copy : source.copies()) drop(copy.outputPage, source.source()->path(), reason);
+        prefetcher.forget(*source.source()->file());
         return;
     }
     document->reader().setPrefetcher(&prefetcher);

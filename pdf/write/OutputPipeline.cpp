@@ -1,5 +1,7 @@
 #include "pdf/write/OutputPipeline.h"
 
+#include "pdf/filter/Flate.h"
+
 #include <algorithm>
 #include <new>
 

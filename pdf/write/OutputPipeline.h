@@ -1,7 +1,6 @@
 #pragma once
 
 #include "pdf/filter/FastDeflater.h"
-#include "pdf/filter/Flate.h"
 #include "pdf/security/DecryptingReader.h"
 #include "pdf/security/Encryptor.h"
 #include "pdf/write/ObjectSink.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/filter/Flate.h"
 #include "pdf/object/Object.h"
 #include "pdf/write/ObjectOutput.h"
 #include "pdf/write/Painting.h"

@@ -68,7 +68,8 @@ std::uint32_t SourceCopier::discover(Reference reference) {
     }
     const std::uint32_t number = output_.reserve();
     numbers_.at(reference.number) = number;
-    pending_.push_back({reference, number, length, entry.kind == InFile && openStreams_.size() == deepestStream});
+    const bool maybeStream = entry.kind == InFile && openStreams_.size() == deepestStream;
+    pending_.push_back({reference, number, length, maybeStream, table.recovered});
     return number;
 }
 
@@ -195,13 +196,15 @@ void SourceCopier::copyObject(const Pending& pending) {
     constexpr std::size_t header = 32;
     auto object = reader_.find(pending.reference, std::max(pending.length + header, ObjectReader::usualObject));
     if (!object) return;
-    const bool hasEnd = pending.length != 0 && pending.length <= object->text().size();
+    // A scan of the file may have found another version of the object in the meantime.
+    const bool hasEnd = pending.length != 0 && pending.length <= object->text().size() &&
+                        pending.wasRecovered == reader_.table().recovered;
     // What stands in an object stream is there as a whole.
     const bool isWhole = hasEnd || !object->inFile;
     if (!isWhole && editor_) object = reader_.findWhole(pending.reference);
     if (!object) return;
     const std::string_view text = hasEnd ? object->text().substr(0, pending.length) : object->value();
-    if (pending.length == 0 && (!object->inFile || editor_) && isPageObject(text)) return;
+    if (!hasEnd && (!object->inFile || editor_) && isPageObject(text)) return;
     edited_.clear();
     if (editor_ && editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_)) {
         writePlain(pending.number, edited_);

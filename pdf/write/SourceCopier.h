@@ -92,6 +92,7 @@ private:
         std::uint32_t number;
         std::uint32_t length;  // of the value, which is known to be no page; 0 where nothing is known
         bool maybeStream;
+        bool wasRecovered = false;  // the file had been scanned when the length was found
     };
     /// What copies of pages other than the first have of their own, besides what their overlay says.
     struct Group {

@@ -6,6 +6,8 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace quillon::pdf {
 namespace {
 
@@ -57,6 +59,24 @@ TEST_F(NamedDestinations, EachInputsLinkLeadsToItsOwnPageThoughTheNamesAreEqual)
     EXPECT_EQ(target(pdf, 0), 1);
     EXPECT_EQ(target(pdf, 2), 3);
     EXPECT_EQ(target(pdf, 4), 5);
+}
+
+TEST_F(NamedDestinations, WhatADestinationBringsAlongIsCopiedWithItsLinks) {
+    for (const std::string link : {"/D(goal)", "/D 7 0 R", "% a comment\n/D(goal)"}) {
+        RawPdf pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Names<</Dests 3 0 R>>>>");
+        pdf.object(2, "<</Type/Pages/Count 2/Kids[10 0 R 12 0 R]>>").object(7, "(goal)");
+        pdf.object(3, "<</Names[(goal)4 0 R]>>").object(4, "<</D[12 0 R/Fit]/X<</S/GoTo " + link + ">>>>");
+        pdf.page(10, "A", "/Parent 2 0 R/MediaBox[0 0 99 99]").page(12, "B");
+        const JudgedPdf judged(write(planOf({input("a"), open(pdf.table().bytes(), "b")})));
+        const auto names = judged.dictionary(judged.catalog().value(QStringLiteral("/Names")));
+        const auto pairs =
+            judged.dictionary(names.value(QStringLiteral("/Dests"))).value(QStringLiteral("/Names")).toArray();
+        const auto at = std::ranges::find(pairs, QJsonValue(QStringLiteral("u:goal-2")));
+        ASSERT_NE(at, pairs.end()) << link;
+        const auto action = judged.dictionary(*(at + 1)).value(QStringLiteral("/X")).toObject();
+        EXPECT_EQ(action.value(QStringLiteral("/D")).toString(), QStringLiteral("u:goal-2")) << link;
+    }
 }
 
 TEST_F(NamedDestinations, EveryFormOfALinkIsRedirected) {

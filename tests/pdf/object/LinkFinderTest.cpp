@@ -49,6 +49,18 @@ TEST(DestinationBehind, IsNothingForOtherNamesAndValues) {
     EXPECT_EQ(Marked("<</|D(x").behind(), "");
 }
 
+TEST(DestinationBehind, LooksAtNoMoreOfALongNameThanItsKeysHave) {
+    for (const std::string part : {"#", "De", "#44"}) {
+        std::string text = "<</";
+        for (int i = 0; i < 300'000; ++i) text += part;
+        text += "(x)>>";
+        for (std::size_t at = text.find_first_of("D#"); at != std::string::npos;
+             at = text.find_first_of("D#", at + 1)) {
+            ASSERT_EQ(destinationBehind(text, at), "");
+        }
+    }
+}
+
 TEST(FindLink, ADIsOneOfAnActionThatGoesSomewhere) {
     EXPECT_EQ(Marked("<</S/GoTo/|D(a)>>").kind(), Kind::Destination);
     EXPECT_EQ(Marked("<</|D(a)/Type/Action/S /GoTo>>").value(), "(a)");

@@ -33,6 +33,51 @@ protected:
     }
 };
 
+TEST_F(DamagedSources, AnObjectThatAScanFindsInAnotherVersionIsCopiedWhole) {
+    // The scan begins when object 6 is looked for, after the old object 5 has been met.
+    RawPdf pdf;
+    pdf.catalogOf({10}).page(10, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]/PieceInfo 5 0 R/Foo 6 0 R");
+    pdf.object(5, "<</A(old)>>").object(6, "<</B(six)>>");
+    pdf.raw("5 0 obj\n<</A(new)/LongKey(this is a longer value)/Last 7 0 R>>\nendobj\n");
+    pdf.raw("7 0 obj\n<</C(seven)>>\nendobj\n").entry(6, 20);
+    const JudgedPdf written(write(planOf({open(pdf.table().bytes())})));
+    const QJsonObject object =
+        written.dictionary(written.dictionary(written.pages().first()).value(text("/PieceInfo")));
+    EXPECT_EQ(object.value(text("/A")).toString(), text("u:new"));
+    EXPECT_EQ(written.dictionary(object.value(text("/Last"))).value(text("/C")).toString(), text("u:seven"));
+}
+
+TEST_F(DamagedSources, ADestinationThatAScanFindsInAnotherVersionIsTheSameWhereverTheFileStands) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Names<</Dests<</Names[(q) 4 0 R]>>>>>>");
+    pdf.object(2, "<</Type/Pages/Kids[10 0 R 12 0 R]/Count 2>>");
+    pdf.page(10, "one", "/Parent 2 0 R/MediaBox[0 0 9 9]/Foo 6 0 R").page(12, "two");
+    pdf.object(4, "[10 0 R/Fit]").object(6, "<</B(six)>>");
+    pdf.raw("4 0 obj\n[12 0 R/XYZ 7 7 7]\nendobj\n").entry(6, 20).table();
+    const auto sound = open(RawPdf().catalogOf({3}).page(3, "x").table().bytes(), "sound");
+    for (const bool isFirst : {true, false}) {
+        const auto again = open(pdf.bytes(), isFirst ? "first" : "second");
+        const JudgedPdf written(write(isFirst ? planOf({again, sound}) : planOf({sound, again})));
+        const QJsonObject names = written.dictionary(written.catalog().value(text("/Names")));
+        const QJsonArray pairs = written.dictionary(names.value(text("/Dests"))).value(text("/Names")).toArray();
+        ASSERT_EQ(pairs.size(), 2);
+        const QJsonArray destination = written.resolve(pairs[1]).toArray();
+        EXPECT_EQ(destination.first().toString(), written.pages()[isFirst ? 1 : 2]);
+        EXPECT_EQ(destination.at(1).toString(), text("/XYZ"));
+    }
+}
+
+TEST_F(DamagedSources, AnObjectStreamThatNobodyNeedsGivesNoWarning) {
+    RawPdf pdf;
+    pdf.catalogOf({3}).page(3, "one").packed(10, {{11, "<<>>"}}, "/Filter/Unknown").crossStream(12);
+    const auto sound = open(RawPdf().catalogOf({3}).page(3, "x").table().bytes(), "sound");
+    for (const bool isFirst : {true, false}) {
+        const auto source = open(pdf.bytes(), isFirst ? "first" : "second");
+        const auto plan = isFirst ? planOf({source, sound}) : planOf({sound, source});
+        EXPECT_EQ(writeDocument(plan, dir.file("out.pdf")).warnings, std::vector<std::string>()) << isFirst;
+    }
+}
+
 TEST_F(DamagedSources, ALargeTreeOfNodesWithOnePageEachKeepsWhatTheyHandDown) {
     constexpr int count = 300;
     RawPdf pdf;
