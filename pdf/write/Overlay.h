@@ -24,7 +24,11 @@ public:
     }
     /// Whether this layer itself says something of the object.
     [[nodiscard]] bool covers(std::uint32_t object) const { return numbers_.contains(object); }
-    void set(std::uint32_t object, std::uint32_t copy) { numbers_[object] = copy; }
+    void set(std::uint32_t object, std::uint32_t copy) {
+        // A thousand copies of one page have as many overlays, each of which holds little.
+        if (numbers_.empty()) numbers_.reserve(1);
+        numbers_[object] = copy;
+    }
 
 private:
     std::unordered_map<std::uint32_t, std::uint32_t> numbers_;
