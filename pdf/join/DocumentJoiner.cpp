@@ -100,6 +100,7 @@ void DocumentJoiner::end() {
     takeLists();
     if (joinsNames_) takeNames();
     if (joinsStructure_) structure_.end(*source_, otherLanguage_);
+    source_->copier.drain();
     if (joinsLayers_) layers_.end(*source_);
     // Now that no link is left to come, what they use is known, but for what the names themselves bring along.
     do {
