@@ -40,12 +40,12 @@ private:
     std::uint64_t offset_;
     std::uint64_t length_;  // for AES, of whole blocks
     StreamKey key_;
+    bool shortened_ = false;  // set when the plain length is found
     std::uint64_t plainLength_;
     std::uint64_t done_ = 0;  // enciphered bytes
     std::string piece_;
     std::optional<Rc4> rc4_;
     std::optional<AesCbcDecryptor> aes_;
-    bool shortened_ = false;
 };
 
 }  // namespace quillon::pdf
