@@ -152,7 +152,6 @@ bool DestinationJoiner::mayReplace(std::string_view destination) const {
 
 std::optional<std::string> DestinationJoiner::replacement(std::string_view destination, const Overlay* overlay) {
     if (const auto plain = plainText(destination)) return renamed(*plain, destination.front() == '/', overlay);
-    if (destination.front() == '[' && namesPage(destination)) return std::nullopt;
     return replacement(Parser(destination).parse(), overlay);
 }
 

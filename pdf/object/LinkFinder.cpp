@@ -68,14 +68,13 @@ struct Surroundings {
     }
 };
 
-/// Whether the text of an array gives its page by an index.
-bool hasPageIndex(std::string_view array) {
+}  // namespace
+
+bool namesPage(std::string_view array) {
     const std::size_t begin = skipBlank(array, 1);
     const std::size_t end = skipValue(array, begin).value_or(begin);
-    return begin < end && isDigit(array[begin]) && array[end - 1] != 'R';
+    return end != begin && isDigit(array[begin]) && array[end - 1] == 'R';
 }
-
-}  // namespace
 
 std::string_view destinationBehind(std::string_view text, std::size_t place) {
     // Most names that begin so go on with something else.
@@ -89,7 +88,7 @@ std::string_view destinationBehind(std::string_view text, std::size_t place) {
     if (!end) return {};
     const std::string_view value = text.substr(begin, *end - begin);
     const char first = value.front();
-    if (first == '[') return hasPageIndex(value) ? value : std::string_view();
+    if (first == '[') return namesPage(value) ? std::string_view() : value;
     const bool isString = first == '(' || (first == '<' && !value.starts_with("<<"));
     return isString || first == '/' || (isDigit(first) && value.back() == 'R') ? value : std::string_view();
 }

@@ -2,6 +2,7 @@
 
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Characters.h"
+#include "pdf/object/Lexer.h"
 #include "pdf/object/LinkFinder.h"
 #include "pdf/object/Object.h"
 #include "pdf/object/Parser.h"
@@ -96,16 +97,6 @@ private:
 namespace detail {
 
 inline constexpr CharacterSet rewriterStops = characterSet("(<>[]%RjD#");
-
-/// The number that digits stand for; 0 if it does not fit.
-[[nodiscard]] inline std::uint32_t readDigits(std::string_view digits) noexcept {
-    std::uint64_t number = 0;
-    for (const char c : digits) {
-        number = 10 * number + static_cast<std::uint64_t>(c - '0');
-        if (number > UINT32_MAX) return 0;
-    }
-    return static_cast<std::uint32_t>(number);
-}
 
 /// Whether the `j` at `at` ends the keyword `obj` or `endobj`: then a bracket is missing.
 [[nodiscard]] inline bool endsObjectKeyword(std::string_view text, std::size_t at) noexcept {
@@ -222,14 +213,15 @@ void ReferenceRewriter<Mapper>::reference(Run& run, std::size_t mark) {
         return at != from;
     };
     if (!back(isWhiteSpace)) return;
-    const std::size_t generationEnd = at;
     if (!back(isDigit)) return;
     const std::size_t generationBegin = at;
     if (!back(isWhiteSpace)) return;
-    const std::size_t numberEnd = at;
     if (!back(isDigit) || (at > run.begin && isRegular(text[at - 1]))) return;
-    const Reference reference{detail::readDigits(text.substr(at, numberEnd - at)),
-                              detail::readDigits(text.substr(generationBegin, generationEnd - generationBegin))};
+    const auto read = [text](std::size_t place) {
+        const std::uint64_t number = readUnsigned(text, place).value_or(0);
+        return number <= UINT32_MAX ? static_cast<std::uint32_t>(number) : 0;
+    };
+    const Reference reference{read(at), read(generationBegin)};
     run.out.append(text, run.begin, at - run.begin);
     run.begin = mark + 1;
     append(mapper_(reference), run.out);

@@ -1,6 +1,6 @@
 #include "pdf/read/DestinationResolver.h"
 
-#include "pdf/object/Characters.h"
+#include "pdf/object/LinkFinder.h"
 #include "pdf/object/ValueSkipper.h"
 
 #include <algorithm>
@@ -55,12 +55,6 @@ DestinationNames readDestinationNames(SourceDocument& document) {
     const Object trees = reader.resolve((*catalog.dictionary())["Names"]);
     if (trees.dictionary()) names.tree = readNameTree(reader, (*trees.dictionary())["Dests"]);
     return names;
-}
-
-bool namesPage(std::string_view array) {
-    const std::size_t begin = skipBlank(array, 1);
-    const std::size_t end = skipValue(array, begin).value_or(begin);
-    return end != begin && isDigit(array[begin]) && array[end - 1] == 'R';
 }
 
 std::string_view explicitDestination(std::string_view object) {

@@ -54,7 +54,4 @@ struct DestinationNames {
 /// object says nothing else. Otherwise empty.
 [[nodiscard]] std::string_view explicitDestination(std::string_view object);
 
-/// Whether the text of an array names a page by a reference at its beginning.
-[[nodiscard]] bool namesPage(std::string_view array);
-
 }  // namespace quillon::pdf
