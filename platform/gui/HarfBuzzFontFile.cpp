@@ -21,14 +21,6 @@ struct Release {
 template <class T>
 using Held = std::unique_ptr<T, Release>;
 
-hb_blob_t* tableOf(hb_face_t*, hb_tag_t tag, void* font) {
-    std::array<char, 5> name{};
-    hb_tag_to_string(tag, name.data());
-    auto* table = new QByteArray(static_cast<const QRawFont*>(font)->fontTable(name.data()));
-    return hb_blob_create(table->constData(), static_cast<unsigned>(table->size()), HB_MEMORY_MODE_READONLY, table,
-                          [](void* data) { delete static_cast<QByteArray*>(data); });
-}
-
 bool hasTable(hb_face_t* face, hb_tag_t tag) {
     return hb_blob_get_length(Held<hb_blob_t>(hb_face_reference_table(face, tag)).get()) > 0;
 }
@@ -79,7 +71,7 @@ bool isCidKeyed(const std::string& cff) {
 }  // namespace
 
 HarfBuzzFontFile::HarfBuzzFontFile(const QRawFont& font)
-    : font_(font), face_(hb_face_create_for_tables(tableOf, &font_, nullptr)), hbFont_(nullptr) {
+    : font_(font), face_(hb_face_create_for_tables(tableOf, this, nullptr)), hbFont_(nullptr) {
     const auto upem = static_cast<unsigned>(font_.unitsPerEm());
     if (upem > 0) hb_face_set_upem(face_, upem);
     hbFont_ = hb_font_create(face_);
@@ -94,6 +86,19 @@ HarfBuzzFontFile::HarfBuzzFontFile(const QRawFont& font)
 HarfBuzzFontFile::~HarfBuzzFontFile() {
     hb_font_destroy(hbFont_);
     hb_face_destroy(face_);
+}
+
+/// What HarfBuzz calls for a table.
+hb_blob_t* HarfBuzzFontFile::tableOf(hb_face_t*, hb_tag_t tag, void* self) {
+    auto* const file = static_cast<HarfBuzzFontFile*>(self);
+    const auto [place, isNew] = file->tables_.try_emplace(tag);
+    if (isNew) {
+        std::array<char, 5> name{};
+        hb_tag_to_string(tag, name.data());
+        place->second = file->font_.fontTable(name.data());
+    }
+    return hb_blob_create(place->second.constData(), static_cast<unsigned>(place->second.size()),
+                          HB_MEMORY_MODE_READONLY, nullptr, nullptr);
 }
 
 bool HarfBuzzFontFile::mayBeEmbedded() const {
@@ -219,7 +224,7 @@ std::optional<std::string> HarfBuzzFontFile::subset(const std::set<std::uint32_t
     const Held<hb_subset_input_t> input(hb_subset_input_create_or_fail());
     if (!input) return std::nullopt;
     for (const std::uint32_t glyph : glyphs) hb_set_add(hb_subset_input_glyph_set(input.get()), glyph);
-    // Without an outline of the missing glyph, which is never shown: HarfBuzz 6 loses its header now and then.
+    // Without an outline of the missing glyph, which is never shown.
     hb_subset_input_set_flags(input.get(), HB_SUBSET_FLAGS_RETAIN_GIDS | HB_SUBSET_FLAGS_NO_HINTING);
     // A variable font is drawn, and so embedded, as it is without variations.
     const unsigned axes = hb_ot_var_get_axis_count(face_);

@@ -2,8 +2,13 @@
 
 #include "platform/text/FontFile.h"
 
+#include <QByteArray>
 #include <QRawFont>
 
+#include <cstdint>
+#include <unordered_map>
+
+struct hb_blob_t;
 struct hb_face_t;
 struct hb_font_t;
 
@@ -32,12 +37,15 @@ public:
     [[nodiscard]] std::optional<Picture> picture(std::uint32_t glyph) const override;
 
 private:
+    static hb_blob_t* tableOf(hb_face_t* face, std::uint32_t tag, void* self);
     [[nodiscard]] pdf::Rectangle placeOf(std::uint32_t glyph, const pdf::Rectangle& stated) const;
     [[nodiscard]] bool mayBeEmbedded() const;
     /// Thousandths of an em in one of Qt's units.
     [[nodiscard]] double scale() const { return 1000 / font_.pixelSize(); }
 
     QRawFont font_;
+    // By tag. Kept as long as the face, since HarfBuzz goes on reading in tables that it has let go of.
+    std::unordered_map<std::uint32_t, QByteArray> tables_;
     hb_face_t* face_;
     hb_font_t* hbFont_;
     bool postScript_ = false;
