@@ -146,7 +146,7 @@ TEST_F(Defaults, AFileThatWasRemovedMeanwhileIsMadeAgainForItsOwnerOnly) {
 
 TEST_F(Defaults, ADamagedFileReadsAsEmptyAndIsKeptAside) {
     const QByteArray zeros(4096, '\0');
-    const QByteArray noise = QByteArray("\x89PNG\r\n\x1a\n\xff\xd8 \xff\xfe", 15).repeated(20);
+    const QByteArray noise = QByteArrayLiteral("\x89PNG\r\n\x1a\n\xff\xd8 \xff\xfe").repeated(20);
     const QByteArray variant = "QUILLON_KEY=@Variant(\\0\\0\\0\\t\\xff\\xff\\xff\\xf0)\n";
     const QByteArray list = "QUILLON_KEY=\"a, b\", \"@Variant(\\0\\0\\0\\t\\xff\\xff\\xff\\xf0)\"\n";
     for (const QByteArray& damaged : {QByteArray("QUILLON_KEY=1\nQUILLON_TI"), zeros, noise, variant, list}) {

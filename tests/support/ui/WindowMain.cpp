@@ -17,8 +17,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setQuitOnLastWindowClosed(false);
     quillon::test::QtWarnings::install();
     return RUN_ALL_TESTS();
