@@ -14,10 +14,10 @@ namespace quillon::pdf {
 
 namespace {
 
-/// The big-endian number in `field`.
-std::uint64_t bigEndian(std::string_view field) {
+/// Takes a big-endian number of `width` bytes from the front of `row`.
+std::uint64_t takeField(const char*& row, std::size_t width) {
     std::uint64_t value = 0;
-    for (const char c : field) value = value << 8U | static_cast<unsigned char>(c);
+    for (const char* const end = row + width; row != end; ++row) value = value << 8U | static_cast<unsigned char>(*row);
     return value;
 }
 
@@ -135,11 +135,8 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
                 return text.substr(std::min(begin, text.size())).starts_with("trailer");
             }
             ++at;
-            CrossReferenceEntry entry;
-            entry.kind =
-                kind == 'n' && *place != 0 ? CrossReferenceEntry::Kind::InFile : CrossReferenceEntry::Kind::Free;
-            entry.place = *place + bias_;
-            entry.detail = static_cast<std::uint32_t>(std::min<std::uint64_t>(*generation, 65535));
+            using enum CrossReferenceEntry::Kind;
+            const CrossReferenceEntry entry(kind == 'n' && *place != 0 ? InFile : Free, *place + bias_, *generation);
             const auto number = static_cast<std::uint32_t>(first + done);
             if (kind == 'f') {
                 freed_.emplace_back(number, entry);
@@ -182,22 +179,25 @@ bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::s
         const auto count = index[i + 1].integer();
         if (!first || !count || *first < 0 || *count < 0) return false;
         const auto rows = std::min<std::uint64_t>(static_cast<std::uint64_t>(*count), data.size() / row);
-        table_.entries.expect(static_cast<std::uint64_t>(*first) + rows);
-        for (std::int64_t n = 0; n < *count && data.size() >= row; ++n, data.remove_prefix(row)) {
-            if (++rows_ > file_.file().size() + limits::tableMargin) return false;
-            const std::uint64_t number = static_cast<std::uint64_t>(*first) + static_cast<std::uint64_t>(n);
-            if (number > maximumObjectNumber) return false;
-            const std::uint64_t type = width[0] == 0 ? 1 : bigEndian(data.substr(0, width[0]));
-            CrossReferenceEntry entry;
-            entry.place = bigEndian(data.substr(width[0], width[1]));
-            entry.detail = static_cast<std::uint32_t>(bigEndian(data.substr(width[0] + width[1], width[2])));
-            if (type == 1) entry.place += bias_;
-            using enum CrossReferenceEntry::Kind;
-            entry.kind = type == 1 ? InFile : type == 2 ? InObjectStream : Free;
-            table_.addOlder(static_cast<std::uint32_t>(number), entry);
+        const auto begin = static_cast<std::uint64_t>(*first);
+        rows_ += rows;
+        if (rows_ > file_.file().size() + limits::tableMargin || begin + rows > maximumObjectNumber + 1) return false;
+        table_.entries.expect(begin + rows);
+        for (std::uint64_t n = 0; n < rows; ++n, data.remove_prefix(row)) {
+            const auto number = static_cast<std::uint32_t>(begin + n);
+            table_.addOlder(number, streamEntry(data.data(), width));
         }
     }
     return true;
+}
+
+CrossReferenceEntry CrossReferenceReader::streamEntry(const char* row, const std::array<std::size_t, 3>& width) const {
+    const std::uint64_t type = width[0] == 0 ? 1 : takeField(row, width[0]);
+    const std::uint64_t place = takeField(row, width[1]);
+    const std::uint64_t detail = takeField(row, width[2]);
+    using enum CrossReferenceEntry::Kind;
+    if (type == 1) return {InFile, place + bias_, detail};
+    return {type == 2 ? InObjectStream : Free, place, detail};
 }
 
 void CrossReferenceReader::complete(const Dictionary& older) {

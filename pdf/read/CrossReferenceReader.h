@@ -3,6 +3,8 @@
 #include "pdf/io/BlockCache.h"
 #include "pdf/read/CrossReferenceTable.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -32,6 +34,7 @@ private:
     bool readSubsection(std::uint64_t& offset, std::uint64_t first, std::uint64_t count);
     bool readStream(std::uint64_t offset, Dictionary& trailer);
     bool addStreamEntries(const Dictionary& dictionary, std::string_view data);
+    [[nodiscard]] CrossReferenceEntry streamEntry(const char* row, const std::array<std::size_t, 3>& width) const;
     void complete(const Dictionary& older);
 
     BlockCache& file_;

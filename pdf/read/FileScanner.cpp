@@ -63,7 +63,7 @@ std::uint64_t FileScanner::handleObject(std::uint64_t offset, const ObjectHeader
     const std::uint64_t content = offset + header.length;
     const std::uint32_t number = header.reference.number;
     if (number > maximumObjectNumber || number == 0) return content;
-    table_.entries.at(number) = {offset, header.reference.generation, CrossReferenceEntry::Kind::InFile};
+    table_.entries.at(number) = {CrossReferenceEntry::Kind::InFile, offset, header.reference.generation};
     constexpr std::size_t usualDictionary = 16 * 1024;
     constexpr std::size_t shortDictionary = 256;
     const bool patient = wasted_ < 4 * file_.file().size();
@@ -123,7 +123,7 @@ void FileScanner::addObjectStream(const Found& found) {
         if (number > maximumObjectNumber) continue;
         CrossReferenceEntry& entry = table_.entries.at(number);
         if (entry.kind == CrossReferenceEntry::Kind::InFile && entry.place > found.offset) continue;
-        entry = {found.number, static_cast<std::uint32_t>(i), CrossReferenceEntry::Kind::InObjectStream};
+        entry = {CrossReferenceEntry::Kind::InObjectStream, found.number, i};
         if (findValue(objects->textAt(i), "Type") == "/Catalog") catalog_ = Reference{number, 0};
     }
 }

@@ -174,7 +174,8 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
         if (whole || object->complete || wanted >= limits::objectText) return object;
-        // What is not closed where the next object begins never will be.
+        // What is not closed where the next object begins never will be. To know where that is, all are put in order.
+        if (wanted == usualObject) continue;
         const std::uint64_t bound = nextObject(object->offset) - object->offset;
         if (object->text().size() >= bound) {
             object->source.text = object->text().substr(0, bound);
