@@ -42,18 +42,6 @@ bool readNumber(std::string_view text, Token& token) {
 
 }  // namespace
 
-std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& position) noexcept {
-    constexpr std::size_t mostDigits = 19;
-    const std::size_t begin = position;
-    std::uint64_t value = 0;
-    while (position < text.size() && isDigit(text[position])) {
-        if (position - begin == mostDigits) return std::nullopt;
-        value = value * 10 + static_cast<std::uint64_t>(text[position++] - '0');
-    }
-    if (position == begin) return std::nullopt;
-    return value;
-}
-
 void Lexer::skipWhiteSpaceAndComments() noexcept {
     while (position_ < text_.size()) {
         if (text_[position_] == '%') {

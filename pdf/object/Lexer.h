@@ -2,6 +2,7 @@
 
 #include "pdf/object/Characters.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -56,7 +57,18 @@ private:
 
 /// Reads an unsigned decimal number at `position`, moving it behind the digits. Nothing when there is no digit or the
 /// value does not fit.
-[[nodiscard]] std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& position) noexcept;
+[[nodiscard]] inline std::optional<std::uint64_t> readUnsigned(std::string_view text, std::size_t& position) noexcept {
+    constexpr std::size_t mostDigits = 19;
+    const std::size_t begin = position;
+    const std::size_t end = std::min(text.size(), begin + mostDigits);
+    std::uint64_t value = 0;
+    while (position < end && isDigit(text[position])) {
+        value = value * 10 + static_cast<std::uint64_t>(text[position++] - '0');
+    }
+    const bool goesOn = position - begin == mostDigits && position < text.size() && isDigit(text[position]);
+    if (position == begin || goesOn) return std::nullopt;
+    return value;
+}
 
 /// The text of a literal string (`value` is all of it, with its brackets) that is written without any escape; nothing
 /// for any other value.

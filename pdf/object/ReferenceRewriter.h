@@ -2,10 +2,10 @@
 
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Characters.h"
-#include "pdf/object/Lexer.h"
 #include "pdf/object/LinkFinder.h"
 #include "pdf/object/Object.h"
 #include "pdf/object/Parser.h"
+#include "pdf/object/StopFinder.h"
 #include "pdf/object/ValueSkipper.h"
 
 #include <algorithm>
@@ -24,6 +24,19 @@ namespace quillon::pdf {
 // are copied as they stand, and only references change. That is several times faster than parsing and writing them
 // again. Text whose brackets or strings are not balanced, or that holds a comment, takes the slow road through the
 // parser instead, so what is written never spoils the objects around it.
+
+/// Appends a reference to an object of the output, or null for the number 0.
+inline void writeReference(std::string& out, std::uint32_t number) {
+    if (!out.empty() && isRegular(out.back())) out += ' ';
+    if (number == 0) {
+        out += "null";
+        return;
+    }
+    std::array<char, 10> digits;
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    out.append(digits.data(), result.ptr);
+    out += " 0 R";
+}
 
 /// A mapper that says where links lead, too. Whether it does at all is asked each time, by `editsLinks`.
 template <class Mapper>
@@ -88,7 +101,6 @@ private:
     [[nodiscard]] bool step(Run& run, std::size_t& at);
     [[nodiscard]] bool destination(Run& run, std::size_t& at);
     void reference(Run& run, std::size_t mark);
-    void append(std::uint32_t number, std::string& out);
     Object mapped(const Object& object);
 
     Mapper mapper_;
@@ -96,7 +108,21 @@ private:
 
 namespace detail {
 
-inline constexpr CharacterSet rewriterStops = characterSet("(<>[]%RjD#");
+using RewriterStops = StopFinder<'(', '<', '>', '[', ']', '%', 'R', 'j', 'D', '#'>;
+
+/// Reads the digits in front of `at`, but no further than `begin`, and goes to the first of them. The number, 0 if it
+/// is too high for that of an object; nothing where there are no digits.
+[[nodiscard]] inline std::optional<std::uint32_t> readBack(std::string_view text, std::size_t begin,
+                                                           std::size_t& at) noexcept {
+    constexpr std::uint64_t beyondAll = 10'000'000'000;
+    const std::size_t end = at;
+    std::uint64_t number = 0;
+    for (std::uint64_t unit = 1; at > begin && isDigit(text[at - 1]); unit = std::min(10 * unit, beyondAll)) {
+        number = std::min(number + unit * static_cast<std::uint64_t>(text[--at] - '0'), beyondAll);
+    }
+    if (at == end) return std::nullopt;
+    return number <= UINT32_MAX ? static_cast<std::uint32_t>(number) : 0;
+}
 
 /// Whether the `j` at `at` ends the keyword `obj` or `endobj`: then a bracket is missing.
 [[nodiscard]] inline bool endsObjectKeyword(std::string_view text, std::size_t at) noexcept {
@@ -121,8 +147,9 @@ auto ReferenceRewriter<Mapper>::fast(std::string_view text, std::size_t position
         return end ? Result{Status::Done, *end} : fail();
     }
     Run run{text, out, at, {}, 0};
+    detail::RewriterStops stops(text);
     do {
-        at = findAny(text, at, detail::rewriterStops);
+        at = stops.find(at);
         if (at >= text.size() || !step(run, at)) return fail();
     } while (!run.open.empty());
     out.append(text, run.begin, at - run.begin);
@@ -207,37 +234,20 @@ void ReferenceRewriter<Mapper>::reference(Run& run, std::size_t mark) {
     if (mark + 1 < text.size() && isRegular(text[mark + 1])) return;
     // Goes back over white space, digits, white space, digits.
     std::size_t at = mark;
-    const auto back = [&](auto belongs) {
+    const auto skipBlankBack = [&] {
         const std::size_t from = at;
-        while (at > run.begin && belongs(text[at - 1])) --at;
+        while (at > run.begin && isWhiteSpace(text[at - 1])) --at;
         return at != from;
     };
-    if (!back(isWhiteSpace)) return;
-    if (!back(isDigit)) return;
-    const std::size_t generationBegin = at;
-    if (!back(isWhiteSpace)) return;
-    if (!back(isDigit) || (at > run.begin && isRegular(text[at - 1]))) return;
-    const auto read = [text](std::size_t place) {
-        const std::uint64_t number = readUnsigned(text, place).value_or(0);
-        return number <= UINT32_MAX ? static_cast<std::uint32_t>(number) : 0;
-    };
-    const Reference reference{read(at), read(generationBegin)};
+    if (!skipBlankBack()) return;
+    const auto generation = detail::readBack(text, run.begin, at);
+    if (!generation || !skipBlankBack()) return;
+    const auto number = detail::readBack(text, run.begin, at);
+    if (!number || (at > run.begin && isRegular(text[at - 1]))) return;
+    const Reference reference{*number, *generation};
     run.out.append(text, run.begin, at - run.begin);
     run.begin = mark + 1;
-    append(mapper_(reference), run.out);
-}
-
-template <class Mapper>
-void ReferenceRewriter<Mapper>::append(std::uint32_t number, std::string& out) {
-    if (!out.empty() && isRegular(out.back())) out += ' ';
-    if (number == 0) {
-        out += "null";
-        return;
-    }
-    std::array<char, 10> digits;
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    out.append(digits.data(), result.ptr);
-    out += " 0 R";
+    writeReference(run.out, mapper_(reference));
 }
 
 template <class Mapper>
@@ -248,9 +258,9 @@ std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view te
     const std::string_view whole = text.substr(position, *end - position);
     const Object object = Parser(whole).parse();
     if (const Reference* target = object.reference()) {
-        append(mapper_(*target), out);
+        writeReference(out, mapper_(*target));
     } else if (object.isNull()) {
-        append(0, out);  // also for a stray keyword
+        writeReference(out, 0);  // also for a stray keyword
     } else {
         if (!out.empty() && isRegular(out.back()) && isRegular(whole.front())) out += ' ';
         out += whole;

@@ -2,6 +2,7 @@
 
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Lexer.h"
+#include "pdf/object/StopFinder.h"
 
 namespace quillon::pdf {
 
@@ -46,13 +47,14 @@ std::optional<std::size_t> skipScalar(std::string_view text, std::size_t at) noe
     }
 }
 
-constexpr CharacterSet bracketStops = characterSet("(<>[]%");
+using BracketStops = StopFinder<'(', '<', '>', '[', ']', '%'>;
 
 /// Behind an array or dictionary. What stands between brackets, strings and comments is passed over unseen.
 std::optional<std::size_t> skipBracketed(std::string_view text, std::size_t at) noexcept {
     BracketStack open;
+    BracketStops stops(text);
     do {
-        at = findAny(text, at, bracketStops);
+        at = stops.find(at);
         if (at >= text.size()) return std::nullopt;
         const char c = text[at];
         const bool doubled = at + 1 < text.size() && text[at + 1] == c;

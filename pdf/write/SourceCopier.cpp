@@ -1,5 +1,6 @@
 #include "pdf/write/SourceCopier.h"
 
+#include "pdf/object/StopFinder.h"
 #include "pdf/read/StreamText.h"
 #include "pdf/write/PaintedPages.h"
 
@@ -13,7 +14,8 @@ namespace {
 /// Whether `text` is a page's dictionary. Asked of objects that are no page of the tree: a page that an update has
 /// removed, for one. Nearly every object passes here, so a quick search for the name comes first.
 bool isPageObject(std::string_view text) {
-    for (std::size_t at = text.find('P', 1); at != std::string_view::npos; at = text.find('P', at + 1)) {
+    StopFinder<'P'> stops(text);
+    for (std::size_t at = stops.find(1); at < text.size(); at = stops.find(at + 1)) {
         if (text[at - 1] == '/' && text.substr(at, 4) == "Page") return findValue(text, "Type") == "/Page";
     }
     return false;

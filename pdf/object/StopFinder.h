@@ -1,0 +1,73 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace quillon::pdf {
+
+/// Finds the characters `stops` of a text one after the other. Looks at 64 bytes at a time and remembers what it saw in
+/// them, which is several times faster than looking at each byte.
+template <char... stops>
+class StopFinder {
+public:
+    explicit StopFinder(std::string_view text) noexcept : text_(text) {}
+
+    /// The first place from `at` on that has a stop; the size of the text if there is none. `at` never goes back.
+    [[nodiscard]] std::size_t find(std::size_t at) noexcept {
+        while (at < text_.size()) {
+            if (at >= end_) look(at);
+            const std::uint64_t left = seen_ >> (at - begin_);
+            if (left != 0) return at + static_cast<std::size_t>(std::countr_zero(left));
+            at = end_;
+        }
+        return text_.size();
+    }
+
+private:
+    static constexpr std::size_t blockBytes = 64;
+
+    void look(std::size_t at) noexcept {
+        begin_ = at;
+        end_ = at + blockBytes;
+        if (end_ <= text_.size()) {
+            seen_ = stopsIn(text_.data() + at);
+            return;
+        }
+        // No stop is the character with the code 0.
+        std::array<char, blockBytes> last{};
+        std::memcpy(last.data(), text_.data() + at, text_.size() - at);
+        seen_ = stopsIn(last.data());
+    }
+
+    /// A bit for each byte of the block, the lowest for the first.
+    static std::uint64_t stopsIn(const char* block) noexcept {
+        std::uint64_t seen = 0;
+#ifdef __SSE2__
+        constexpr std::size_t step = 16;
+        for (std::size_t i = 0; i < blockBytes; i += step) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + i));
+            __m128i equal = _mm_setzero_si128();
+            ((equal = _mm_or_si128(equal, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(stops)))), ...);
+            seen |= std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(equal))} << i;
+        }
+#else
+        for (std::size_t i = 0; i < blockBytes; ++i) seen |= std::uint64_t{((block[i] == stops) || ...)} << i;
+#endif
+        return seen;
+    }
+
+    std::string_view text_;
+    std::size_t begin_ = 0;  // of the block that was looked at
+    std::size_t end_ = 0;
+    std::uint64_t seen_ = 0;
+};
+
+}  // namespace quillon::pdf
