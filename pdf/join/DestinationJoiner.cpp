@@ -3,6 +3,7 @@
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
+#include "pdf/object/ReferenceRewriter.h"
 #include "pdf/object/ValueSkipper.h"
 
 namespace quillon::pdf {
@@ -25,31 +26,39 @@ void DestinationJoiner::begin(const SourceCopies& source) {
     tree_.clear();
     old_.clear();
     entries_.reserve(names.tree.size() + names.old.size());
-    tree_.reserve(names.tree.size());
-    add(names.tree, 0, false);
-    add(names.old, names.tree.size(), true);
+    add(names.tree, 0, tree_);
+    add(names.old, names.tree.size(), old_);
+    allStay_ = source.isWhole;
     if (!source.isWhole) return;
-    for (Name& name : entries_) keep(name);
+    for (std::size_t place = 0; place < entries_.size(); ++place) keep(place);
 }
 
 /// `index`: of the first of them in the survey.
-void DestinationJoiner::add(const NamedValues& names, std::size_t index, bool old) {
-    auto& known = old ? old_ : tree_;
+void DestinationJoiner::add(const NamedValues& names, std::size_t index, NameTable& known) {
+    known.reserve(names.size());
     for (const auto& [name, value] : names) {
-        if (known.add(name, static_cast<std::uint32_t>(entries_.size()))) {
-            entries_.push_back({&name, &value, index, {}, State::Waiting});
-        }
+        if (known.add(name).isNew) entries_.push_back({.value = &value, .place = index});
         ++index;
     }
 }
 
-void DestinationJoiner::keep(Name& name) {
-    name.joined = joined_.reserve(*name.name, source_->ordinal);
-    name.state = State::Kept;
+void DestinationJoiner::keep(std::size_t place) {
+    const std::string_view name = nameOf(place);
+    Name& entry = entries_[place];
+    entry.joined = joined_.reserve(name, source_->ordinal);
+    entry.state = State::Kept;
+    // A joined name has something behind it, if it is another.
+    entry.stays = joined_.nameAt(entry.joined).size() == name.size();
+    allStay_ = allStay_ && entry.stays;
+}
+
+std::string_view DestinationJoiner::nameOf(std::size_t place) const {
+    return place < tree_.size() ? tree_.at(static_cast<std::uint32_t>(place))
+                                : old_.at(static_cast<std::uint32_t>(place - tree_.size()));
 }
 
 bool DestinationJoiner::writeNames() {
-    if (source_->isWhole) source_->survey.readTexts(source_->reader());
+    if (source_->isWhole) source_->survey.readExplicit(source_->reader());
     bool any = false;
     for (Name& name : entries_) {
         if (name.state != State::Kept) continue;
@@ -75,9 +84,11 @@ void DestinationJoiner::release() {
 /// index.
 void DestinationJoiner::writeValue(const Name& name, std::string& out) {
     // Nearly all are small objects to which nothing else refers. Written in place they take half of the room.
-    const std::string_view text = source_->survey.explicitText(name.place);
-    if (!text.empty() && source_->reader().charge(text.size())) {
-        source_->copier.copyValue(text, nullptr, out);
+    const auto known = source_->survey.explicitDestination(name.place);
+    if (known && source_->reader().charge(known->behind.size())) {
+        out += '[';
+        writeReference(out, source_->copier.copyReference(known->page));
+        out += known->behind;
         return;
     }
     const Object* destination = name.value->reference() ? &valueOf(*name.value->reference()) : name.value;
@@ -94,25 +105,35 @@ bool DestinationJoiner::isLive(const Object& value) {
     return page != 0 && source_->copier.isTaken(page);
 }
 
+/// The place of what a link means by a name or by a text; nothing where it means nothing.
+std::optional<std::size_t> DestinationJoiner::placeOf(std::string_view name, bool isName) const {
+    const auto inTree = [&]() -> std::optional<std::size_t> { return tree_.find(name); };
+    const auto inOld = [&]() -> std::optional<std::size_t> {
+        const auto index = old_.find(name);
+        return index ? std::optional(tree_.size() + *index) : std::nullopt;
+    };
+    const auto place = isName ? inOld() : inTree();
+    if (place) return place;
+    return isName ? inTree() : inOld();
+}
+
 /// What takes the place of a name in a link of a page; nothing if it stays.
 std::optional<std::string> DestinationJoiner::renamed(std::string_view name, bool isName, const Overlay* overlay) {
-    auto place = (isName ? old_ : tree_).find(name);
-    if (!place) place = (isName ? tree_ : old_).find(name);
+    const auto place = placeOf(name, isName);
     if (!place) return "null";
     Name& entry = entries_[*place];
     if (overlay) return explicitly(entry, *overlay);
     if (entry.state == State::Waiting) {
         if (isLive(*entry.value)) {
-            keep(entry);
+            keep(*place);
         } else {
             entry.state = State::Dead;
         }
     }
     if (entry.state == State::Dead) return "null";
-    // A joined name has something behind it, if it is another.
-    if (!isName && entry.joined.size() == name.size()) return std::nullopt;
+    if (!isName && entry.stays) return std::nullopt;
     std::string text;
-    writeString(text, entry.joined);
+    writeString(text, joined_.nameAt(entry.joined));
     return text;
 }
 
@@ -144,10 +165,8 @@ bool DestinationJoiner::mayReplace(std::string_view destination) const {
     const auto text = plainString(destination);
     const auto place = text ? tree_.find(*text) : std::nullopt;
     if (!place) return true;
-    const Name& entry = entries_[*place];
-    // A joined name has something behind it, if it is another.
-    const bool isKept = entry.state == State::Kept || entry.state == State::Written;
-    return !isKept || entry.joined.size() != text->size();
+    if (allStay_) return false;
+    return !entries_[*place].stays;
 }
 
 std::optional<std::string> DestinationJoiner::replacement(std::string_view destination, const Overlay* overlay) {

@@ -46,15 +46,17 @@ public:
 private:
     enum class State : std::uint8_t { Waiting, Dead, Kept, Written };
     struct Name {
-        const std::string* name = nullptr;
         const Object* value = nullptr;
-        std::size_t place = 0;    // in the survey
-        std::string_view joined;  // if kept
+        std::size_t place = 0;        // in the survey
+        JoinedNames::Place joined{};  // if kept
+        bool stays = false;           // likewise, as it is
         State state = State::Waiting;
     };
-    void add(const NamedValues& names, std::size_t index, bool old);
-    void keep(Name& name);
+    void add(const NamedValues& names, std::size_t index, NameTable& known);
+    void keep(std::size_t place);
+    [[nodiscard]] std::string_view nameOf(std::size_t place) const;
     [[nodiscard]] bool isLive(const Object& value);
+    [[nodiscard]] std::optional<std::size_t> placeOf(std::string_view name, bool isName) const;
     [[nodiscard]] std::optional<std::string> renamed(std::string_view name, bool isName, const Overlay* overlay);
     [[nodiscard]] std::string pageReference(std::string_view index) const;
     [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
@@ -68,8 +70,9 @@ private:
     const SourceCopies* source_ = nullptr;
     std::optional<DestinationResolver> resolver_;
     std::vector<Name> entries_;
-    NameTable tree_;  // places in `entries_`
-    NameTable old_;
+    NameTable tree_;                                      // of the names in `entries_`, in their order
+    NameTable old_;                                       // of those behind
+    bool allStay_ = false;                                // those of the tree as they are
     std::string text_;                                    // kept for its room
     std::unordered_map<std::uint32_t, Object> indirect_;  // destinations by object number, see `valueOf`
 };

@@ -22,7 +22,6 @@ void FormJoiner::begin(const SourceCopies& source) {
     const Object form = reader_->resolve(source.catalog["AcroForm"]);
     if (!form.dictionary()) return;
     tree_ = std::move(source.survey.fields);
-    mayMissFields_ = tree_.mayMissFields();
     groups_.resize(source.pages.groups());
     findWidgets(source);
     for (std::uint32_t i = 0; source.isWhole && i < tree_.nodes().size(); ++i) {
@@ -38,11 +37,13 @@ void FormJoiner::begin(const SourceCopies& source) {
 
 /// Finds out which fields are seen on pages.
 void FormJoiner::findWidgets(const SourceCopies& source) {
-    FieldLists known;
-    std::set<std::pair<const Fields*, std::uint32_t>> kept;  // with the group
-    std::uint64_t visits = 0;                                // fields of copies that were not asked for
+    std::set<std::pair<const PageFields::Fields*, std::uint32_t>> kept;  // with the group
+    std::uint64_t visits = 0;                                            // fields of copies that were not asked for
+    const PageTree::Page* const first = source.document.pages().pages().data();
+    widgets_.resize(tree_.nodes().size());
     for (const PageCopies::Copy& copy : source.pages.all()) {
-        const auto fields = copy.page ? fieldsOn(source, *copy.page, known) : nullptr;
+        if (!copy.page) continue;
+        const auto fields = source.survey.pageFields.on(static_cast<std::size_t>(copy.page - first));
         if (!fields || !kept.emplace(fields.get(), copy.group).second) continue;
         if (!source.pages.isAsked(copy.group) && !reader_->mayVisit(visits += fields->size())) continue;
         for (const std::uint32_t field : *fields) {
@@ -50,33 +51,6 @@ void FormJoiner::findWidgets(const SourceCopies& source) {
             keep(field, copy.group);
         }
     }
-    widgets_.resize(tree_.nodes().size());
-}
-
-/// The fields that are annotations of a page; null when none are. A list of annotations that pages share is read once;
-/// `known` has the fields of lists and of pages.
-std::shared_ptr<const FormJoiner::Fields> FormJoiner::fieldsOn(const SourceCopies& source, const PageTree::Page& page,
-                                                               FieldLists& known) {
-    // A page may stand in its tree often.
-    if (const auto list = known.find(page.number); page.number != 0 && list != known.end()) return list->second;
-    const std::string text = source.document.pageText(page);
-    const Object value = Parser(findValue(text, "Annots")).parse();
-    const std::uint32_t listNumber = value.reference() ? value.reference()->number : 0;
-    if (const auto list = known.find(listNumber); listNumber != 0 && list != known.end()) return list->second;
-    Fields fields;
-    const Object annotations = reader_->resolve(value);
-    for (const Object& annotation : annotations.array() ? *annotations.array() : Array()) {
-        if (!annotation.reference()) continue;
-        if (mayMissFields_) tree_.adopt(*reader_, *annotation.reference());
-        const auto field = tree_.find(annotation.reference()->number);
-        if (field != FieldTree::none) fields.push_back(field);
-    }
-    widgets_.resize(tree_.nodes().size());
-    auto shared = fields.empty() ? nullptr : std::make_shared<const Fields>(std::move(fields));
-    for (const std::uint32_t number : {page.number, listNumber}) {
-        if (number != 0) known.emplace(number, shared);
-    }
-    return shared;
 }
 
 /// Keeps a field, and those above it.
@@ -108,7 +82,7 @@ void FormJoiner::takeNumbers(const SourceCopies& source) {
 
 /// Finds the buttons that are one field and of which the chosen one is not taken (ISO 32000-2, 12.7.5.2.4).
 void FormJoiner::clearButtons(Group& group) {
-    std::unordered_map<std::uint32_t, Fields> kids;  // of buttons
+    std::unordered_map<std::uint32_t, PageFields::Fields> kids;  // of buttons
     for (const auto& [field, number] : group.numbers) {
         const std::uint32_t parent = tree_.nodes()[field].parent;
         if (parent != FieldTree::none && tree_.nodes()[parent].type == FieldTree::Type::Button) {

@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,13 +50,8 @@ private:
         std::unordered_set<std::uint32_t> cleared;       // fields with no button chosen any more
         FieldRenames names;
     };
-    /// Indexes of fields.
-    using Fields = std::vector<std::uint32_t>;
-    using FieldLists = std::unordered_map<std::uint32_t, std::shared_ptr<const Fields>>;  // by object number
 
     void findWidgets(const SourceCopies& source);
-    [[nodiscard]] std::shared_ptr<const Fields> fieldsOn(const SourceCopies& source, const PageTree::Page& page,
-                                                         FieldLists& known);
     void keep(std::uint32_t field, std::uint32_t group);
     void takeNumbers(const SourceCopies& source);
     void clearButtons(Group& group);
@@ -88,7 +82,6 @@ private:
     const SourceCopies* source_ = nullptr;
     ObjectReader* reader_ = nullptr;
     FieldTree tree_;
-    bool mayMissFields_ = false;
     std::vector<bool> widgets_;  // fields that are annotations of pages
     std::vector<Group> groups_;
     StraySignatures signatures_;

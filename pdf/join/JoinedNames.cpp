@@ -84,32 +84,29 @@ void sortRuns(NamesAndTexts& values) {
 
 }  // namespace
 
-std::string_view JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
-    std::string& kept = names_.emplace_back(name);
-    if (used_.add(kept, 0)) return kept;
-    kept += "-" + std::to_string(ordinal);
-    if (used_.add(kept, 0)) return kept;
-    const std::string base = kept;
+JoinedNames::Place JoinedNames::reserve(std::string_view name, std::size_t ordinal) {
+    NameTable::Added added = used_.add(name, texts_);
+    if (added.isNew) return Place{added.index};
+    const std::string base = std::string(name) + '-' + std::to_string(ordinal);
+    added = used_.add(base, texts_);
+    if (added.isNew) return Place{added.index};
     std::size_t& last = last_.try_emplace(base, 1).first->second;
     do {
-        kept = base + '-' + std::to_string(++last);
-    } while (!used_.add(kept, 0));
-    return kept;
+        added = used_.add(base + '-' + std::to_string(++last), texts_);
+    } while (!added.isNew);
+    return Place{added.index};
 }
 
-void JoinedNames::set(std::string_view name, std::string_view value) {
-    values_.push_back({name, texts_.size(), value.size()});
-    texts_ += value;
+void JoinedNames::set(Place place, std::string_view value) {
+    values_.emplace_back(place, texts_.keep(value));
 }
 
-std::uint32_t JoinedNames::write(ObjectOutput& output) {
-    NamesAndTexts values;
-    values.reserve(values_.size());
-    for (const Value& value : values_) {
-        values.emplace_back(value.name, std::string_view(texts_).substr(value.begin, value.length));
-    }
-    sortRuns(values);
-    return writeTree(output, "Names", values);
+std::uint32_t JoinedNames::write(ObjectOutput& output) const {
+    NamesAndTexts named;
+    named.reserve(values_.size());
+    for (const auto& [place, value] : values_) named.emplace_back(nameAt(place), value);
+    sortRuns(named);
+    return writeTree(output, "Names", named);
 }
 
 std::uint32_t writeNumberTree(ObjectOutput& output, const std::vector<std::pair<std::int64_t, std::string>>& values) {

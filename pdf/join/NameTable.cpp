@@ -29,28 +29,36 @@ std::uint32_t NameTable::hashOf(std::string_view name) const {
 }
 
 std::size_t NameTable::slotOf(std::string_view name, std::uint32_t hash) const {
-    std::size_t at = hash & (slots_.size() - 1);
-    while (slots_[at].name.data() && (slots_[at].hash != hash || slots_[at].name != name)) {
-        at = (at + 1) & (slots_.size() - 1);
-    }
+    const std::size_t mask = slots_.size() - 1;
+    const auto holds = [&](const Slot& slot) { return slot.hash == hash && names_[slot.place - 1] == name; };
+    std::size_t at = hash & mask;
+    while (slots_[at].place != 0 && !holds(slots_[at])) at = (at + 1) & mask;
     return at;
 }
 
-bool NameTable::add(std::string_view name, std::uint32_t value) {
-    if (2 * (count_ + 1) > slots_.size()) grow(2 * (count_ + 1));
-    if (!name.data()) name = "";
+template <class Keep>
+NameTable::Added NameTable::addKept(std::string_view name, Keep keep) {
+    reserve(names_.size() + 1);
     const std::uint32_t hash = hashOf(name);
     Slot& slot = slots_[slotOf(name, hash)];
-    if (slot.name.data()) return false;
-    slot = {name, hash, value};
-    ++count_;
-    return true;
+    if (slot.place != 0) return {slot.place - 1, false};
+    names_.push_back(keep(name));
+    slot = {hash, static_cast<std::uint32_t>(names_.size())};
+    return {slot.place - 1, true};
+}
+
+NameTable::Added NameTable::add(std::string_view name) {
+    return addKept(name, [](std::string_view text) { return text; });
+}
+
+NameTable::Added NameTable::add(std::string_view name, TextArena& texts) {
+    return addKept(name, [&texts](std::string_view text) { return texts.keep(text); });
 }
 
 std::optional<std::uint32_t> NameTable::find(std::string_view name) const {
     if (slots_.empty()) return std::nullopt;
     const Slot& slot = slots_[slotOf(name, hashOf(name))];
-    return slot.name.data() ? std::optional(slot.value) : std::nullopt;
+    return slot.place != 0 ? std::optional(slot.place - 1) : std::nullopt;
 }
 
 void NameTable::reserve(std::size_t count) {
@@ -62,14 +70,19 @@ void NameTable::grow(std::size_t slots) {
     constexpr std::size_t least = 16;
     std::vector<Slot> old(std::bit_ceil(std::max(slots, least)));
     old.swap(slots_);
+    names_.reserve(slots_.size() / 2);
+    const std::size_t mask = slots_.size() - 1;
     for (const Slot& slot : old) {
-        if (slot.name.data()) slots_[slotOf(slot.name, slot.hash)] = slot;
+        if (slot.place == 0) continue;
+        std::size_t at = slot.hash & mask;
+        while (slots_[at].place != 0) at = (at + 1) & mask;
+        slots_[at] = slot;
     }
 }
 
 void NameTable::clear() {
     slots_ = {};
-    count_ = 0;
+    names_ = {};
 }
 
 }  // namespace quillon::pdf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pdf/join/TextArena.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -8,17 +10,25 @@
 
 namespace quillon::pdf {
 
-/// Finds names by the ten thousand: a hash table without an allocation for each. The names are not copied and must stay
-/// where they are.
+/// Numbers names by the ten thousand: a hash table without an allocation for each, small enough to stay near the
+/// processor. The names are not copied and must stay where they are.
 class NameTable {
 public:
     NameTable();
 
-    /// Enters `name` with a value. False, and nothing changes, when it is there already.
-    bool add(std::string_view name, std::uint32_t value);
-    /// The value of `name`; nothing when it is not there.
+    struct Added {
+        std::uint32_t index;
+        bool isNew;
+    };
+    /// The index of `name`: how many were there when it was added, now if it is new.
+    Added add(std::string_view name);
+    /// The same for a name that does not stay: if it is new, `texts` keeps it.
+    Added add(std::string_view name, TextArena& texts);
+    [[nodiscard]] std::string_view at(std::uint32_t index) const { return names_[index]; }
+    /// Nothing when it is not there.
     [[nodiscard]] std::optional<std::uint32_t> find(std::string_view name) const;
     [[nodiscard]] bool contains(std::string_view name) const { return find(name).has_value(); }
+    [[nodiscard]] std::size_t size() const noexcept { return names_.size(); }
 
     /// Makes room for `count` names at once.
     void reserve(std::size_t count);
@@ -26,19 +36,20 @@ public:
 
 private:
     struct Slot {
-        std::string_view name;  // without data: a free slot
         std::uint32_t hash = 0;
-        std::uint32_t value = 0;
+        std::uint32_t place = 0;  // index + 1; 0: a free slot
     };
 
     [[nodiscard]] std::uint32_t hashOf(std::string_view name) const;
     /// The slot of `name`, or the free one where it belongs. There must be a free one.
     [[nodiscard]] std::size_t slotOf(std::string_view name, std::uint32_t hash) const;
+    template <class Keep>
+    Added addKept(std::string_view name, Keep keep);
     void grow(std::size_t slots);
 
     std::uint64_t seed_;  // which no file can know, so that none can bring names that all meet in one place
     std::vector<Slot> slots_;
-    std::size_t count_ = 0;
+    std::vector<std::string_view> names_;
 };
 
 }  // namespace quillon::pdf

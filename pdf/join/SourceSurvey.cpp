@@ -16,36 +16,42 @@ SourceSurvey SourceSurvey::read(const SourcePlan& plan, SourceDocument& document
         ObjectReader& reader = document.reader();
         const Object catalog = reader.parse(*document.catalog());
         const Object form = catalog.dictionary() ? reader.resolve((*catalog.dictionary())["AcroForm"]) : Object();
-        if (form.dictionary()) survey.fields = FieldTree(reader, *form.dictionary());
+        if (form.dictionary()) {
+            survey.fields = FieldTree(reader, *form.dictionary());
+            survey.pageFields = PageFields(document, survey.fields, taken);
+        }
     }
     return survey;
 }
 
 /// In the order of the objects, since that is the order in which they stand in object streams.
-void SourceSurvey::readTexts(ObjectReader& reader) {
-    if (!spans_.empty() && wereRecovered_ == reader.table().recovered) return;
-    spans_.clear();
+void SourceSurvey::readExplicit(ObjectReader& reader) {
+    if (!explicit_.empty() && wereRecovered_ == reader.table().recovered) return;
+    explicit_.clear();
     texts_.clear();
     std::vector<std::pair<Reference, std::size_t>> order;
     for (const auto* names : {&destinations.tree, &destinations.old}) {
         for (const auto& [name, value] : *names) {
-            if (value.reference()) order.emplace_back(*value.reference(), spans_.size());
-            spans_.emplace_back();
+            if (value.reference()) order.emplace_back(*value.reference(), explicit_.size());
+            explicit_.emplace_back();
         }
     }
     std::ranges::sort(order);
     for (const auto& [reference, index] : order) {
         const auto object = reader.find(reference);
-        const std::string_view text = object ? explicitDestination(object->text()) : std::string_view();
-        spans_[index] = {texts_.size(), text.size()};
-        texts_ += text;
+        const auto found = object ? pdf::explicitDestination(object->text()) : std::nullopt;
+        if (!found || texts_.size() > UINT32_MAX) continue;
+        explicit_[index] = {found->page, static_cast<std::uint32_t>(texts_.size()),
+                            static_cast<std::uint32_t>(found->behind.size())};
+        texts_ += found->behind;
     }
     wereRecovered_ = reader.table().recovered;
 }
 
-std::string_view SourceSurvey::explicitText(std::size_t index) const {
-    if (index >= spans_.size()) return {};
-    return std::string_view(texts_).substr(spans_[index].begin, spans_[index].length);
+std::optional<ExplicitDestination> SourceSurvey::explicitDestination(std::size_t index) const {
+    if (index >= explicit_.size() || explicit_[index].page.number == 0) return std::nullopt;
+    const Explicit& found = explicit_[index];
+    return ExplicitDestination{found.page, std::string_view(texts_).substr(found.begin, found.length)};
 }
 
 }  // namespace quillon::pdf

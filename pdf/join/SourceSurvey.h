@@ -1,10 +1,13 @@
 #pragma once
 
 #include "pdf/join/FieldTree.h"
+#include "pdf/join/PageFields.h"
 #include "pdf/read/DestinationResolver.h"
 #include "pdf/write/SourcePlan.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +19,7 @@ struct SourceSurvey {
     bool isWhole = false;           ///< every page of the source is taken
     DestinationNames destinations;  ///< only if they are asked for
     FieldTree fields;               ///< of the form, likewise
+    PageFields pageFields;          ///< likewise, of the pages that are taken
 
     /// What is asked for of a source.
     struct Wishes {
@@ -25,20 +29,21 @@ struct SourceSurvey {
     /// Reads a document, which must not be locked.
     [[nodiscard]] static SourceSurvey read(const SourcePlan& plan, SourceDocument& document, Wishes wishes);
 
-    /// Reads what `explicitText` gives, unless that was done before and the file has not been scanned since.
-    void readTexts(ObjectReader& reader);
+    /// Reads what `explicitDestination` gives, unless that was done before and the file has not been scanned since.
+    void readExplicit(ObjectReader& reader);
     /// The value of the destination at `index` of `destinations.tree`, or behind those of `destinations.old`, if it is
-    /// a short array of the source that names its page; otherwise empty, as before `readTexts`.
-    [[nodiscard]] std::string_view explicitText(std::size_t index) const;
+    /// a short array that names its page by a reference of the source; nothing of any other, and before `readExplicit`.
+    [[nodiscard]] std::optional<ExplicitDestination> explicitDestination(std::size_t index) const;
 
 private:
-    struct Span {
-        std::size_t begin = 0;
-        std::size_t length = 0;
+    struct Explicit {
+        Reference page;  // of number 0: nothing
+        std::uint32_t begin = 0;
+        std::uint32_t length = 0;
     };
 
-    std::string texts_;
-    std::vector<Span> spans_;  // of the texts
+    std::string texts_;  // of what follows the pages
+    std::vector<Explicit> explicit_;
     bool wereRecovered_ = false;
 };
 

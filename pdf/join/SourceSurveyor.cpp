@@ -18,10 +18,9 @@ SourceSurveyor::~SourceSurveyor() {
 
 SourceSurvey SourceSurveyor::take(std::size_t index) {
     if (index == 0) {
-        holds_.use(sources_[0].source());
-        SourceSurvey first = read(0).survey;
+        firstHold_.use(sources_[0].source());
         if (sources_.size() > 1) thread_ = std::thread([this] { run(); });
-        return first;
+        return read(0).survey;
     }
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !ready_.empty(); });
@@ -46,7 +45,7 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index) {
     if (isFirst) reader.setPrefetcher(&prefetcher_);
     SourceSurvey survey = SourceSurvey::read(plan, *access.document(), wishes_(index));
     // Of a source that is not whole only the names are kept that links use.
-    if (!isFirst && survey.isWhole) survey.readTexts(reader);
+    if (!isFirst && survey.isWhole) survey.readExplicit(reader);
     if (!isFirst && survey.isWhole) reader.loadObjectStreams();
     if (!isFirst) announce();
     return {std::move(survey), reader.textInMemory()};

@@ -48,7 +48,8 @@ private:
     const SourcePlans& sources_;
     ObjectStreamPrefetcher& prefetcher_;
     const WishesFor wishes_;
-    SourceHolds holds_;  // the thread's, once that has begun
+    SourceHolds firstHold_;
+    SourceHolds holds_;  // the thread's
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<Ready> ready_;  // guarded, as the rest

@@ -229,7 +229,7 @@ void StructureJoiner::keep(const SourceCopies& source, const Object& element, Gr
         group.elements.push_back({*next.reference(), top, 0, false});
         const Object id = reader.resolve((*resolved.dictionary())["ID"]);
         if (id.string() && !group.ids.contains(*id.string())) {
-            group.ids[*id.string()] = ids_.reserve(*id.string(), source.ordinal);
+            group.ids.emplace(*id.string(), ids_.reserve(*id.string(), source.ordinal));
         }
         below = place;
         next = Object((*resolved.dictionary())["P"]);
@@ -309,9 +309,10 @@ void StructureJoiner::writeElement(const SourceCopies& source, const Element& el
             written = parents(source, value, group);
         } else if (key == "ID") {
             const Object id = source.reader().resolve(value);
-            if (!id.string()) continue;
-            writeString(written, own.ids[*id.string()]);
-            ids_.set(own.ids[*id.string()], referenceTo(element.number));
+            const auto reserved = id.string() ? own.ids.find(*id.string()) : own.ids.end();
+            if (reserved == own.ids.end()) continue;
+            writeString(written, ids_.nameAt(reserved->second));
+            ids_.set(reserved->second, referenceTo(element.number));
         } else {
             written = source.copied(value, overlay);
         }
@@ -400,7 +401,7 @@ Object StructureJoiner::withIds(const SourceCopies& source, const Object& value,
         Array renamed;
         for (const Object& header : *headers.array()) {
             const auto id = header.string() ? group.ids.find(*header.string()) : group.ids.end();
-            renamed.push_back(id == group.ids.end() ? header : Object(id->second));
+            renamed.push_back(id == group.ids.end() ? header : Object(std::string(ids_.nameAt(id->second))));
         }
         result.append(key, Object(std::move(renamed)));
         any = true;

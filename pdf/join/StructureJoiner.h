@@ -52,7 +52,7 @@ private:
         std::vector<std::pair<std::int64_t, std::int64_t>> order;
         std::vector<Element> elements;
         std::unordered_map<std::uint32_t, std::uint32_t> places;  // by object number
-        std::unordered_map<std::string, std::string> ids;
+        std::unordered_map<std::string, JoinedNames::Place> ids;
     };
 
     [[nodiscard]] Object edited(const Object& object, std::uint32_t group, bool dropsElements, bool& changed);

@@ -1,6 +1,7 @@
 #include "pdf/read/DestinationResolver.h"
 
-#include "pdf/object/LinkFinder.h"
+#include "pdf/object/Characters.h"
+#include "pdf/object/Lexer.h"
 #include "pdf/object/ValueSkipper.h"
 
 #include <algorithm>
@@ -42,6 +43,29 @@ Destination describe(ObjectReader& reader, const Array& array) {
     return destination;
 }
 
+/// Whether there is nothing but names, numbers and the bracket at the end.
+bool isPlain(std::string_view elements) {
+    for (std::size_t i = 0; i + 1 < elements.size(); ++i) {
+        const char c = elements[i];
+        if (!isRegular(c) && !isWhiteSpace(c) && c != '/') return false;
+        if (c == 'R' && i > 0 && isWhiteSpace(elements[i - 1]) && !isRegular(elements[i + 1])) return false;
+    }
+    return true;
+}
+
+/// `array`: up to its first closing bracket.
+std::optional<ExplicitDestination> parseExplicit(std::string_view array) {
+    std::size_t at = skipBlank(array, 1);
+    const auto number = readUnsigned(array, at);
+    at = skipBlank(array, at);
+    const auto generation = readUnsigned(array, at);
+    at = skipBlank(array, at);
+    if (!number || !generation || *number > UINT32_MAX || *generation > UINT32_MAX) return std::nullopt;
+    if (array[at] != 'R' || isRegular(array[at + 1]) || !isPlain(array.substr(at + 1))) return std::nullopt;
+    return ExplicitDestination{{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)},
+                               array.substr(at + 1)};
+}
+
 }  // namespace
 
 DestinationNames readDestinationNames(SourceDocument& document) {
@@ -57,21 +81,22 @@ DestinationNames readDestinationNames(SourceDocument& document) {
     return names;
 }
 
-std::string_view explicitDestination(std::string_view object) {
+std::optional<ExplicitDestination> explicitDestination(std::string_view object) {
     constexpr std::size_t longest = 128;
     std::size_t at = skipBlank(object, 0);
     const bool isDictionary = object.substr(std::min(at, object.size()), 2) == "<<";
     if (isDictionary) {
         at = skipBlank(object, at + 2);
-        if (object.substr(std::min(at, object.size()), 2) != "/D") return {};
+        if (object.substr(std::min(at, object.size()), 2) != "/D") return std::nullopt;
         at = skipBlank(object, at + 2);
     }
-    if (at >= object.size() || object[at] != '[') return {};
+    if (at >= object.size() || object[at] != '[') return std::nullopt;
     const std::string_view array = object.substr(at, longest);
-    const std::size_t end = skipValue(array, 0).value_or(0);
-    if (end == 0 || !namesPage(array)) return {};
-    const std::string_view behind = object.substr(std::min(skipBlank(object, at + end), object.size()));
-    return isDictionary && !behind.starts_with(">>") ? std::string_view() : array.substr(0, end);
+    const std::size_t end = array.find(']');
+    if (end == std::string_view::npos) return std::nullopt;
+    const std::string_view rest = object.substr(std::min(skipBlank(object, at + end + 1), object.size()));
+    if (isDictionary && !rest.starts_with(">>")) return std::nullopt;
+    return parseExplicit(array.substr(0, end + 1));
 }
 
 void DestinationResolver::readNames() {

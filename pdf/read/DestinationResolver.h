@@ -50,8 +50,12 @@ struct DestinationNames {
 };
 [[nodiscard]] DestinationNames readDestinationNames(SourceDocument& document);
 
-/// Of the text of a destination's object, the array, if it is short and names its page by a reference, and if the
-/// object says nothing else. Otherwise empty.
-[[nodiscard]] std::string_view explicitDestination(std::string_view object);
+/// A destination that names its page by a reference, as nearly all do.
+struct ExplicitDestination {
+    Reference page;
+    std::string_view behind;  ///< what follows the reference in the array, with its bracket; no other reference
+};
+/// That of the text of a destination's object, if it is short and the object says nothing else.
+[[nodiscard]] std::optional<ExplicitDestination> explicitDestination(std::string_view object);
 
 }  // namespace quillon::pdf

@@ -50,11 +50,53 @@ TEST_F(Surveying, FindsWhatIsAskedForInTheOrderOfTheSources) {
 
 TEST_F(Surveying, ReadsTheShortDestinationsThatNameAPage) {
     auto surveys = survey(planOf({named("a"), named("b")}));
-    EXPECT_EQ(surveys[0].explicitText(0), "") << "the first source is read when its turn comes";
+    EXPECT_FALSE(surveys[0].explicitDestination(0)) << "the first source is read when its turn comes";
     const SourceSurvey& second = surveys[1];
-    EXPECT_EQ(second.explicitText(0), "[10 0 R/Fit]");
-    EXPECT_EQ(second.explicitText(1), "[ 12 0 R /FitH 5 ]");
-    for (const std::size_t other : {2U, 3U, 4U, 5U}) EXPECT_EQ(second.explicitText(other), "") << other;
+    ASSERT_TRUE(second.explicitDestination(0));
+    EXPECT_EQ(second.explicitDestination(0)->page, (Reference{10, 0}));
+    EXPECT_EQ(second.explicitDestination(0)->behind, "/Fit]");
+    ASSERT_TRUE(second.explicitDestination(1));
+    EXPECT_EQ(second.explicitDestination(1)->page, (Reference{12, 0}));
+    EXPECT_EQ(second.explicitDestination(1)->behind, " /FitH 5 ]");
+    for (const std::size_t other : {2U, 3U, 4U, 5U}) EXPECT_FALSE(second.explicitDestination(other)) << other;
+}
+
+TEST(ExplicitDestinations, AreThoseThatNameAPageAndNothingElse) {
+    for (const char* text : {"[3 1 R/XYZ 0 10.5 null]", " [ 3 1 R/Fit ] ", "<</D[3 1 R/FitR 1 2 3 4]>>"}) {
+        const auto found = explicitDestination(text);
+        ASSERT_TRUE(found) << text;
+        EXPECT_EQ(found->page, (Reference{3, 1}));
+        EXPECT_TRUE(found->behind.ends_with(']'));
+    }
+    EXPECT_EQ(explicitDestination("[3 0 R]")->behind, "]");
+    const std::string tooLong = "[3 0 R/XYZ " + std::string(200, '1') + "]";
+    for (const std::string& text :
+         {std::string(), std::string("["), std::string("[]"), std::string("[3]"), std::string("[3 0]"),
+          std::string("[3 0 R"), std::string("[3 0 Rx/Fit]"), std::string("[3 0 R/XYZ 4 0 R 5]"),
+          std::string("[3 0 R(text)]"), std::string("[3 0 R[1]]"), std::string("[3 0 R % comment\n]"),
+          std::string("[99999999999 0 R/Fit]"), std::string("(name)"), std::string("3 0 R"),
+          std::string("<</S/GoTo/D[3 0 R/Fit]>>"), std::string("<</D[3 0 R/Fit]/SD[4 0 R]>>"), tooLong}) {
+        EXPECT_FALSE(explicitDestination(text)) << text;
+    }
+}
+
+TEST_F(Surveying, FindsTheFieldsOfEachPage) {
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R/AcroForm<</Fields[9 0 R 8 0 R]>>>>");
+    pdf.object(2, "<</Type/Pages/Count 4/Kids[10 0 R 12 0 R 14 0 R 16 0 R]>>");
+    pdf.object(8, "<</FT/Tx/T(b)/Subtype/Widget>>").object(9, "<</FT/Tx/T(a)/Subtype/Widget>>");
+    pdf.object(7, "[9 0 R 6 0 R]").object(6, "<</Subtype/Link>>");
+    pdf.page(10, "A", "/Parent 2 0 R/MediaBox[0 0 9 9]/Annots 7 0 R").page(12, "B", "/Parent 2 0 R/Annots 7 0 R");
+    pdf.page(14, "C", "/Parent 2 0 R/Annots[6 0 R]").page(16, "D", "/Parent 2 0 R/Annots[8 0 R]");
+    const auto surveys = survey(planOf({open(pdf.table().bytes(), "form")}));
+    const PageFields& fields = surveys[0].pageFields;
+    ASSERT_TRUE(fields.on(0));
+    EXPECT_EQ(*fields.on(0), PageFields::Fields{surveys[0].fields.find(9)});
+    EXPECT_EQ(fields.on(1), fields.on(0)) << "the pages share their list";
+    EXPECT_FALSE(fields.on(2));
+    ASSERT_TRUE(fields.on(3));
+    EXPECT_EQ(*fields.on(3), PageFields::Fields{surveys[0].fields.find(8)});
+    EXPECT_FALSE(fields.on(4));
 }
 
 TEST_F(Surveying, ASourceOfWhichPagesAreLeftOutIsNotWhole) {
@@ -64,7 +106,7 @@ TEST_F(Surveying, ASourceOfWhichPagesAreLeftOutIsNotWhole) {
     const auto surveys = survey(plan);
     EXPECT_TRUE(surveys[0].isWhole);
     EXPECT_FALSE(surveys[1].isWhole);
-    EXPECT_EQ(surveys[1].explicitText(0), "");
+    EXPECT_FALSE(surveys[1].explicitDestination(0));
 }
 
 TEST_F(Surveying, ASourceThatHasGoneGivesNothing) {
