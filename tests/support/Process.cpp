@@ -16,23 +16,45 @@ constexpr int threw = 99;
 
 }  // namespace
 
-int inChildProcess(const std::function<int()>& work) {
-    const pid_t child = ::fork();
-    if (child < 0) throw std::runtime_error("no process can be made");
-    if (child == 0) {
-        int code = threw;
-        try {
-            code = work();
-        } catch (const std::exception&) {
-            code = threw;
-        }
-        // The test program's own clean-up is not this process's business.
-        ::_exit(code);
+ChildProcess::ChildProcess(const std::function<int()>& work) : process_(::fork()) {
+    if (process_ < 0) throw std::runtime_error("no process can be made");
+    if (process_ != 0) return;
+    int code = threw;
+    try {
+        code = work();
+    } catch (const std::exception&) {
+        code = threw;
     }
+    // The test program's own clean-up is not this process's business.
+    ::_exit(code);
+}
+
+ChildProcess::~ChildProcess() {
+    static_cast<void>(exitCode());
+}
+
+bool ChildProcess::isRunning() {
+    return !look(WNOHANG);
+}
+
+int ChildProcess::exitCode() {
+    while (!look(0)) {
+    }
+    return *code_;
+}
+
+/// Whether it has ended.
+bool ChildProcess::look(int options) {
+    if (code_) return true;
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
+    const pid_t ended = ::waitpid(process_, &status, options);
+    if (ended == 0 || (ended < 0 && errno == EINTR)) return false;
+    code_ = ended < 0 ? threw : WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
+    return true;
+}
+
+int inChildProcess(const std::function<int()>& work) {
+    return ChildProcess(work).exitCode();
 }
 
 int asPlainUser(const std::function<int()>& work) {

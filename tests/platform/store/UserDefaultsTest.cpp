@@ -8,11 +8,9 @@
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <csignal>
 #include <string>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace quillon;
@@ -235,7 +233,7 @@ TEST_F(Defaults, AFolderInThePlaceOfTheFileIsLeftAlone) {
 TEST_F(Defaults, TwoProgramsWritingAtOnceNeverLeaveHalfAFile) {
     static_cast<void>(UserDefaults(path_));
     const auto writer = [this](const char* name, QChar letter) {
-        return test::inChildProcess([this, name, letter] {
+        return [this, name, letter] {
             for (int round = 1; round <= 25; ++round) {
                 UserDefaults defaults(path_);
                 defaults.setString(QStringLiteral("TEXT"), QString(20'000, letter));
@@ -243,25 +241,18 @@ TEST_F(Defaults, TwoProgramsWritingAtOnceNeverLeaveHalfAFile) {
                 if (!defaults.synchronize()) return 1;
             }
             return 0;
-        });
+        };
     };
-    std::atomic<int> running = 2;
-    std::atomic<int> failures = 0;
-    const auto run = [&](const char* name, QChar letter) {
-        if (writer(name, letter) != 0) ++failures;
-        --running;
-    };
-    std::thread one(run, "ONE", u'1');
-    std::thread two(run, "TWO", u'2');
+    test::ChildProcess one(writer("ONE", u'1'));
+    test::ChildProcess two(writer("TWO", u'2'));
     int halves = 0;
     do {
         const QByteArray text = bytes();
         if (text.contains("TEXT=") && text.count('1') < 20'000 && text.count('2') < 20'000) ++halves;
         if (!text.isEmpty() && !text.endsWith('\n')) ++halves;
-    } while (running > 0);
-    one.join();
-    two.join();
-    EXPECT_EQ(failures, 0);
+    } while (one.isRunning() || two.isRunning());
+    EXPECT_EQ(one.exitCode(), 0);
+    EXPECT_EQ(two.exitCode(), 0);
     EXPECT_EQ(halves, 0);
     const UserDefaults defaults(path_);
     EXPECT_EQ(defaults.integerForKey(QStringLiteral("ONE")), 25);
