@@ -82,16 +82,18 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
 }
 
 std::string predictUp(std::string_view data, std::size_t rowBytes) {
-    std::string out;
-    out.reserve(data.size() + data.size() / rowBytes + 1);
+    std::string out(data.size() + (data.size() + rowBytes - 1) / rowBytes, '\0');
+    char* to = out.data();
     for (std::size_t at = 0; at < data.size(); at += rowBytes) {
-        const std::string_view row = data.substr(at, rowBytes);
-        out += '\2';
-        out += row;
-        if (at == 0) continue;
-        char* const predicted = out.data() + out.size() - row.size();
-        const char* const above = data.data() + at - rowBytes;
-        for (std::size_t i = 0; i < row.size(); ++i) predicted[i] = static_cast<char>(predicted[i] - above[i]);
+        const char* const row = data.data() + at;
+        const std::size_t length = std::min(rowBytes, data.size() - at);
+        *to++ = 2;
+        if (at == 0) {
+            std::copy_n(row, length, to);
+        } else {
+            for (std::size_t i = 0; i < length; ++i) to[i] = static_cast<char>(row[i] - (row - rowBytes)[i]);
+        }
+        to += length;
     }
     return out;
 }

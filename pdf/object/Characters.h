@@ -32,29 +32,6 @@ inline constexpr auto characterClasses = [] {
     return c >= '0' && c <= '9';
 }
 
-/// Characters that a search stops at, by their codes.
-using CharacterSet = std::array<bool, 256>;
-
-[[nodiscard]] constexpr CharacterSet characterSet(std::string_view characters) {
-    CharacterSet set{};
-    for (const char c : characters) set[static_cast<unsigned char>(c)] = true;
-    return set;
-}
-
-/// The first place from `at` on that has a character of `stops`; at least the size of the text if there is none.
-[[nodiscard]] inline std::size_t findAny(std::string_view text, std::size_t at, const CharacterSet& stops) noexcept {
-    const auto isStop = [&](std::size_t place) { return stops[static_cast<unsigned char>(text[place])]; };
-    // Most bytes of most files pass here.
-    for (; at + 4 <= text.size(); at += 4) {
-        if (isStop(at)) return at;
-        if (isStop(at + 1)) return at + 1;
-        if (isStop(at + 2)) return at + 2;
-        if (isStop(at + 3)) return at + 3;
-    }
-    while (at < text.size() && !isStop(at)) ++at;
-    return at;
-}
-
 /// The value of a hexadecimal digit, -1 for any other character.
 [[nodiscard]] constexpr int hexDigit(char c) noexcept {
     if (isDigit(c)) return c - '0';

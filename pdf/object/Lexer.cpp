@@ -1,6 +1,7 @@
 #include "pdf/object/Lexer.h"
 
 #include "pdf/object/Characters.h"
+#include "pdf/object/StopFinder.h"
 
 #include <algorithm>
 #include <charconv>
@@ -187,7 +188,7 @@ void Lexer::readRegular(Token& token) {
 std::optional<std::string_view> plainString(std::string_view value) noexcept {
     if (value.size() < 2 || value.front() != '(') return std::nullopt;
     const std::string_view text = value.substr(1, value.size() - 2);
-    const bool isPlain = std::ranges::none_of(text, [](char c) { return c == '\\' || c == '(' || c == '\r'; });
+    const bool isPlain = StopFinder<'\\', '(', '\r'>(text).find(0) == text.size();
     return isPlain ? std::optional(text) : std::nullopt;
 }
 

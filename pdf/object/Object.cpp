@@ -1,6 +1,7 @@
 #include "pdf/object/Object.h"
 
 #include "pdf/object/Characters.h"
+#include "pdf/object/StopFinder.h"
 
 #include <algorithm>
 #include <array>
@@ -112,7 +113,7 @@ void writeName(std::string& out, std::string_view name) {
 }
 
 void writeString(std::string& out, std::string_view text) {
-    static constexpr CharacterSet escaped = characterSet("()\\\r");
+    StopFinder<'(', ')', '\\', '\r'> escaped(text);
     const auto printable = [](char c) { return c >= ' ' && c <= '~'; };
     const auto unprintable = text.size() - static_cast<std::size_t>(std::ranges::count_if(text, printable));
     if (unprintable * 4 > text.size()) {
@@ -123,7 +124,7 @@ void writeString(std::string& out, std::string_view text) {
     }
     out += '(';
     for (std::size_t at = 0; at < text.size();) {
-        const std::size_t stop = std::min(findAny(text, at, escaped), text.size());
+        const std::size_t stop = escaped.find(at);
         out.append(text, at, stop - at);
         if (stop < text.size()) {
             out += '\\';

@@ -106,4 +106,18 @@ void Parser::skipNested() {
     }
 }
 
+std::optional<Reference> plainReference(std::string_view value) noexcept {
+    std::size_t at = 0;
+    const auto number = readUnsigned(value, at);
+    const std::size_t afterNumber = at;
+    skipWhiteSpace(value, at);
+    if (at == afterNumber) return std::nullopt;
+    const auto generation = readUnsigned(value, at);
+    const std::size_t afterGeneration = at;
+    skipWhiteSpace(value, at);
+    if (at == afterGeneration || value.substr(at) != "R") return std::nullopt;
+    if (!number || !generation || *number > UINT32_MAX || *generation > UINT32_MAX) return std::nullopt;
+    return Reference{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)};
+}
+
 }  // namespace quillon::pdf

@@ -36,4 +36,8 @@ private:
     bool clean_ = true;
 };
 
+/// The reference that `value`, all of it, is if it is written as usual; nothing for any other value. Quicker than to
+/// parse it.
+[[nodiscard]] std::optional<Reference> plainReference(std::string_view value) noexcept;
+
 }  // namespace quillon::pdf

@@ -14,6 +14,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,10 +33,11 @@ inline void writeReference(std::string& out, std::uint32_t number) {
         out += "null";
         return;
     }
-    std::array<char, 10> digits;
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    out.append(digits.data(), result.ptr);
-    out += " 0 R";
+    constexpr std::string_view generation = " 0 R";
+    std::array<char, 10 + generation.size()> text;
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    std::memcpy(end, generation.data(), generation.size());
+    out.append(text.data(), static_cast<std::size_t>(end - text.data()) + generation.size());
 }
 
 /// A mapper that says where links lead, too. Whether it does at all is asked each time, by `editsLinks`.
@@ -256,6 +258,10 @@ std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view te
     const auto end = skipValue(text, position);
     if (!end) return std::nullopt;
     const std::string_view whole = text.substr(position, *end - position);
+    if (const auto target = plainReference(whole)) {
+        writeReference(out, mapper_(*target));
+        return end;
+    }
     const Object object = Parser(whole).parse();
     if (const Reference* target = object.reference()) {
         writeReference(out, mapper_(*target));

@@ -35,16 +35,18 @@ private:
     static constexpr std::size_t blockBytes = 64;
 
     void look(std::size_t at) noexcept {
-        begin_ = at;
-        end_ = at + blockBytes;
-        if (end_ <= text_.size()) {
-            seen_ = stopsIn(text_.data() + at);
+        // The last block of a text is the one that ends with it.
+        const bool reaches = at + blockBytes > text_.size();
+        begin_ = !reaches ? at : text_.size() > blockBytes ? text_.size() - blockBytes : 0;
+        end_ = begin_ + blockBytes;
+        if (text_.size() >= blockBytes) {
+            seen_ = stopsIn(text_.data() + begin_);
             return;
         }
         // No stop is the character with the code 0.
-        std::array<char, blockBytes> last{};
-        std::memcpy(last.data(), text_.data() + at, text_.size() - at);
-        seen_ = stopsIn(last.data());
+        std::array<char, blockBytes> all{};
+        std::memcpy(all.data(), text_.data(), text_.size());
+        seen_ = stopsIn(all.data());
     }
 
     /// A bit for each byte of the block, the lowest for the first.

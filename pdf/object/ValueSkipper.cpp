@@ -8,7 +8,7 @@ namespace quillon::pdf {
 
 namespace {
 
-constexpr CharacterSet stringStops = characterSet("\\()");
+using StringStops = StopFinder<'\\', '(', ')'>;
 
 std::size_t skipRegular(std::string_view text, std::size_t position) noexcept {
     while (position < text.size() && isRegular(text[position])) ++position;
@@ -85,8 +85,8 @@ std::size_t detail::skipComments(std::string_view text, std::size_t position) no
 
 std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t position) noexcept {
     std::size_t depth = 0;
-    for (std::size_t at = findAny(text, position, stringStops); at < text.size();
-         at = findAny(text, at + 1, stringStops)) {
+    StringStops stops(text);
+    for (std::size_t at = stops.find(position); at < text.size(); at = stops.find(at + 1)) {
         const char c = text[at];
         if (c == '\\') {
             ++at;

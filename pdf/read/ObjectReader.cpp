@@ -69,6 +69,7 @@ bool ObjectReader::exists(Reference reference) const {
 
 bool ObjectReader::isNull(std::string_view valueText) {
     if (valueText.starts_with('[') || valueText.starts_with('/')) return false;
+    if (const auto reference = plainReference(valueText)) return !exists(*reference);
     const Object value = Parser(valueText).parse();
     return value.reference() ? !exists(*value.reference()) : value.isNull();
 }
@@ -255,7 +256,11 @@ void ObjectReader::makeRoom(std::size_t bytes) {
 
 StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data) {
     const std::uint64_t size = file_.file().size();
-    const auto stated = resolve(length).integer();
+    // Nearly always a number that stands there.
+    std::size_t digits = 0;
+    const auto direct = readUnsigned(length, digits);
+    const bool isDirect = direct && digits == length.size() && *direct <= INT64_MAX;
+    const auto stated = isDirect ? static_cast<std::int64_t>(*direct) : resolve(length).integer();
     if (stated && *stated >= 0 && static_cast<std::uint64_t>(*stated) <= size - std::min(data, size)) {
         const auto bytes = static_cast<std::uint64_t>(*stated);
         if (endsStreamAt(file_, data + bytes)) return {data, bytes};

@@ -55,7 +55,7 @@ std::uint32_t ObjectOutput::reserve() {
 }
 
 void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
-    packed_.push_back({number, begin - indexRoom});
+    packed_.push_back({number, static_cast<std::uint32_t>(begin - indexRoom)});
     body_ += '\n';
     if (packed_.size() == bodyObjects || body_.size() >= bodyBytes) flushBody();
 }
@@ -65,7 +65,7 @@ void ObjectOutput::flushBody() {
     const std::uint32_t stream = reserve();
     char* index = body_.data();
     for (std::size_t i = 0; i < packed_.size(); ++i) {
-        for (const auto value : {std::size_t{packed_[i].number}, packed_[i].offset}) {
+        for (const std::uint32_t value : {packed_[i].number, packed_[i].offset}) {
             index = std::to_chars(index, body_.data() + indexRoom, value).ptr + 1;  // a blank is there already
         }
         places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;

@@ -57,7 +57,7 @@ public:
 private:
     struct Packed {
         std::uint32_t number;
-        std::size_t offset;
+        std::uint32_t offset;  // an object is shorter than 4 GiB
     };
 
     /// The number that reserve() gives next.

@@ -64,20 +64,21 @@ std::uint32_t SourceCopier::discover(Reference reference) {
     const CrossReferenceEntry entry = table.entries.get(reference.number);
     using enum CrossReferenceEntry::Kind;
     if (!reader_.exists(reference)) return 0;
-    std::uint32_t length = 0;
+    Pending pending{.reference = reference};
     if (entry.kind == InFile) {
-        if (const auto stream = copyStreamNow(reference, length)) return *stream;
+        if (const auto stream = copyStreamNow(reference, pending)) return *stream;
+        pending.maybeStream = openStreams_.size() == deepestStream;
     }
-    const std::uint32_t number = output_.reserve();
-    numbers_.at(reference.number) = number;
-    const bool maybeStream = entry.kind == InFile && openStreams_.size() == deepestStream;
-    pending_.push_back({reference, number, length, maybeStream, table.recovered});
-    return number;
+    pending.number = output_.reserve();
+    pending.wasRecovered = table.recovered;
+    numbers_.at(reference.number) = pending.number;
+    pending_.push_back(pending);
+    return pending.number;
 }
 
-/// Copies the object if it is a stream. Nothing for any other object, whose `length` is found by the way, and for a
+/// Copies the object if it is a stream. Nothing for any other object, which `pending` tells more of then, and for a
 /// stream too deep inside others.
-std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference, std::uint32_t& length) {
+std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference, Pending& pending) {
     for (auto& [open, number] : openStreams_) {
         if (open != reference.number) continue;
         if (number == 0) number = output_.reserve();
@@ -86,8 +87,13 @@ std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference, st
     const auto object = reader_.findWhole(reference);
     if (!object) return 0;
     if (!object->streamData()) {
-        length = static_cast<std::uint32_t>(object->valueEnd);
-        if (!isPageObject(object->value())) return std::nullopt;
+        const std::string_view value = object->value();
+        if (!isPageObject(value)) {
+            if (object->valueEnd == 0 || texts_.size() + value.size() > mostKept) return std::nullopt;
+            pending.text = static_cast<std::uint32_t>(texts_.size());
+            texts_ += value;
+            return std::nullopt;
+        }
         numbers_.at(reference.number) = null;
         return 0;
     }
@@ -187,6 +193,15 @@ void SourceCopier::drain() {
 }
 
 void SourceCopier::copyObject(const Pending& pending) {
+    if (pending.text != notKept) {
+        // The object that was met last is copied first, so its text is the last.
+        text_.assign(texts_, pending.text);
+        texts_.resize(pending.text);
+        if (pending.wasRecovered == reader_.table().recovered) {
+            if (!copyEdited(pending, text_)) writePlain(pending.number, text_);
+            return;
+        }
+    }
     if (pending.maybeStream) {
         const auto whole = reader_.findWhole(pending.reference);
         if (whole && whole->streamData()) {
@@ -194,27 +209,24 @@ void SourceCopier::copyObject(const Pending& pending) {
             return;
         }
     }
-    // The header of the object is read along.
-    constexpr std::size_t header = 32;
-    auto object = reader_.find(pending.reference, std::max(pending.length + header, ObjectReader::usualObject));
-    if (!object) return;
-    // A scan of the file may have found another version of the object in the meantime.
-    const bool hasEnd = pending.length != 0 && pending.length <= object->text().size() &&
-                        pending.wasRecovered == reader_.table().recovered;
+    auto object = reader_.find(pending.reference);
     // What stands in an object stream is there as a whole.
-    const bool isWhole = hasEnd || !object->inFile;
-    if (!isWhole && editor_) object = reader_.findWhole(pending.reference);
+    const bool isWhole = !object || !object->inFile || editor_;
+    if (object && object->inFile && editor_) object = reader_.findWhole(pending.reference);
     if (!object) return;
-    const std::string_view text = hasEnd ? object->text().substr(0, pending.length) : object->value();
-    if (!hasEnd && (!object->inFile || editor_) && isPageObject(text)) return;
-    edited_.clear();
-    if (editor_ && editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_)) {
-        writePlain(pending.number, edited_);
-        return;
-    }
-    if (tryPlain(pending.number, text)) return;
+    const std::string_view text = object->value();
+    if (isWhole && isPageObject(text)) return;
+    if (copyEdited(pending, text) || tryPlain(pending.number, text)) return;
     if (!isWhole) object = reader_.findWhole(pending.reference);
     if (object) writePlain(pending.number, isWhole ? text : object->text());
+}
+
+/// Copies an object if the editor changes it.
+bool SourceCopier::copyEdited(const Pending& pending, std::string_view text) {
+    edited_.clear();
+    if (!editor_ || !editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_)) return false;
+    writePlain(pending.number, edited_);
+    return true;
 }
 
 bool SourceCopier::tryPlain(std::uint32_t number, std::string_view text) {
@@ -380,7 +392,7 @@ void SourceCopier::duplicateAnnotations(std::string_view text, Overlay& overlay,
     const std::string_view value = findValue(text, "Annots");
     const auto duplicate = [&](Reference reference) {
         if (overlay.covers(reference.number)) return false;
-        copies.push_back({reference, output_.reserve(), 0, false});
+        copies.push_back({.reference = reference, .number = output_.reserve()});
         overlay.set(reference.number, copies.back().number);
         return true;
     };
@@ -411,7 +423,7 @@ void SourceCopier::collectPrivate(const Object& value, Overlay& overlay, std::ve
     if (const Reference* reference = value.reference()) {
         if (numbers_.get(reference->number) == null || !isPlain(*reference)) return;
         if (overlay.find(reference->number) != 0) return;
-        copies.push_back({*reference, output_.reserve(), 0, false});
+        copies.push_back({.reference = *reference, .number = output_.reserve()});
         overlay.set(reference->number, copies.back().number);
         collectPrivate(reader_.parse(*reference), overlay, copies, depth + 1);
     } else if (const Array* array = value.array()) {

@@ -86,13 +86,16 @@ public:
 private:
     static constexpr std::uint32_t null = Overlay::none;
     static constexpr std::size_t deepestStream = 8;
+    static constexpr std::uint32_t notKept = UINT32_MAX;
+    static constexpr std::size_t mostKept = 1U << 20U;
 
     struct Pending {
         Reference reference;
-        std::uint32_t number;
-        std::uint32_t length;  // of the value, which is known to be no page; 0 where nothing is known
-        bool maybeStream;
-        bool wasRecovered = false;  // the file had been scanned when the length was found
+        std::uint32_t number = 0;
+        bool maybeStream = false;
+        bool wasRecovered = false;  // the file had been scanned when the object was met
+        // Where the value begins in `texts_`; `notKept` for one that must be looked up again.
+        std::uint32_t text = notKept;
     };
     /// What copies of pages other than the first have of their own, besides what their overlay says.
     struct Group {
@@ -118,9 +121,10 @@ private:
 
     std::uint32_t map(Reference reference);
     std::uint32_t discover(Reference reference);
-    std::optional<std::uint32_t> copyStreamNow(Reference reference, std::uint32_t& length);
+    std::optional<std::uint32_t> copyStreamNow(Reference reference, Pending& pending);
     std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object);
     void copyObject(const Pending& pending);
+    bool copyEdited(const Pending& pending, std::string_view text);
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
@@ -149,6 +153,8 @@ private:
     bool editsLinks_ = false;
     std::string edited_;  // what the editor makes of an object; kept for its room
     std::vector<Pending> pending_;
+    std::string texts_;  // of objects that wait, one behind the other in their order
+    std::string text_;   // of the one being copied; kept for its room
     std::vector<std::pair<std::uint32_t, std::uint32_t>>
         openStreams_;  // source number and number in the output, 0 if none yet
     std::unordered_map<std::int64_t, std::uint32_t> resources_;  // of page tree nodes

@@ -97,5 +97,14 @@ TEST(Parser, ReadsAnyBytes) {
     }
 }
 
+TEST(PlainReference, IsAWholeReferenceAndNothingElse) {
+    EXPECT_EQ(plainReference("12 0 R"), (Reference{12, 0}));
+    EXPECT_EQ(plainReference("12\n 65535\tR"), (Reference{12, 65535}));
+    for (const char* text : {"", "12", "12 0", "12 0 R ", " 12 0 R", "12 0 RG", "12 0R", "120 R", "/A 0 R", "-1 0 R",
+                             "[12 0 R]", "99999999999 0 R", "1 99999999999999999999 R"}) {
+        EXPECT_FALSE(plainReference(text)) << text;
+    }
+}
+
 }  // namespace
 }  // namespace quillon::pdf

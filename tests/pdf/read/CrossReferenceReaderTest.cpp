@@ -198,5 +198,17 @@ TEST_F(CrossReferences, DamagedSectionsAreRefused) {
     EXPECT_FALSE(readable(""));
 }
 
+TEST(CrossReferenceEntries, ThatAreBeyondAllFilesStayBeyondThem) {
+    using enum CrossReferenceEntry::Kind;
+    const CrossReferenceEntry usual(InFile, 70'000'000'000'000, 65535);
+    EXPECT_EQ(usual.place, 70'000'000'000'000U);
+    EXPECT_EQ(usual.detail, 65535U);
+    EXPECT_EQ(usual.kind, InFile);
+    const CrossReferenceEntry odd(InObjectStream, UINT64_MAX, 65536);
+    EXPECT_EQ(odd.place, CrossReferenceEntry::farthestPlace);
+    EXPECT_EQ(odd.detail, 65535U);
+    EXPECT_EQ(odd.kind, InObjectStream);
+}
+
 }  // namespace
 }  // namespace quillon::pdf
