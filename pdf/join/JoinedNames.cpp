@@ -3,10 +3,13 @@
 #include "pdf/object/Object.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace quillon::pdf {
 
 namespace {
+
+using NamesAndTexts = std::vector<std::pair<std::string_view, std::string_view>>;
 
 void writeKey(std::string& out, std::string_view key) {
     writeString(out, key);
@@ -15,6 +18,17 @@ void writeKey(std::string& out, std::string_view key) {
 void writeKey(std::string& out, std::int64_t key) {
     if (out.back() != '[') out += ' ';
     out += std::to_string(key);
+}
+
+/// Fetches what is written soon: names and texts are far apart in memory.
+template <class Values>
+void fetchAhead(const Values& values, std::size_t at) {
+    constexpr std::size_t distance = 8;
+    if constexpr (std::is_same_v<Values, NamesAndTexts>) {
+        if (at + distance >= values.size()) return;
+        __builtin_prefetch(values[at + distance].first.data());
+        __builtin_prefetch(values[at + distance].second.data());
+    }
 }
 
 /// Writes a tree of the sorted `values`, whose leaves have the key `leaves`, from the leaves up.
@@ -27,40 +41,44 @@ std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
         Key first;
         Key last;
     };
-    const auto write = [&](std::string text, const Key& first, const Key& last, bool isRoot) {
+    std::string text;  // of a node
+    const auto write = [&](const Key& first, const Key& last, bool isRoot) {
         if (!isRoot) {
             text += "/Limits[";
             writeKey(text, first);
             writeKey(text, last);
             text += ']';
         }
-        return Node{output.addObject("<<" + text + ">>"), first, last};
+        return Node{output.addObject(text += ">>"), first, last};
     };
     std::vector<Node> level;
     for (std::size_t begin = 0; begin < values.size(); begin += fanOut) {
         const std::size_t end = std::min(values.size(), begin + fanOut);
-        std::string text = "/" + std::string(leaves) + "[";
+        text = "<</";
+        text += leaves;
+        text += '[';
         for (std::size_t i = begin; i < end; ++i) {
+            fetchAhead(values, i);
             writeKey(text, values[i].first);
             text += ' ';
             text += values[i].second;
         }
-        level.push_back(write(text + ']', values[begin].first, values[end - 1].first, values.size() <= fanOut));
+        text += ']';
+        level.push_back(write(values[begin].first, values[end - 1].first, values.size() <= fanOut));
     }
     while (level.size() > 1) {
         std::vector<Node> above;
         for (std::size_t begin = 0; begin < level.size(); begin += fanOut) {
             const std::size_t end = std::min(level.size(), begin + fanOut);
-            std::string text = "/Kids[";
+            text = "<</Kids[";
             for (std::size_t i = begin; i < end; ++i) text += std::to_string(level[i].number) + " 0 R ";
-            above.push_back(write(text + ']', level[begin].first, level[end - 1].last, level.size() <= fanOut));
+            text += ']';
+            above.push_back(write(level[begin].first, level[end - 1].last, level.size() <= fanOut));
         }
         level = std::move(above);
     }
     return level.empty() ? output.addObject("<</" + std::string(leaves) + "[]>>") : level.front().number;
 }
-
-using NamesAndTexts = std::vector<std::pair<std::string_view, std::string_view>>;
 
 /// The names of each source come in order, or nearly so; such runs are merged.
 void sortRuns(NamesAndTexts& values) {

@@ -17,52 +17,65 @@ SourceSurveyor::~SourceSurveyor() {
 }
 
 SourceSurvey SourceSurveyor::take(std::size_t index) {
-    if (index == 0) {
-        firstHold_.use(sources_[0].source());
-        if (sources_.size() > 1) thread_ = std::thread([this] { run(); });
-        return read(0).survey;
-    }
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return !ready_.empty(); });
+    if (index == 0 && sources_.size() > 1) thread_ = std::thread([this] { run(); });
+    changed_.wait(lock, [&] { return next_ == index || !ready_.empty(); });
+    if (next_ == index) {
+        ++next_;
+        lock.unlock();
+        return readNow(index);
+    }
     Ready next = std::move(ready_.front());
     ready_.pop_front();
     bytesAhead_ -= next.bytes;
-    if (ready_.size() <= mostAhead / 2) changed_.notify_all();
+    if (threadWaits_ && ready_.size() <= mostAhead / 2) changed_.notify_all();
     return std::move(next.survey);
 }
 
-SourceSurveyor::Ready SourceSurveyor::read(std::size_t index) {
+/// On the thread of the caller, who waits for it.
+SourceSurvey SourceSurveyor::readNow(std::size_t index) {
     const SourcePlan plan = sources_[index];
+    callersHolds_.use(plan.source());
     const SourceAccess access(*plan.source());
     if (!access.document() || access.document()->isLocked()) return {};
     ObjectReader& reader = access.document()->reader();
-    const auto announce = [&] {
-        prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
-    };
-    // The caller waits for the first.
-    const bool isFirst = index == 0;
-    if (isFirst) announce();
-    if (isFirst) reader.setPrefetcher(&prefetcher_);
+    prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
+    reader.setPrefetcher(&prefetcher_);
+    return SourceSurvey::read(plan, *access.document(), wishes_(index));
+}
+
+SourceSurveyor::Ready SourceSurveyor::readAhead(std::size_t index) {
+    const SourcePlan plan = sources_[index];
+    holds_.use(plan.source());
+    const SourceAccess access(*plan.source());
+    if (!access.document() || access.document()->isLocked()) return {};
+    ObjectReader& reader = access.document()->reader();
     SourceSurvey survey = SourceSurvey::read(plan, *access.document(), wishes_(index));
-    // Of a source that is not whole only the names are kept that links use.
-    if (!isFirst && survey.isWhole) survey.readExplicit(reader);
-    if (!isFirst && survey.isWhole) reader.loadObjectStreams();
-    if (!isFirst) announce();
+    if (survey.isWhole) {
+        // Of a source that is not whole only the names are kept that links use.
+        survey.readExplicit(reader);
+        reader.loadObjectStreams();
+    }
+    prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
     return {std::move(survey), reader.textInMemory()};
 }
 
 void SourceSurveyor::run() {
-    for (std::size_t index = 1; index < sources_.size(); ++index) {
-        {
-            std::unique_lock lock(mutex_);
-            changed_.wait(lock, [this] {
-                return stop_ || ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);
-            });
-            if (stop_) return;
+    const auto hasRoom = [this] {
+        return ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);
+    };
+    std::unique_lock lock(mutex_);
+    while (!stop_ && next_ < sources_.size()) {
+        if (!hasRoom()) {
+            threadWaits_ = true;
+            changed_.wait(lock);
+            threadWaits_ = false;
+            continue;
         }
-        holds_.use(sources_[index].source());
-        Ready next = read(index);
-        const std::lock_guard lock(mutex_);
+        const std::size_t index = next_++;
+        lock.unlock();
+        Ready next = readAhead(index);
+        lock.lock();
         bytesAhead_ += next.bytes;
         ready_.push_back(std::move(next));
         changed_.notify_all();

@@ -15,8 +15,8 @@
 namespace quillon::pdf {
 
 /// Looks through the sources of a merge in their order, on a thread of its own a little ahead of the one that copies
-/// them: reads their structure and what is asked for, and announces their object streams. What it finds does
-/// not depend on timing.
+/// them: reads their structure and what is asked for, and announces their object streams. If it is not ahead, the one
+/// that copies looks for itself. What is found does not depend on timing.
 class SourceSurveyor {
 public:
     /// What is asked for of the source at an index. Called on both threads.
@@ -29,7 +29,7 @@ public:
     ~SourceSurveyor();
 
     /// The survey of the source at `index`, each once and in order; nothing of a source that is locked or gone. The
-    /// caller must not have access to a later source.
+    /// caller must not have access to any source.
     [[nodiscard]] SourceSurvey take(std::size_t index);
 
 private:
@@ -38,7 +38,8 @@ private:
         std::size_t bytes;
     };
 
-    [[nodiscard]] Ready read(std::size_t index);
+    [[nodiscard]] SourceSurvey readNow(std::size_t index);
+    [[nodiscard]] Ready readAhead(std::size_t index);
     void run();
 
     // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps.
@@ -48,13 +49,15 @@ private:
     const SourcePlans& sources_;
     ObjectStreamPrefetcher& prefetcher_;
     const WishesFor wishes_;
-    SourceHolds firstHold_;
+    SourceHolds callersHolds_;
     SourceHolds holds_;  // the thread's
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<Ready> ready_;  // guarded, as the rest
+    std::size_t next_ = 0;     // the first source that nobody has begun with; guarded, as the rest
+    std::deque<Ready> ready_;  // of those before it, without those that the caller has read
     std::size_t bytesAhead_ = 0;
     bool stop_ = false;
+    bool threadWaits_ = false;
     std::thread thread_;
 };
 

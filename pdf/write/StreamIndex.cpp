@@ -15,19 +15,19 @@ constexpr std::size_t piece = 256 * 1024;
 /// Reads the concatenation of ranges of a file piece by piece.
 class RangeReader {
 public:
-    RangeReader(InputFile& file, std::span<const FileRange> ranges) : file_(file), ranges_(ranges) {}
+    /// `room` is for `piece` bytes; it is made when it is first needed, and may be used again.
+    RangeReader(InputFile& file, std::span<const FileRange> ranges, std::unique_ptr<char[]>& room)
+        : file_(file), ranges_(ranges), room_(room) {}
 
-    /// Up to `most` bytes, fewer only at the end or where the file has become shorter.
+    /// Up to `most` bytes, no more than a piece; fewer only at the end or where the file has become shorter.
     std::string_view next(std::size_t most) {
-        buffer_.clear();
-        while (buffer_.size() < most && range_ < ranges_.size()) {
+        if (!room_) room_ = std::make_unique_for_overwrite<char[]>(piece);
+        std::size_t length = 0;
+        while (length < most && range_ < ranges_.size()) {
             const FileRange range = ranges_[range_];
-            const auto wanted =
-                static_cast<std::size_t>(std::min<std::uint64_t>(most - buffer_.size(), range.length - done_));
-            const std::size_t before = buffer_.size();
-            buffer_.resize(before + wanted);
-            const std::size_t got = file_.readAt(range.offset + done_, std::span(buffer_).subspan(before));
-            buffer_.resize(before + got);
+            const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(most - length, range.length - done_));
+            const std::size_t got = file_.readAt(range.offset + done_, std::span(room_.get() + length, wanted));
+            length += got;
             done_ += got;
             if (got < wanted) break;
             if (done_ == range.length) {
@@ -35,15 +35,15 @@ public:
                 done_ = 0;
             }
         }
-        return buffer_;
+        return {room_.get(), length};
     }
 
 private:
     InputFile& file_;
     std::span<const FileRange> ranges_;
+    std::unique_ptr<char[]>& room_;
     std::size_t range_ = 0;
     std::uint64_t done_ = 0;
-    std::string buffer_;
 };
 
 bool sameBytes(RangeReader a, RangeReader b) {
@@ -56,14 +56,17 @@ bool sameBytes(RangeReader a, RangeReader b) {
 
 bool sameBytes(RangeReader a, std::string_view b) {
     for (; !b.empty(); b.remove_prefix(std::min(piece, b.size()))) {
-        if (a.next(piece) != b.substr(0, piece)) return false;
+        if (a.next(std::min(piece, b.size())) != b.substr(0, piece)) return false;
     }
     return true;
 }
 
 bool sameBytes(RangeReader a, DecryptingReader& b) {
     bool same = true;
-    for (auto bytes = b.next(); !bytes.empty() && same; bytes = b.next()) same = a.next(bytes.size()) == bytes;
+    for (auto bytes = b.next(); !bytes.empty() && same; bytes = b.next()) {
+        for (; !bytes.empty() && same; bytes.remove_prefix(std::min(piece, bytes.size())))
+            same = a.next(std::min(piece, bytes.size())) == bytes.substr(0, piece);
+    }
     b.rewind();
     return same;
 }
@@ -90,10 +93,10 @@ XXH128_hash_t hashOf(DecryptingReader& reader, std::uint64_t seed) {
     return hash;
 }
 
-XXH128_hash_t hashOf(const StreamContent& stream, std::uint64_t seed) {
+XXH128_hash_t hashOf(const StreamContent& stream, std::uint64_t seed, std::unique_ptr<char[]>& room) {
     if (stream.data) return XXH3_128bits_withSeed(stream.data->data(), stream.data->size(), seed);
     if (stream.reader) return hashOf(*stream.reader, seed);
-    return hashOf(RangeReader(*stream.file, stream.ranges), seed);
+    return hashOf(RangeReader(*stream.file, stream.ranges, room), seed);
 }
 
 /// Where the data is if it can be read again from one place.
@@ -121,7 +124,7 @@ std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream,
     const std::uint64_t length = stream.length();
     const std::uint64_t key = XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
     if (length >= longStream && addLone(stream, key, number)) return std::nullopt;
-    const XXH128_hash_t hash = hashOf(stream, key);
+    const XXH128_hash_t hash = hashOf(stream, key, room_);
     const auto [file, offset] = placeOf(stream);
     const auto [known, isNew] = known_.try_emplace(hash.low64, Known{file, file ? offset : hash.high64, number});
     if (isNew || !isEqual(known->second, stream, hash.high64)) return std::nullopt;
@@ -135,6 +138,8 @@ void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
 void StreamIndex::clear() {
     known_ = {};
     lones_ = {};
+    room_.reset();
+    otherRoom_.reset();
 }
 
 bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number) {
@@ -144,7 +149,7 @@ bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::u
     Lone& lone = place->second;
     if (!lone.file) return false;
     const FileRange range{lone.offset, stream.length()};
-    const XXH128_hash_t hash = hashOf(RangeReader(*lone.file, std::span(&range, 1)), key);
+    const XXH128_hash_t hash = hashOf(RangeReader(*lone.file, std::span(&range, 1), room_), key);
     known_.try_emplace(hash.low64, Known{lone.file, lone.offset, lone.number});
     lone.file = nullptr;
     return false;
@@ -153,10 +158,10 @@ bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::u
 bool StreamIndex::isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash) {
     if (!known.file) return known.evidence == highHash;
     const FileRange range{known.evidence, stream.length()};
-    const RangeReader reader(*known.file, std::span(&range, 1));
+    const RangeReader reader(*known.file, std::span(&range, 1), room_);
     if (stream.data) return sameBytes(reader, *stream.data);
     if (stream.reader) return sameBytes(reader, *stream.reader);
-    return sameBytes(reader, RangeReader(*stream.file, stream.ranges));
+    return sameBytes(reader, RangeReader(*stream.file, stream.ranges, otherRoom_));
 }
 
 }  // namespace quillon::pdf

@@ -63,11 +63,13 @@ private:
 
     /// Whether dictionary and length of a long stream alone show that it is new.
     [[nodiscard]] bool addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number);
-    [[nodiscard]] static bool isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash);
+    [[nodiscard]] bool isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash);
 
     std::uint64_t seed_;
     std::unordered_map<std::uint64_t, Known> known_;  // by the low half of the hash
     std::unordered_map<std::uint64_t, Lone> lones_;   // by the hash of dictionary and length
+    std::unique_ptr<char[]> room_;                    // what is read to compare it; kept from one to the next
+    std::unique_ptr<char[]> otherRoom_;
 };
 
 }  // namespace quillon::pdf

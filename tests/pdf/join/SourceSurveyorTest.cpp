@@ -2,7 +2,9 @@
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/RawPdf.h"
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 namespace quillon::pdf {
 namespace {
@@ -48,10 +50,31 @@ TEST_F(Surveying, FindsWhatIsAskedForInTheOrderOfTheSources) {
     }
 }
 
+TEST_F(Surveying, GivesTheSameWhoeverComesFirst) {
+    std::vector<std::shared_ptr<Source>> sources;
+    for (int i = 0; i < 30; ++i) sources.push_back(named("f" + std::to_string(i)));
+    for (const bool isSlow : {false, true}) {
+        const DocumentPlan plan = planOf(sources);
+        const SourcePlans plans(plan);
+        ObjectStreamPrefetcher prefetcher;
+        SourceSurveyor surveyor(plans, prefetcher,
+                                [](std::size_t) { return SourceSurvey::Wishes{.destinations = true, .fields = true}; });
+        for (std::size_t i = 0; i < plans.size(); ++i) {
+            const SourceSurvey found = surveyor.take(i);
+            EXPECT_EQ(found.destinations.tree.size(), 5U) << i;
+            EXPECT_EQ(found.fields.nodes().size(), 1U) << i;
+            if (isSlow) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+    }
+}
+
 TEST_F(Surveying, ReadsTheShortDestinationsThatNameAPage) {
-    auto surveys = survey(planOf({named("a"), named("b")}));
+    const auto source = named("b");
+    auto surveys = survey(planOf({named("a"), source}));
     EXPECT_FALSE(surveys[0].explicitDestination(0)) << "the first source is read when its turn comes";
-    const SourceSurvey& second = surveys[1];
+    SourceSurvey& second = surveys[1];
+    SourceAccess access(*source);
+    second.readExplicit(access.document()->reader());  // if it was not read ahead
     ASSERT_TRUE(second.explicitDestination(0));
     EXPECT_EQ(second.explicitDestination(0)->page, (Reference{10, 0}));
     EXPECT_EQ(second.explicitDestination(0)->behind, "/Fit]");
