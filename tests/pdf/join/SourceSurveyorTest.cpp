@@ -2,9 +2,7 @@
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/RawPdf.h"
 
-#include <chrono>
 #include <filesystem>
-#include <thread>
 
 namespace quillon::pdf {
 namespace {
@@ -47,24 +45,6 @@ TEST_F(Surveying, FindsWhatIsAskedForInTheOrderOfTheSources) {
         EXPECT_TRUE(surveys[i].isWhole);
         EXPECT_EQ(surveys[i].destinations.tree.size(), i == 7 ? 0U : 5U);
         EXPECT_EQ(surveys[i].fields.nodes().size(), i == 7 ? 0U : 1U);
-    }
-}
-
-TEST_F(Surveying, GivesTheSameWhoeverComesFirst) {
-    std::vector<std::shared_ptr<Source>> sources;
-    for (int i = 0; i < 30; ++i) sources.push_back(named("f" + std::to_string(i)));
-    for (const bool isSlow : {false, true}) {
-        const DocumentPlan plan = planOf(sources);
-        const SourcePlans plans(plan);
-        ObjectStreamPrefetcher prefetcher;
-        SourceSurveyor surveyor(plans, prefetcher,
-                                [](std::size_t) { return SourceSurvey::Wishes{.destinations = true, .fields = true}; });
-        for (std::size_t i = 0; i < plans.size(); ++i) {
-            const SourceSurvey found = surveyor.take(i);
-            EXPECT_EQ(found.destinations.tree.size(), 5U) << i;
-            EXPECT_EQ(found.fields.nodes().size(), 1U) << i;
-            if (isSlow) std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
     }
 }
 
