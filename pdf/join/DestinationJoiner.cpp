@@ -3,7 +3,6 @@
 #include "pdf/object/Characters.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Parser.h"
-#include "pdf/object/ReferenceRewriter.h"
 #include "pdf/object/ValueSkipper.h"
 
 namespace quillon::pdf {
@@ -85,7 +84,8 @@ void DestinationJoiner::release() {
 void DestinationJoiner::writeValue(const Name& name, std::string& out) {
     // Nearly all are small objects to which nothing else refers. Written in place they take half of the room.
     const auto known = source_->survey.explicitDestination(name.place);
-    if (known && source_->reader().charge(known->behind.size())) {
+    constexpr std::size_t page = 16;
+    if (known && source_->reader().charge(page + known->behind.size())) {
         out += '[';
         writeReference(out, source_->copier.copyReference(known->page));
         out += known->behind;

@@ -19,7 +19,7 @@ public:
 
     PageFields() = default;
     /// Looks at the pages of which `taken`, by their indexes, says so. Fields that say they belong below one of `tree`
-    /// and are missing there are added to it.
+    /// and are missing there are added to it, in the order of the pages in the source.
     PageFields(SourceDocument& document, FieldTree& tree, const std::vector<bool>& taken);
 
     /// Those of the page at an index; null when it has none. Pages that share a list of annotations share the fields.

@@ -23,7 +23,7 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
     if (next_ == index) {
         ++next_;
         lock.unlock();
-        return readNow(index);
+        return read(index, callersHolds_).survey;
     }
     Ready next = std::move(ready_.front());
     ready_.pop_front();
@@ -32,31 +32,26 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
     return std::move(next.survey);
 }
 
-/// On the thread of the caller, who waits for it.
-SourceSurvey SourceSurveyor::readNow(std::size_t index) {
+/// Whoever reads a source, later ones as well as the first, leaves its reader in the same state: what is read in which
+/// order decides what is copied of a damaged file.
+SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds) {
     const SourcePlan plan = sources_[index];
-    callersHolds_.use(plan.source());
+    holds.use(plan.source());
     const SourceAccess access(*plan.source());
     if (!access.document() || access.document()->isLocked()) return {};
     ObjectReader& reader = access.document()->reader();
-    prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
-    reader.setPrefetcher(&prefetcher_);
-    return SourceSurvey::read(plan, *access.document(), wishes_(index));
-}
-
-SourceSurveyor::Ready SourceSurveyor::readAhead(std::size_t index) {
-    const SourcePlan plan = sources_[index];
-    holds_.use(plan.source());
-    const SourceAccess access(*plan.source());
-    if (!access.document() || access.document()->isLocked()) return {};
-    ObjectReader& reader = access.document()->reader();
+    const auto announce = [&] {
+        prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
+    };
+    // The caller always reads the first, and nothing is there yet that could be done meanwhile.
+    const bool isFirst = index == 0;
+    if (isFirst) announce();
+    if (isFirst) reader.setPrefetcher(&prefetcher_);
     SourceSurvey survey = SourceSurvey::read(plan, *access.document(), wishes_(index));
-    if (survey.isWhole) {
-        // Of a source that is not whole only the names are kept that links use.
-        survey.readExplicit(reader);
-        reader.loadObjectStreams();
-    }
-    prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
+    // Of a source that is not whole only the names are kept that links use.
+    if (!isFirst && survey.isWhole) survey.readExplicit(reader);
+    if (!isFirst && survey.isWhole) reader.loadObjectStreams();
+    if (!isFirst) announce();
     return {std::move(survey), reader.textInMemory()};
 }
 
@@ -74,7 +69,7 @@ void SourceSurveyor::run() {
         }
         const std::size_t index = next_++;
         lock.unlock();
-        Ready next = readAhead(index);
+        Ready next = read(index, holds_);
         lock.lock();
         bytesAhead_ += next.bytes;
         ready_.push_back(std::move(next));

@@ -38,8 +38,7 @@ private:
         std::size_t bytes;
     };
 
-    [[nodiscard]] SourceSurvey readNow(std::size_t index);
-    [[nodiscard]] Ready readAhead(std::size_t index);
+    [[nodiscard]] Ready read(std::size_t index, SourceHolds& holds);
     void run();
 
     // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps.

@@ -68,13 +68,14 @@ struct Surroundings {
     }
 };
 
-}  // namespace
-
+/// Whether the text of an array names a page by a reference at its beginning.
 bool namesPage(std::string_view array) {
     const std::size_t begin = skipBlank(array, 1);
     const std::size_t end = skipValue(array, begin).value_or(begin);
     return end != begin && isDigit(array[begin]) && array[end - 1] == 'R';
 }
+
+}  // namespace
 
 std::string_view destinationBehind(std::string_view text, std::size_t place) {
     // Most names that begin so go on with something else.

@@ -6,9 +6,6 @@
 
 namespace quillon::pdf {
 
-/// Whether the text of an array names a page by a reference at its beginning.
-[[nodiscard]] bool namesPage(std::string_view array);
-
 /// If `place` is in the name `D` or `Dest`, its first letter or a `#` in it, the value that stands behind the name, if
 /// it is one that may have to change: a name, a string, a reference, or an array that does not name its page by a
 /// reference. Otherwise empty.

@@ -7,6 +7,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace quillon::pdf {
 
@@ -133,6 +134,19 @@ void writeString(std::string& out, std::string_view text) {
         at = stop + 1;
     }
     out += ')';
+}
+
+void writeReference(std::string& out, std::uint32_t number) {
+    if (!out.empty() && isRegular(out.back())) out += ' ';
+    if (number == 0) {
+        out += "null";
+        return;
+    }
+    constexpr std::string_view generation = " 0 R";
+    std::array<char, 10 + generation.size()> text;
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    std::memcpy(end, generation.data(), generation.size());
+    out.append(text.data(), static_cast<std::size_t>(end - text.data()) + generation.size());
 }
 
 void writeReal(std::string& out, double value) {

@@ -81,6 +81,8 @@ private:
 void writeName(std::string& out, std::string_view name);
 /// Appends `text` as a literal or hexadecimal string, whichever is shorter.
 void writeString(std::string& out, std::string_view text);
+/// Appends a reference to the object with a number, of generation 0, or null for the number 0.
+void writeReference(std::string& out, std::uint32_t number);
 /// Appends a real number as the shortest decimal without exponent that reads back the same, independent of the locale.
 /// Infinities and NaN are written as 0.
 void writeReal(std::string& out, double value);

@@ -9,12 +9,9 @@
 #include "pdf/object/ValueSkipper.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,20 +22,6 @@ namespace quillon::pdf {
 // are copied as they stand, and only references change. That is several times faster than parsing and writing them
 // again. Text whose brackets or strings are not balanced, or that holds a comment, takes the slow road through the
 // parser instead, so what is written never spoils the objects around it.
-
-/// Appends a reference to an object of the output, or null for the number 0.
-inline void writeReference(std::string& out, std::uint32_t number) {
-    if (!out.empty() && isRegular(out.back())) out += ' ';
-    if (number == 0) {
-        out += "null";
-        return;
-    }
-    constexpr std::string_view generation = " 0 R";
-    std::array<char, 10 + generation.size()> text;
-    char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    std::memcpy(end, generation.data(), generation.size());
-    out.append(text.data(), static_cast<std::size_t>(end - text.data()) + generation.size());
-}
 
 /// A mapper that says where links lead, too. Whether it does at all is asked each time, by `editsLinks`.
 template <class Mapper>

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -22,6 +23,7 @@ public:
 
     /// The first place from `at` on that has a stop; the size of the text if there is none. `at` never goes back.
     [[nodiscard]] std::size_t find(std::size_t at) noexcept {
+        assert(at >= begin_);
         while (at < text_.size()) {
             if (at >= end_) look(at);
             const std::uint64_t left = seen_ >> (at - begin_);

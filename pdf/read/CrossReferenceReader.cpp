@@ -181,7 +181,8 @@ bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::s
         const auto rows = std::min<std::uint64_t>(static_cast<std::uint64_t>(*count), data.size() / row);
         const auto begin = static_cast<std::uint64_t>(*first);
         rows_ += rows;
-        if (rows_ > file_.file().size() + limits::tableMargin || begin + rows > maximumObjectNumber + 1) return false;
+        if (rows_ > file_.file().size() + limits::tableMargin) return false;
+        if (rows != 0 && begin + rows > maximumObjectNumber + 1) return false;
         table_.entries.expect(begin + rows);
         for (std::uint64_t n = 0; n < rows; ++n, data.remove_prefix(row)) {
             const auto number = static_cast<std::uint32_t>(begin + n);

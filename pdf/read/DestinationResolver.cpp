@@ -43,12 +43,16 @@ Destination describe(ObjectReader& reader, const Array& array) {
     return destination;
 }
 
-/// Whether there is nothing but names, numbers and the bracket at the end.
+/// Whether there is nothing but names, numbers, null and the bracket at the end.
 bool isPlain(std::string_view elements) {
-    for (std::size_t i = 0; i + 1 < elements.size(); ++i) {
-        const char c = elements[i];
-        if (!isRegular(c) && !isWhiteSpace(c) && c != '/') return false;
-        if (c == 'R' && i > 0 && isWhiteSpace(elements[i - 1]) && !isRegular(elements[i + 1])) return false;
+    const std::size_t end = elements.size() - 1;
+    for (std::size_t at = 0; at < end;) {
+        const std::size_t begin = at++;
+        if (isWhiteSpace(elements[begin])) continue;
+        while (at < end && isRegular(elements[at])) ++at;
+        const std::string_view token = elements.substr(begin, at - begin);
+        if (token != "null" && std::string_view("/+-.0123456789").find(token.front()) == std::string_view::npos)
+            return false;
     }
     return true;
 }
@@ -61,7 +65,9 @@ std::optional<ExplicitDestination> parseExplicit(std::string_view array) {
     const auto generation = readUnsigned(array, at);
     at = skipBlank(array, at);
     if (!number || !generation || *number > UINT32_MAX || *generation > UINT32_MAX) return std::nullopt;
-    if (array[at] != 'R' || isRegular(array[at + 1]) || !isPlain(array.substr(at + 1))) return std::nullopt;
+    // A comment may have hidden the end.
+    if (at + 1 >= array.size() || array[at] != 'R' || isRegular(array[at + 1])) return std::nullopt;
+    if (!isPlain(array.substr(at + 1))) return std::nullopt;
     return ExplicitDestination{{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)},
                                array.substr(at + 1)};
 }

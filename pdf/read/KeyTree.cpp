@@ -32,15 +32,7 @@ std::size_t bytesOf(std::int64_t) {
 /// What a leaf holds nearly always, a plain string and a reference, is read without the parser.
 Object readLeaf(std::string_view value) {
     if (const auto text = plainString(value)) return std::string(*text);
-    std::size_t at = 0;
-    if (value.ends_with('R')) {
-        const auto number = readUnsigned(value, at);
-        skipWhiteSpace(value, at);
-        const auto generation = number && *number <= UINT32_MAX ? readUnsigned(value, at) : std::nullopt;
-        skipWhiteSpace(value, at);
-        if (generation && *generation <= UINT16_MAX && at + 1 == value.size())
-            return Reference{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)};
-    }
+    if (const auto reference = plainReference(value)) return *reference;
     return Parser(value).parse();
 }
 

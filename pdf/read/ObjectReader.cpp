@@ -174,10 +174,13 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
-        if (whole || object->complete || wanted >= limits::objectText) return object;
+        const bool isUsual = wanted == usualObject;
+        const bool mayRunOn = !isUsual && object->value().find("endobj") != std::string_view::npos;
+        if ((whole && !mayRunOn) || object->complete || wanted >= limits::objectText) return object;
         // What is not closed where the next object begins never will be. To know where that is, all are put in order.
-        if (wanted == usualObject) continue;
+        if (isUsual && offsets_.empty()) continue;
         const std::uint64_t bound = nextObject(object->offset) - object->offset;
+        if (whole && object->valueEnd <= bound) return object;
         if (object->text().size() >= bound) {
             object->source.text = object->text().substr(0, bound);
             object->valueEnd = skipValue(object->text(), 0).value_or(0);

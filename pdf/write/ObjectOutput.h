@@ -57,7 +57,7 @@ public:
 private:
     struct Packed {
         std::uint32_t number;
-        std::uint32_t offset;  // an object is shorter than 4 GiB
+        std::uint32_t offset;  // where it begins, before the body is full
     };
 
     /// The number that reserve() gives next.

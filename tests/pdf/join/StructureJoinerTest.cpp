@@ -102,6 +102,30 @@ TEST_F(Tags, IdentifiersAreMadeUniqueWithTheCellsThatNameThem) {
     EXPECT_EQ(headers, (QStringList{text("u:id"), text("u:id-2")}));
 }
 
+TEST_F(Tags, LongIdentifiersOfAPartAreKept) {
+    const auto tagged = [this](const char* mark) {
+        std::string bytes = taggedPdf(mark);
+        for (std::size_t at = bytes.find("(id)"); at != std::string::npos; at = bytes.find("(id)", at + 1))
+            bytes.replace(at, 4, "(an identifier that is longer than most)");
+        return open(bytes, mark);
+    };
+    DocumentPlan plan;
+    for (const char* mark : {"A", "B", "C"}) {
+        const auto pages = pagesOf(tagged(mark), {0});
+        plan.pages.insert(plan.pages.end(), pages.begin(), pages.end());
+    }
+    const JudgedPdf pdf(write(plan));
+    const QJsonArray ids = pdf.dictionary(root(pdf).value(text("/IDTree"))).value(text("/Names")).toArray();
+    ASSERT_EQ(ids.size(), 6);
+    const QString first = text("u:an identifier that is longer than most");
+    EXPECT_EQ(ids[0].toString(), first);
+    EXPECT_EQ(ids[2].toString(), first + text("-2"));
+    EXPECT_EQ(ids[4].toString(), first + text("-3"));
+    for (int i = 0; i < 6; i += 2) {
+        EXPECT_EQ(pdf.dictionary(ids[i + 1]).value(text("/ID")), ids[i]);
+    }
+}
+
 TEST_F(Tags, AnotherLanguageIsSaidOfTheElementsThatHaveIt) {
     for (const char* role : {"P", "Note"}) {
         const auto a = open(taggedPdf("A", "P", "en"), "a");
