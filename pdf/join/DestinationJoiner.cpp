@@ -84,8 +84,8 @@ void DestinationJoiner::release() {
 void DestinationJoiner::writeValue(const Name& name, std::string& out) {
     // Nearly all are small objects to which nothing else refers. Written in place they take half of the room.
     const auto known = source_->survey.explicitDestination(name.place);
-    constexpr std::size_t page = 16;
-    if (known && source_->reader().charge(page + known->behind.size())) {
+    constexpr std::size_t longestReference = 14;
+    if (known && source_->reader().charge(longestReference + known->behind.size())) {
         out += '[';
         writeReference(out, source_->copier.copyReference(known->page));
         out += known->behind;

@@ -32,8 +32,9 @@ struct SourceCopies {
     /// A value of the source as text of the output, references rewritten to the first copies, or those of a group.
     [[nodiscard]] std::string copied(const Object& value, const Overlay* overlay = nullptr) const {
         if (const Reference* reference = overlay ? nullptr : value.reference()) {
-            const std::uint32_t number = copier.copyReference(*reference);
-            return number == 0 ? "null" : std::to_string(number) + " 0 R";
+            std::string written;
+            writeReference(written, copier.copyReference(*reference));
+            return written;
         }
         std::string text;
         std::string out;

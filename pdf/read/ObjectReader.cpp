@@ -176,12 +176,12 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
         const bool isUsual = wanted == usualObject;
         const bool mayRunOn = !isUsual && object->value().find("endobj") != std::string_view::npos;
-        if ((whole && !mayRunOn) || object->complete || wanted >= limits::objectText) return object;
+        if ((whole && !mayRunOn) || !object->inFile || wanted >= limits::objectText) return object;
         // What is not closed where the next object begins never will be. To know where that is, all are put in order.
         if (isUsual && offsets_.empty()) continue;
         const std::uint64_t bound = nextObject(object->offset) - object->offset;
         if (whole && object->valueEnd <= bound) return object;
-        if (object->text().size() >= bound) {
+        if (object->complete || object->text().size() >= bound) {
             object->source.text = object->text().substr(0, bound);
             object->valueEnd = skipValue(object->text(), 0).value_or(0);
             object->complete = true;

@@ -210,10 +210,10 @@ void SourceCopier::copyObject(const Pending& pending) {
         }
     }
     auto object = reader_.find(pending.reference);
-    // What stands in an object stream is there as a whole.
-    const bool isWhole = !object || !object->inFile || editor_;
     if (object && object->inFile && editor_) object = reader_.findWhole(pending.reference);
     if (!object) return;
+    // What stands in an object stream is there as a whole.
+    const bool isWhole = !object->inFile || editor_;
     const std::string_view text = object->value();
     if (isWhole && isPageObject(text)) return;
     if (copyEdited(pending, text) || tryPlain(pending.number, text)) return;

@@ -161,6 +161,23 @@ TEST_F(ObjectReading, AnObjectLargerThanABlockIsRead) {
     EXPECT_EQ(object.array()->size(), 100'000U);
 }
 
+TEST_F(ObjectReading, AnObjectThatIsNotClosedEndsWhereTheNextBegins) {
+    // Longer than what is read at first, and closed by what the next object holds.
+    const std::string open = "<</A(" + std::string(2000, 'x') + ")/B(no end";
+    const std::string closed = "<</C(endobj " + std::string(2000, 'y') + ")>>";
+    const std::string bytes =
+        RawPdf().catalogOf({3}).page(3, "one").object(5, open).object(6, "(next)>>").object(7, closed).table().bytes();
+    const std::string name("a.pdf");
+    Warnings warnings(name);
+    ObjectReader reader(InputFile::open(dir.write("a.pdf", bytes)), warnings);
+    const auto found = reader.findWhole({5, 0});
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->text().find("(next)"), std::string_view::npos);
+    const auto whole = reader.findWhole({7, 0});
+    ASSERT_TRUE(whole);
+    EXPECT_TRUE(whole->value().ends_with(closed)) << whole->value().size();
+}
+
 TEST_F(ObjectReading, WarningsNameFileObjectAndOffset) {
     const std::string bytes = withContent("<</Length 3>>stream\n" + RawPdf::content("one") + "\nendstream");
     const auto source = open(bytes);
