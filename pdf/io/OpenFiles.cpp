@@ -18,28 +18,50 @@ OpenFiles& OpenFiles::instance() {
 }
 
 void OpenFiles::add(const InputFile& file, std::shared_ptr<Descriptor> descriptor) {
-    const std::lock_guard lock(mutex_);
-    addLocked(file, std::move(descriptor));
+    static_cast<void>(keep(file, std::move(descriptor)));
 }
 
 std::shared_ptr<Descriptor> OpenFiles::acquire(const InputFile& file) {
-    const std::lock_guard lock(mutex_);
-    if (const auto open = std::ranges::find(open_, &file, &Open::file); open != open_.end()) {
-        open->lastUse = ++clock_;
-        return open->descriptor;
-    }
+    if (auto open = find(file)) return open;
+    // Others go on reading meanwhile. Whoever opens the same file at the same time is found again by keep().
     auto descriptor = InputFile::openDescriptor(file.path_);
     if (!descriptor || InputFile::identify(*descriptor) != file.identity_) return nullptr;
-    return addLocked(file, std::move(descriptor));
+    return keep(file, std::move(descriptor));
 }
 
 void OpenFiles::remove(const InputFile& file) {
+    std::shared_ptr<Descriptor> closed;  // outside the lock
     const std::lock_guard lock(mutex_);
-    std::erase_if(open_, [&](const Open& open) { return open.file == &file; });
+    const auto open = std::ranges::find(open_, &file, &Open::file);
+    if (open == open_.end()) return;
+    closed = std::move(open->descriptor);
+    open_.erase(open);
 }
 
-std::shared_ptr<Descriptor> OpenFiles::addLocked(const InputFile& file, std::shared_ptr<Descriptor> descriptor) {
-    if (open_.size() == limit) open_.erase(std::ranges::min_element(open_, {}, &Open::lastUse));
+std::shared_ptr<Descriptor> OpenFiles::find(const InputFile& file) {
+    const std::lock_guard lock(mutex_);
+    return findLocked(file);
+}
+
+std::shared_ptr<Descriptor> OpenFiles::findLocked(const InputFile& file) {
+    const auto open = std::ranges::find(open_, &file, &Open::file);
+    if (open == open_.end()) return nullptr;
+    open->lastUse = ++clock_;
+    return open->descriptor;
+}
+
+std::shared_ptr<Descriptor> OpenFiles::keep(const InputFile& file, std::shared_ptr<Descriptor> descriptor) {
+    std::shared_ptr<Descriptor> closed;  // outside the lock
+    const std::lock_guard lock(mutex_);
+    if (auto open = findLocked(file)) {
+        closed = std::move(descriptor);
+        return open;
+    }
+    if (open_.size() == limit) {
+        const auto oldest = std::ranges::min_element(open_, {}, &Open::lastUse);
+        closed = std::move(oldest->descriptor);
+        open_.erase(oldest);
+    }
     return open_.emplace_back(Open{&file, std::move(descriptor), ++clock_}).descriptor;
 }
 

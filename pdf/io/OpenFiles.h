@@ -23,8 +23,9 @@ private:
     int number_;
 };
 
-/// Keeps the number of descriptors that all InputFiles together hold below `limit`, however many inputs a merge has:
-/// the one unread for longest is closed when another is opened. Thread-safe.
+/// Keeps the number of descriptors that all InputFiles together hold at `limit` at most, however many inputs a merge
+/// has: the one unread for longest is closed when another has been opened. Thread-safe, and no thread waits while
+/// another opens or closes a file; each may have one more open for that moment.
 class OpenFiles {
 public:
     static constexpr std::size_t limit = 32;
@@ -45,7 +46,9 @@ private:
         std::uint64_t lastUse;
     };
 
-    std::shared_ptr<Descriptor> addLocked(const InputFile& file, std::shared_ptr<Descriptor> descriptor);
+    std::shared_ptr<Descriptor> find(const InputFile& file);
+    std::shared_ptr<Descriptor> findLocked(const InputFile& file);
+    std::shared_ptr<Descriptor> keep(const InputFile& file, std::shared_ptr<Descriptor> descriptor);
 
     std::mutex mutex_;
     std::vector<Open> open_;
