@@ -1,7 +1,6 @@
 #include "pdf/read/SourcePreloader.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace quillon::pdf {
 
@@ -28,36 +27,47 @@ bool SourcePreloader::hasTwoFiles() const {
 }
 
 void SourcePreloader::reached(std::size_t index) {
-    std::vector<std::shared_ptr<Source>> released;  // end outside the lock
+    std::map<std::size_t, std::shared_ptr<Source>> released;  // ends outside the lock
     std::unique_lock lock(mutex_);
-    ownerWaits_ = true;
-    moved_.wait(lock, [&] { return opening_ != index; });
-    ownerWaits_ = false;
-    for (; !held_.empty() && held_.front().first < index; held_.pop_front()) {
-        released.push_back(std::move(held_.front().second));
-    }
     reached_ = std::max(reached_, index);
-    if (waits_) moved_.notify_all();
+    next_ = std::max(next_, index + 1);
+    while (!held_.empty() && held_.begin()->first < index) released.insert(held_.extract(held_.begin()));
+    while (opening_ == index) {
+        if (mayOpen()) {
+            openNext(lock);
+        } else {
+            ownerWaits_ = true;
+            moved_.wait(lock);
+            ownerWaits_ = false;
+        }
+    }
+    // To wake the thread for every file would take as long as opening some.
+    if (threadWaits_ && next_ <= index + mostAhead / 2) moved_.notify_all();
+}
+
+/// Opens a file and holds it, unlocked for that time.
+void SourcePreloader::openNext(std::unique_lock<std::mutex>& lock) {
+    const std::size_t index = next_++;
+    lock.unlock();
+    const std::string path = pathAt_(index);
+    auto source = path.empty() ? nullptr : Source::open(path);
+    lock.lock();
+    if (source && index >= reached_) held_.emplace(index, std::move(source));
 }
 
 void SourcePreloader::run() {
     std::unique_lock lock(mutex_);
-    for (std::size_t index = 1; index < count_; index += 2) {
-        while (!stop_ && index > reached_ + mostAhead) {
-            waits_ = true;
+    while (!stop_ && next_ < count_) {
+        if (mayOpen()) {
+            opening_ = next_;
+            openNext(lock);
+            opening_ = SIZE_MAX;
+            if (ownerWaits_) moved_.notify_all();
+        } else {
+            threadWaits_ = true;
             moved_.wait(lock);
-            waits_ = false;
+            threadWaits_ = false;
         }
-        if (stop_) return;
-        if (index <= reached_) continue;
-        opening_ = index;
-        lock.unlock();
-        const std::string path = pathAt_(index);
-        auto source = path.empty() ? nullptr : Source::open(path);
-        lock.lock();
-        opening_ = SIZE_MAX;
-        if (ownerWaits_) moved_.notify_all();
-        if (source && index >= reached_) held_.emplace_back(index, std::move(source));
     }
 }
 

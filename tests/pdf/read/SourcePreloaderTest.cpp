@@ -3,7 +3,11 @@
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/PdfFixture.h"
 
+#include <atomic>
+#include <chrono>
+#include <future>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace quillon::pdf {
@@ -30,6 +34,7 @@ protected:
     }
 
     std::vector<std::string> paths;
+    const std::thread::id owner = std::this_thread::get_id();
 };
 
 TEST_F(SourcePreloaderTest, TheOwnerFindsEveryFileAsIfItWereAlone) {
@@ -47,9 +52,41 @@ TEST_F(SourcePreloaderTest, FilesThatWerePassedAreLetGo) {
     {
         SourcePreloader preloader(paths.size(), pathAt());
         for (std::size_t i = 0; i < paths.size(); ++i) preloader.reached(i);
-        for (std::size_t i = 0; i < paths.size(); i += 2) EXPECT_FALSE(isOpen(paths[i])) << i;  // left to the owner
+        for (std::size_t i = 0; i + 1 < paths.size(); ++i) EXPECT_FALSE(isOpen(paths[i])) << i;
     }
     for (const std::string& path : paths) EXPECT_FALSE(isOpen(path));
+}
+
+TEST_F(SourcePreloaderTest, WhileAFileIsOpenedTheOwnerOpensTheNext) {
+    std::promise<void> begun;
+    std::promise<void> helped;
+    std::atomic<bool> inTime = false;
+    SourcePreloader preloader(paths.size(), [&](std::size_t index) {
+        // The thread stays with the file at 1 until the owner has begun with one behind it.
+        if (index == 1 && std::this_thread::get_id() != owner) {
+            begun.set_value();
+            inTime = helped.get_future().wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+        }
+        if (index == 2 && std::this_thread::get_id() == owner) helped.set_value();
+        return paths[index];
+    });
+    begun.get_future().wait();
+    preloader.reached(1);
+    EXPECT_TRUE(inTime);
+    EXPECT_TRUE(isOpen(paths[1]));
+    EXPECT_TRUE(isOpen(paths[2]));
+}
+
+TEST_F(SourcePreloaderTest, OnlySoManyFilesAreOpenedAhead) {
+    std::atomic<std::size_t> last = 0;
+    SourcePreloader preloader(paths.size(), [&](std::size_t index) {
+        if (index > last && std::this_thread::get_id() != owner) last = index;
+        return paths[index];
+    });
+    preloader.reached(0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_GT(last, 0U);
+    EXPECT_LE(last, 16U);
 }
 
 }  // namespace
