@@ -204,6 +204,28 @@ TEST_F(PageTreeReading, ALargeTreeWhoseCountsLieIsWalked) {
     EXPECT_EQ(open(largeTree(1000, 1001, "99999 0 R"))->pageCount(), 1000U);
 }
 
+TEST_F(PageTreeReading, ATreeWhoseCountsAreThoseOfKidsIsWalked) {
+    constexpr int kids = 16;
+    for (const int node : {0, kids - 1}) {
+        std::string list;
+        RawPdf pdf;
+        pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+        for (int i = 0; i < kids; ++i) {
+            list += std::to_string(10 + i) + " 0 R ";
+            if (i == node) {
+                pdf.object(10 + i, "<</Type/Pages/Parent 2 0 R/Count 2/Kids[50 0 R 51 0 R]>>");
+            } else {
+                pdf.page(10 + i, "one", bare);
+            }
+        }
+        pdf.page(50, "two", bare).page(51, "three", bare);
+        pdf.object(2, "<</Type/Pages/Count " + std::to_string(kids) + "/Kids[" + list + "]>>");
+        const auto source = open(pdf.table().bytes());
+        ASSERT_TRUE(source);
+        EXPECT_EQ(source->pageCount(), kids + 1U) << node;
+    }
+}
+
 TEST_F(PageTreeReading, ADeepTreeDoesNotExhaustTheStack) {
     RawPdf pdf;
     pdf.object(1, "<</Type/Catalog/Pages 10 0 R>>");
