@@ -1,7 +1,6 @@
 #include "pdf/object/Object.h"
 
 #include "pdf/object/Characters.h"
-#include "pdf/object/StopFinder.h"
 
 #include <algorithm>
 #include <array>
@@ -66,6 +65,31 @@ struct Writer {
     }
 };
 
+// What a character means for a string that is written: 0 stands for itself.
+constexpr unsigned escaped = 1;
+constexpr unsigned unprintable = 2;
+constexpr auto stringTraits = [] {
+    std::array<std::uint8_t, 256> traits{};
+    for (std::size_t c = 0; c < traits.size(); ++c) traits[c] = c < ' ' || c > '~' ? unprintable : 0;
+    for (const char c : std::string_view("()\\\r")) traits[static_cast<unsigned char>(c)] |= escaped;
+    return traits;
+}();
+
+bool isMostlyUnprintable(std::string_view text) {
+    const auto count = std::ranges::count_if(
+        text, [](char c) { return (stringTraits[static_cast<unsigned char>(c)] & unprintable) != 0; });
+    return static_cast<std::size_t>(count) * 4 > text.size();
+}
+
+void writeEscaped(std::string& out, std::string_view text) {
+    out += '(';
+    for (const char c : text) {
+        if ((stringTraits[static_cast<unsigned char>(c)] & escaped) != 0) out += '\\';
+        out += c == '\r' ? 'r' : c;
+    }
+    out += ')';
+}
+
 }  // namespace
 
 const Object& Dictionary::operator[](std::string_view key) const noexcept {
@@ -114,26 +138,19 @@ void writeName(std::string& out, std::string_view name) {
 }
 
 void writeString(std::string& out, std::string_view text) {
-    StopFinder<'(', ')', '\\', '\r'> escaped(text);
-    const auto printable = [](char c) { return c >= ' ' && c <= '~'; };
-    const auto unprintable = text.size() - static_cast<std::size_t>(std::ranges::count_if(text, printable));
-    if (unprintable * 4 > text.size()) {
+    unsigned found = 0;
+    for (const char c : text) found |= stringTraits[static_cast<unsigned char>(c)];
+    if (found == 0) {
+        out += '(';
+        out += text;
+        out += ')';
+    } else if ((found & unprintable) != 0 && isMostlyUnprintable(text)) {
         out += '<';
         for (const char c : text) writeHexByte(out, c);
         out += '>';
-        return;
+    } else {
+        writeEscaped(out, text);
     }
-    out += '(';
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t stop = escaped.find(at);
-        out.append(text, at, stop - at);
-        if (stop < text.size()) {
-            out += '\\';
-            out += text[stop] == '\r' ? 'r' : text[stop];
-        }
-        at = stop + 1;
-    }
-    out += ')';
 }
 
 void writeReference(std::string& out, std::uint32_t number) {

@@ -106,8 +106,13 @@ TEST(Predictor, RowsLongerThanAnyMemoryDoNoHarm) {
 }
 
 TEST(Predictor, PredictingUpIsUndone) {
-    const std::string rows = noise(5 * 9);
-    EXPECT_EQ(undoPrediction(parameters("<</Predictor 12/Columns 5>>"), predictUp(rows, 5)), rows);
+    for (std::size_t width = 1; width < 20; ++width) {
+        const std::string columns = "<</Predictor 12/Columns " + std::to_string(width) + ">>";
+        for (const std::size_t count : {1U, 2U, 3U, 9U}) {
+            const std::string rows = noise(width * count);
+            EXPECT_EQ(undoPrediction(parameters(columns), predictUp(rows, width)), rows) << width << ' ' << count;
+        }
+    }
 }
 
 }  // namespace

@@ -30,6 +30,13 @@ TEST(Object, EveryStringSurvivesWritingAndReading) {
     }
 }
 
+TEST(Object, StringsAreEscapedOrInDigitsWhereTheyMustBe) {
+    EXPECT_EQ(written(Object(std::string("plain ~!"))), "(plain ~!)");
+    EXPECT_EQ(written(Object(std::string("a(b)c\\d\re"))), "(a\\(b\\)c\\\\d\\re)");
+    EXPECT_EQ(written(Object(std::string("abc\x01"))), "(abc\x01)");
+    EXPECT_EQ(written(Object(std::string("ab\x01"))), "<616201>");
+}
+
 TEST(Object, EveryNameSurvivesWritingAndReading) {
     std::string all;
     for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
