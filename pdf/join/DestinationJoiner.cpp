@@ -20,29 +20,14 @@ std::optional<std::string_view> plainText(std::string_view value) {
 void DestinationJoiner::begin(const SourceCopies& source) {
     source_ = &source;
     resolver_.emplace(source.document);
-    const DestinationNames& names = source.survey.destinations;
-    entries_.clear();
-    tree_.clear();
-    old_.clear();
-    entries_.reserve(names.tree.size() + names.old.size());
-    add(names.tree, 0, tree_);
-    add(names.old, names.tree.size(), old_);
+    entries_.assign(table().size(), {});
     allStay_ = source.isWhole;
     if (!source.isWhole) return;
     for (std::size_t place = 0; place < entries_.size(); ++place) keep(place);
 }
 
-/// `index`: of the first of them in the survey.
-void DestinationJoiner::add(const NamedValues& names, std::size_t index, NameTable& known) {
-    known.reserve(names.size());
-    for (const auto& [name, value] : names) {
-        if (known.add(name).isNew) entries_.push_back({.value = &value, .place = index});
-        ++index;
-    }
-}
-
 void DestinationJoiner::keep(std::size_t place) {
-    const std::string_view name = nameOf(place);
+    const std::string_view name = table().name(place);
     Name& entry = entries_[place];
     entry.joined = joined_.reserve(name, source_->ordinal);
     entry.state = State::Kept;
@@ -51,18 +36,14 @@ void DestinationJoiner::keep(std::size_t place) {
     allStay_ = allStay_ && entry.stays;
 }
 
-std::string_view DestinationJoiner::nameOf(std::size_t place) const {
-    return place < tree_.size() ? tree_.at(static_cast<std::uint32_t>(place))
-                                : old_.at(static_cast<std::uint32_t>(place - tree_.size()));
-}
-
 bool DestinationJoiner::writeNames() {
     if (source_->isWhole) source_->survey.readExplicit(source_->reader());
     bool any = false;
-    for (Name& name : entries_) {
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        Name& name = entries_[place];
         if (name.state != State::Kept) continue;
         text_.clear();
-        writeValue(name, text_);
+        writeValue(place, text_);
         joined_.set(name.joined, text_);
         name.state = State::Written;
         any = true;
@@ -74,16 +55,14 @@ void DestinationJoiner::release() {
     source_ = nullptr;
     resolver_.reset();
     entries_.clear();
-    tree_.clear();
-    old_.clear();
     indirect_.clear();
 }
 
 /// Appends the value of a name as text of the output. The pages of the output are others, so none can be given by its
 /// index.
-void DestinationJoiner::writeValue(const Name& name, std::string& out) {
+void DestinationJoiner::writeValue(std::size_t place, std::string& out) {
     // Nearly all are small objects to which nothing else refers. Written in place they take half of the room.
-    const auto known = source_->survey.explicitDestination(name.place);
+    const auto known = source_->survey.explicitDestination(place);
     constexpr std::size_t longestReference = 14;
     if (known && source_->reader().charge(longestReference + known->behind.size())) {
         out += '[';
@@ -91,11 +70,12 @@ void DestinationJoiner::writeValue(const Name& name, std::string& out) {
         out += known->behind;
         return;
     }
-    const Object* destination = name.value->reference() ? &valueOf(*name.value->reference()) : name.value;
+    const Object& value = table().value(place);
+    const Object* destination = value.reference() ? &valueOf(*value.reference()) : &value;
     if (destination->dictionary()) destination = &(*destination->dictionary())["D"];
     if (destination->reference()) destination = &valueOf(*destination->reference());
     const auto replaced = destination->array() ? withPage(*destination->array()) : std::nullopt;
-    out += source_->copied(replaced ? Parser(*replaced).parse() : *name.value);
+    out += source_->copied(replaced ? Parser(*replaced).parse() : value);
 }
 
 bool DestinationJoiner::isLive(const Object& value) {
@@ -107,14 +87,9 @@ bool DestinationJoiner::isLive(const Object& value) {
 
 /// The place of what a link means by a name or by a text; nothing where it means nothing.
 std::optional<std::size_t> DestinationJoiner::placeOf(std::string_view name, bool isName) const {
-    const auto inTree = [&]() -> std::optional<std::size_t> { return tree_.find(name); };
-    const auto inOld = [&]() -> std::optional<std::size_t> {
-        const auto index = old_.find(name);
-        return index ? std::optional(tree_.size() + *index) : std::nullopt;
-    };
-    const auto place = isName ? inOld() : inTree();
-    if (place) return place;
-    return isName ? inTree() : inOld();
+    const DestinationTable& names = table();
+    if (const auto place = isName ? names.findOld(name) : names.findInTree(name)) return place;
+    return isName ? names.findInTree(name) : names.findOld(name);
 }
 
 /// What takes the place of a name in a link of a page; nothing if it stays.
@@ -122,9 +97,9 @@ std::optional<std::string> DestinationJoiner::renamed(std::string_view name, boo
     const auto place = placeOf(name, isName);
     if (!place) return "null";
     Name& entry = entries_[*place];
-    if (overlay) return explicitly(entry, *overlay);
+    if (overlay) return explicitly(table().value(*place), *overlay);
     if (entry.state == State::Waiting) {
-        if (isLive(*entry.value)) {
+        if (isLive(table().value(*place))) {
             keep(*place);
         } else {
             entry.state = State::Dead;
@@ -151,8 +126,8 @@ std::string DestinationJoiner::pageReference(std::string_view index) const {
 
 /// The destination as an array with a reference of the source, which leads to the copy of the page that the overlay
 /// names.
-std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overlay) {
-    const auto destination = resolver_->resolve(*name.value);
+std::string DestinationJoiner::explicitly(const Object& value, const Overlay& overlay) {
+    const auto destination = resolver_->resolve(value);
     if (!destination) return "null";
     const PageTree::Page& page = source_->document.pages().pages()[destination->page];
     if (page.number == 0 || (overlay.find(page.number) == 0 && !source_->copier.isTaken(page.number))) return "null";
@@ -163,7 +138,7 @@ std::string DestinationJoiner::explicitly(const Name& name, const Overlay& overl
 
 bool DestinationJoiner::mayReplace(std::string_view destination) const {
     const auto text = plainString(destination);
-    const auto place = text ? tree_.find(*text) : std::nullopt;
+    const auto place = text ? table().findInTree(*text) : std::nullopt;
     if (!place) return true;
     if (allStay_) return false;
     return !entries_[*place].stays;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "pdf/join/JoinedNames.h"
-#include "pdf/join/NameTable.h"
 #include "pdf/join/SourceCopies.h"
 #include "pdf/read/DestinationResolver.h"
 #include "pdf/write/ObjectEditor.h"
@@ -46,32 +45,27 @@ public:
 private:
     enum class State : std::uint8_t { Waiting, Dead, Kept, Written };
     struct Name {
-        const Object* value = nullptr;
-        std::size_t place = 0;        // in the survey
         JoinedNames::Place joined{};  // if kept
         bool stays = false;           // likewise, as it is
         State state = State::Waiting;
     };
-    void add(const NamedValues& names, std::size_t index, NameTable& known);
+    [[nodiscard]] const DestinationTable& table() const noexcept { return source_->survey.destinations; }
     void keep(std::size_t place);
-    [[nodiscard]] std::string_view nameOf(std::size_t place) const;
     [[nodiscard]] bool isLive(const Object& value);
     [[nodiscard]] std::optional<std::size_t> placeOf(std::string_view name, bool isName) const;
     [[nodiscard]] std::optional<std::string> renamed(std::string_view name, bool isName, const Overlay* overlay);
     [[nodiscard]] std::string pageReference(std::string_view index) const;
-    [[nodiscard]] std::string explicitly(const Name& name, const Overlay& overlay);
+    [[nodiscard]] std::string explicitly(const Object& value, const Overlay& overlay);
     [[nodiscard]] std::optional<std::string> replacement(const Object& destination, const Overlay* overlay);
     [[nodiscard]] std::optional<std::string> withPage(const Array& destination) const;
     [[nodiscard]] const Object& valueOf(Reference reference);
-    void writeValue(const Name& name, std::string& out);
+    void writeValue(std::size_t place, std::string& out);
 
     JoinedNames joined_;
     // Of the source being copied.
     const SourceCopies* source_ = nullptr;
     std::optional<DestinationResolver> resolver_;
-    std::vector<Name> entries_;
-    NameTable tree_;                                      // of the names in `entries_`, in their order
-    NameTable old_;                                       // of those behind
+    std::vector<Name> entries_;                           // by the place of the destination
     bool allStay_ = false;                                // those of the tree as they are
     std::string text_;                                    // kept for its room
     std::unordered_map<std::uint32_t, Object> indirect_;  // destinations by object number, see `valueOf`

@@ -3,6 +3,7 @@
 #include "pdf/object/Object.h"
 
 #include <algorithm>
+#include <future>
 #include <type_traits>
 
 namespace quillon::pdf {
@@ -31,73 +32,119 @@ void fetchAhead(const Values& values, std::size_t at) {
     }
 }
 
-/// Writes a tree of the sorted `values`, whose leaves have the key `leaves`, from the leaves up.
-template <class Key, class Text>
-std::uint32_t writeTree(ObjectOutput& output, std::string_view leaves,
-                        const std::vector<std::pair<Key, Text>>& values) {
-    constexpr std::size_t fanOut = 64;
-    struct Node {
-        std::uint32_t number;
-        Key first;
-        Key last;
-    };
-    std::string text;  // of a node
-    const auto write = [&](const Key& first, const Key& last, bool isRoot) {
-        if (!isRoot) {
-            text += "/Limits[";
-            writeKey(text, first);
-            writeKey(text, last);
-            text += ']';
-        }
-        return Node{output.addObject(text += ">>"), first, last};
-    };
-    std::vector<Node> level;
-    for (std::size_t begin = 0; begin < values.size(); begin += fanOut) {
-        const std::size_t end = std::min(values.size(), begin + fanOut);
-        text = "<</";
-        text += leaves;
-        text += '[';
-        for (std::size_t i = begin; i < end; ++i) {
-            fetchAhead(values, i);
-            writeKey(text, values[i].first);
-            text += ' ';
-            text += values[i].second;
-        }
-        text += ']';
-        level.push_back(write(values[begin].first, values[end - 1].first, values.size() <= fanOut));
+template <class Key>
+void writeLimits(std::string& out, const Key& first, const Key& last) {
+    out += "/Limits[";
+    writeKey(out, first);
+    writeKey(out, last);
+    out += ']';
+}
+
+// Entries of a leaf, and kids of a node.
+constexpr std::size_t fanOut = 64;
+
+/// Does `work` from 0 to `size`, given as [begin, end), in two parts at a time if it is large: when names are written
+/// the other work is done, and a processor is idle. The second part begins at a multiple of `unit`.
+template <class Work>
+void inHalves(std::size_t size, std::size_t unit, const Work& work) {
+    constexpr std::size_t worthSharing = 4096;
+    const std::size_t half = size < worthSharing ? size : size / 2 / unit * unit;
+    std::future<void> other;
+    if (half < size) other = std::async(std::launch::async, work, half, size);
+    work(0, half);
+    if (other.valid()) other.get();
+}
+
+/// The text of the leaf that begins at `begin`, with the entry `key` for the pairs.
+template <class Values>
+std::string leafText(std::string_view key, const Values& values, std::size_t begin) {
+    const std::size_t end = std::min(values.size(), begin + fanOut);
+    constexpr std::size_t usualLeaf = 4096;
+    std::string text;
+    text.reserve(usualLeaf);
+    text += "<</";
+    text += key;
+    text += '[';
+    for (std::size_t i = begin; i < end; ++i) {
+        fetchAhead(values, i);
+        writeKey(text, values[i].first);
+        text += ' ';
+        text += values[i].second;
     }
+    text += ']';
+    if (values.size() > fanOut) writeLimits(text, values[begin].first, values[end - 1].first);
+    return text += ">>";
+}
+
+template <class Key>
+struct TreeNode {
+    std::uint32_t number;
+    Key first;
+    Key last;
+};
+
+template <class Key, class Text>
+std::vector<TreeNode<Key>> writeLeaves(ObjectOutput& output, std::string_view key,
+                                       const std::vector<std::pair<Key, Text>>& values) {
+    std::vector<std::string> texts((values.size() + fanOut - 1) / fanOut);
+    inHalves(values.size(), fanOut, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t at = begin; at < end; at += fanOut) texts[at / fanOut] = leafText(key, values, at);
+    });
+    std::vector<TreeNode<Key>> leaves;
+    for (std::size_t at = 0; at < values.size(); at += fanOut) {
+        const std::size_t last = std::min(values.size(), at + fanOut) - 1;
+        leaves.push_back({output.addObject(texts[at / fanOut]), values[at].first, values[last].first});
+    }
+    return leaves;
+}
+
+/// Writes a tree of the sorted `values`, whose leaves have the key `key`, from the leaves up.
+template <class Key, class Text>
+std::uint32_t writeTree(ObjectOutput& output, std::string_view key, const std::vector<std::pair<Key, Text>>& values) {
+    if (values.empty()) return output.addObject("<</" + std::string(key) + "[]>>");
+    std::vector<TreeNode<Key>> level = writeLeaves(output, key, values);
     while (level.size() > 1) {
-        std::vector<Node> above;
+        std::vector<TreeNode<Key>> above;
         for (std::size_t begin = 0; begin < level.size(); begin += fanOut) {
             const std::size_t end = std::min(level.size(), begin + fanOut);
-            text = "<</Kids[";
+            std::string text = "<</Kids[";
             for (std::size_t i = begin; i < end; ++i) text += std::to_string(level[i].number) + " 0 R ";
             text += ']';
-            above.push_back(write(level[begin].first, level[end - 1].last, level.size() <= fanOut));
+            if (level.size() > fanOut) writeLimits(text, level[begin].first, level[end - 1].last);
+            above.push_back({output.addObject(text += ">>"), level[begin].first, level[end - 1].last});
         }
         level = std::move(above);
     }
-    return level.empty() ? output.addObject("<</" + std::string(leaves) + "[]>>") : level.front().number;
+    return level.front().number;
+}
+
+bool isBefore(const NamesAndTexts::value_type& a, const NamesAndTexts::value_type& b) {
+    return a.first < b.first;
 }
 
 /// The names of each source come in order, or nearly so; such runs are merged.
-void sortRuns(NamesAndTexts& values) {
-    const auto less = [](const auto& a, const auto& b) { return a.first < b.first; };
+void sortRuns(NamesAndTexts::iterator first, NamesAndTexts::iterator last) {
     std::vector<NamesAndTexts::iterator> ends;
-    for (auto at = values.begin(); at != values.end(); ends.push_back(at)) {
-        at = std::is_sorted_until(at, values.end(), less);
-    }
+    for (auto at = first; at != last; ends.push_back(at)) at = std::is_sorted_until(at, last, isBefore);
     while (ends.size() > 1) {
         std::vector<NamesAndTexts::iterator> merged;
-        auto begin = values.begin();
+        auto begin = first;
         for (std::size_t i = 0; i < ends.size(); i += 2) {
             const auto end = i + 1 < ends.size() ? ends[i + 1] : ends[i];
-            std::inplace_merge(begin, ends[i], end, less);
+            std::inplace_merge(begin, ends[i], end, isBefore);
             merged.push_back(end);
             begin = end;
         }
         ends = std::move(merged);
     }
+}
+
+void sortNames(NamesAndTexts& values) {
+    inHalves(values.size(), 1, [&](std::size_t begin, std::size_t end) {
+        sortRuns(values.begin() + static_cast<std::ptrdiff_t>(begin),
+                 values.begin() + static_cast<std::ptrdiff_t>(end));
+    });
+    sortRuns(values.begin(), values.end());
 }
 
 }  // namespace
@@ -123,7 +170,7 @@ std::uint32_t JoinedNames::write(ObjectOutput& output) const {
     NamesAndTexts named;
     named.reserve(values_.size());
     for (const auto& [place, value] : values_) named.emplace_back(nameAt(place), value);
-    sortRuns(named);
+    sortNames(named);
     return writeTree(output, "Names", named);
 }
 

@@ -22,7 +22,10 @@ std::uint64_t randomSeed() {
 
 }  // namespace
 
-NameTable::NameTable() : seed_(randomSeed()) {}
+NameTable::NameTable() {
+    static const std::uint64_t seed = randomSeed();
+    seed_ = seed;
+}
 
 std::uint32_t NameTable::hashOf(std::string_view name) const {
     return static_cast<std::uint32_t>(XXH3_64bits_withSeed(name.data(), name.size(), seed_));

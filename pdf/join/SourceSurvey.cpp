@@ -11,7 +11,7 @@ SourceSurvey SourceSurvey::read(const SourcePlan& plan, SourceDocument& document
         if (copy.sourcePage < taken.size()) taken[copy.sourcePage] = true;
     }
     survey.isWhole = std::ranges::find(taken, false) == taken.end();
-    if (wishes.destinations) survey.destinations = readDestinationNames(document);
+    if (wishes.destinations) survey.destinations = DestinationTable(readDestinationNames(document));
     if (wishes.fields && document.catalogKeys().has("AcroForm") && document.catalog()) {
         ObjectReader& reader = document.reader();
         const Object catalog = reader.parse(*document.catalog());
@@ -27,30 +27,27 @@ SourceSurvey SourceSurvey::read(const SourcePlan& plan, SourceDocument& document
 /// In the order of the objects, since that is the order in which they stand in object streams.
 void SourceSurvey::readExplicit(ObjectReader& reader) {
     if (!explicit_.empty() && wereRecovered_ == reader.table().recovered) return;
-    explicit_.clear();
+    explicit_.assign(destinations.size(), {});
     texts_.clear();
     std::vector<std::pair<Reference, std::size_t>> order;
-    for (const auto* names : {&destinations.tree, &destinations.old}) {
-        for (const auto& [name, value] : *names) {
-            if (value.reference()) order.emplace_back(*value.reference(), explicit_.size());
-            explicit_.emplace_back();
-        }
+    for (std::size_t place = 0; place < destinations.size(); ++place) {
+        if (const Reference* reference = destinations.value(place).reference()) order.emplace_back(*reference, place);
     }
     std::ranges::sort(order);
-    for (const auto& [reference, index] : order) {
+    for (const auto& [reference, place] : order) {
         const auto object = reader.find(reference);
         const auto found = object ? pdf::explicitDestination(object->text()) : std::nullopt;
         if (!found || texts_.size() > UINT32_MAX) continue;
-        explicit_[index] = {found->page, static_cast<std::uint32_t>(texts_.size()),
+        explicit_[place] = {found->page, static_cast<std::uint32_t>(texts_.size()),
                             static_cast<std::uint32_t>(found->behind.size())};
         texts_ += found->behind;
     }
     wereRecovered_ = reader.table().recovered;
 }
 
-std::optional<ExplicitDestination> SourceSurvey::explicitDestination(std::size_t index) const {
-    if (index >= explicit_.size() || explicit_[index].page.number == 0) return std::nullopt;
-    const Explicit& found = explicit_[index];
+std::optional<ExplicitDestination> SourceSurvey::explicitDestination(std::size_t place) const {
+    if (place >= explicit_.size() || explicit_[place].page.number == 0) return std::nullopt;
+    const Explicit& found = explicit_[place];
     return ExplicitDestination{found.page, std::string_view(texts_).substr(found.begin, found.length)};
 }
 

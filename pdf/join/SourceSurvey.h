@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/join/DestinationTable.h"
 #include "pdf/join/FieldTree.h"
 #include "pdf/join/PageFields.h"
 #include "pdf/read/DestinationResolver.h"
@@ -17,7 +18,7 @@ namespace quillon::pdf {
 /// What the joiners must know of a source before its pages are copied.
 struct SourceSurvey {
     bool isWhole = false;           ///< every page of the source is taken
-    DestinationNames destinations;  ///< only if they are asked for
+    DestinationTable destinations;  ///< only if they are asked for
     FieldTree fields;               ///< of the form, likewise
     PageFields pageFields;          ///< likewise, of the pages that are taken
 
@@ -31,9 +32,9 @@ struct SourceSurvey {
 
     /// Reads what `explicitDestination` gives, unless that was done before and the file has not been scanned since.
     void readExplicit(ObjectReader& reader);
-    /// The value of the destination at `index` of `destinations.tree`, or behind those of `destinations.old`, if it is
-    /// a short array that names its page by a reference of the source; nothing of any other, and before `readExplicit`.
-    [[nodiscard]] std::optional<ExplicitDestination> explicitDestination(std::size_t index) const;
+    /// The value of the destination at `place`, if it is a short array that names its page by a reference of the
+    /// source; nothing of any other, and before `readExplicit`.
+    [[nodiscard]] std::optional<ExplicitDestination> explicitDestination(std::size_t place) const;
 
 private:
     struct Explicit {

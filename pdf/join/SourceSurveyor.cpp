@@ -1,6 +1,9 @@
 #include "pdf/join/SourceSurveyor.h"
 
+#include "pdf/io/BackgroundThread.h"
 #include "pdf/read/Source.h"
+
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -19,17 +22,29 @@ SourceSurveyor::~SourceSurveyor() {
 SourceSurvey SourceSurveyor::take(std::size_t index) {
     std::unique_lock lock(mutex_);
     if (index == 0 && sources_.size() > 1) thread_ = std::thread([this] { run(); });
-    changed_.wait(lock, [&] { return next_ == index || !ready_.empty(); });
-    if (next_ == index) {
-        ++next_;
-        lock.unlock();
-        return read(index, callersHolds_).survey;
+    auto found = ready_.find(index);
+    for (; found == ready_.end(); found = ready_.find(index)) {
+        if (mayRead()) {
+            readNext(callersHolds_, lock);
+        } else {
+            changed_.wait(lock);
+        }
     }
-    Ready next = std::move(ready_.front());
-    ready_.pop_front();
-    bytesAhead_ -= next.bytes;
-    if (threadWaits_ && ready_.size() <= mostAhead / 2) changed_.notify_all();
-    return std::move(next.survey);
+    Ready taken = std::move(found->second);
+    ready_.erase(found);
+    bytesAhead_ -= taken.bytes;
+    if (threadWaits_ && next_ < sources_.size() && ready_.size() <= mostAhead / 2) changed_.notify_all();
+    return std::move(taken.survey);
+}
+
+void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {
+    document->reader().file().clear();  // the caller's own memory
+    const std::size_t bytes = document->reader().textInMemory();
+    const std::lock_guard lock(mutex_);
+    if (!thread_.joinable() || bytesDiscarded_ + bytes > mostDiscarded) return;
+    discarded_.push_back(std::move(document));
+    bytesDiscarded_ += bytes;
+    if (threadWaits_ && bytesDiscarded_ >= worthFreeing) changed_.notify_all();
 }
 
 /// Whoever reads a source, later ones as well as the first, leaves its reader in the same state: what is read in which
@@ -55,25 +70,38 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     return {std::move(survey), reader.textInMemory()};
 }
 
+/// Unlocked for as long as it takes.
+void SourceSurveyor::readNext(SourceHolds& holds, std::unique_lock<std::mutex>& lock) {
+    const std::size_t index = next_++;
+    lock.unlock();
+    Ready next = read(index, holds);
+    lock.lock();
+    bytesAhead_ += next.bytes;
+    ready_.emplace(index, std::move(next));
+}
+
+void SourceSurveyor::freeDiscarded(std::unique_lock<std::mutex>& lock) {
+    auto freed = std::exchange(discarded_, {});
+    bytesDiscarded_ = 0;
+    lock.unlock();
+    freed.clear();
+    lock.lock();
+}
+
 void SourceSurveyor::run() {
-    const auto hasRoom = [this] {
-        return ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);
-    };
+    giveWay(7);
     std::unique_lock lock(mutex_);
-    while (!stop_ && next_ < sources_.size()) {
-        if (!hasRoom()) {
+    while (!stop_) {
+        if (mayRead()) {
+            readNext(holds_, lock);
+            changed_.notify_all();
+        } else if (!discarded_.empty()) {
+            freeDiscarded(lock);
+        } else {
             threadWaits_ = true;
             changed_.wait(lock);
             threadWaits_ = false;
-            continue;
         }
-        const std::size_t index = next_++;
-        lock.unlock();
-        Ready next = read(index, holds_);
-        lock.lock();
-        bytesAhead_ += next.bytes;
-        ready_.push_back(std::move(next));
-        changed_.notify_all();
     }
 }
 

@@ -7,16 +7,18 @@
 
 #include <condition_variable>
 #include <cstddef>
-#include <deque>
 #include <functional>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace quillon::pdf {
 
 /// Looks through the sources of a merge in their order, on a thread of its own a little ahead of the one that copies
-/// them: reads their structure and what is asked for, and announces their object streams. If it is not ahead, the one
-/// that copies looks for itself. What is found does not depend on timing.
+/// them: reads their structure and what is asked for, and announces their object streams. While it is not ahead, the
+/// one that copies looks through sources too. What is found does not depend on timing.
 class SourceSurveyor {
 public:
     /// What is asked for of the source at an index. Called on both threads.
@@ -31,19 +33,31 @@ public:
     /// The survey of the source at `index`, each once and in order; nothing of a source that is locked or gone. The
     /// caller must not have access to any source.
     [[nodiscard]] SourceSurvey take(std::size_t index);
+    /// Frees the structure of a source that has been copied, on the thread if it is not busy with large ones: most of
+    /// it is that thread's memory, and there is a lot of it.
+    void discard(std::unique_ptr<SourceDocument> document);
 
 private:
     struct Ready {
         SourceSurvey survey;
-        std::size_t bytes;
+        std::size_t bytes = 0;
     };
 
     [[nodiscard]] Ready read(std::size_t index, SourceHolds& holds);
+    void readNext(SourceHolds& holds, std::unique_lock<std::mutex>& lock);
+    void freeDiscarded(std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] bool mayRead() const noexcept {
+        const bool hasRoom = ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);
+        return next_ < sources_.size() && hasRoom;
+    }
     void run();
 
     // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps.
     static constexpr std::size_t mostAhead = 6;
     static constexpr std::size_t mostBytesAhead = 12U << 20U;
+    // Bytes discarded and not freed yet: those that are worth waking the thread, and the most that it is left.
+    static constexpr std::size_t worthFreeing = 1U << 20U;
+    static constexpr std::size_t mostDiscarded = 8U << 20U;
 
     const SourcePlans& sources_;
     ObjectStreamPrefetcher& prefetcher_;
@@ -52,9 +66,11 @@ private:
     SourceHolds holds_;  // the thread's
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::size_t next_ = 0;     // the first source that nobody has begun with; guarded, as the rest
-    std::deque<Ready> ready_;  // of those before it, without those that the caller has read
+    std::size_t next_ = 0;                // the first source that nobody has begun with; guarded, as the rest
+    std::map<std::size_t, Ready> ready_;  // by index
     std::size_t bytesAhead_ = 0;
+    std::vector<std::unique_ptr<SourceDocument>> discarded_;
+    std::size_t bytesDiscarded_ = 0;
     bool stop_ = false;
     bool threadWaits_ = false;
     std::thread thread_;

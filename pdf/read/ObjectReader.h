@@ -68,6 +68,11 @@ public:
 
     /// Whether the cross-reference data has such an object.
     [[nodiscard]] bool exists(Reference reference) const;
+    /// The object at `entry` is about to be read: if its object stream is the one read last, has the processor fetch
+    /// it.
+    void fetchAhead(const CrossReferenceEntry& entry) const noexcept {
+        if (lastObjects_ && entry.place == lastStream_) lastObjects_->fetchAhead(entry.detail);
+    }
     /// Whether the text of a value is null or refers to nothing; such an entry counts as missing (ISO 32000-2, 7.3.7).
     [[nodiscard]] bool isNull(std::string_view valueText);
     /// Whether a structure that named `places` objects so far can still be that of a file of this size.

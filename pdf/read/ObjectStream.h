@@ -27,6 +27,10 @@ public:
     /// The place of object `number`, which `hint` usually is; nothing when the stream does not hold it.
     [[nodiscard]] std::optional<std::size_t> find(std::uint32_t number, std::size_t hint) const noexcept;
     [[nodiscard]] const std::string& bytes() const noexcept { return bytes_; }
+    /// Has the processor fetch the value at `index`, if there is one, from memory: it is about to be read.
+    void fetchAhead(std::size_t index) const noexcept {
+        if (index < index_.size()) __builtin_prefetch(bytes_.data() + index_[index].offset);
+    }
 
 private:
     struct Place {

@@ -1,5 +1,7 @@
 #include "pdf/read/ObjectStreamPrefetcher.h"
 
+#include "pdf/io/BackgroundThread.h"
+
 namespace quillon::pdf {
 
 ObjectStreamPrefetcher::~ObjectStreamPrefetcher() {
@@ -60,6 +62,7 @@ void ObjectStreamPrefetcher::forget(const InputFile& file) {
 }
 
 void ObjectStreamPrefetcher::run() {
+    giveWay(5);
     std::unique_lock lock(mutex_);
     while (!stop_) {
         if (order_.empty() || ahead_ > mostAhead) {

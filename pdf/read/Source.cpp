@@ -90,9 +90,9 @@ void SourceAccess::distrustCounts() {
     release();
 }
 
-void SourceAccess::release() {
-    source_.document_.reset();
+std::unique_ptr<SourceDocument> SourceAccess::detach() {
     SourceRegistry::instance().drop(source_);
+    return std::move(source_.document_);
 }
 
 }  // namespace quillon::pdf

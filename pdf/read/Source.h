@@ -82,8 +82,10 @@ public:
     [[nodiscard]] SourceDocument* document() const noexcept { return source_.document_.get(); }
     [[nodiscard]] Warnings& warnings() const noexcept { return source_.warnings_; }
     /// Drops the structure to free its memory.
-    void release();
-    /// The same, and from now on every page of the tree is looked at.
+    void release() { static_cast<void>(detach()); }
+    /// The same for who frees it later: what is returned must not be used any more.
+    [[nodiscard]] std::unique_ptr<SourceDocument> detach();
+    /// Drops the structure, and from now on every page of the tree is looked at.
     void distrustCounts();
 
 private:

@@ -37,7 +37,8 @@ public:
 
 private:
     void writeHeader();
-    void copySource(const SourcePlan& source, SourceSurvey& survey, ObjectStreamPrefetcher& prefetcher);
+    std::unique_ptr<SourceDocument> copySource(const SourcePlan& source, SourceSurvey& survey,
+                                               ObjectStreamPrefetcher& prefetcher);
     void copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies, SourceCopier& copier);
     void writeCatalog();
     void copyBase(SourceDocument& document, SourceCopier& copier);
@@ -81,7 +82,7 @@ bool DocumentWriter::write(WriteResult& result) {
                                 [this](std::size_t index) { return joiner_.wishesFor(sources_[index]); });
         for (std::size_t i = 0; i < sources_.size(); ++i) {
             SourceSurvey survey = surveyor.take(i);
-            copySource(sources_[i], survey, prefetcher);
+            if (auto document = copySource(sources_[i], survey, prefetcher)) surveyor.discard(std::move(document));
         }
     }
     writeMadePages();
@@ -119,7 +120,9 @@ void DocumentWriter::writeHeader() {
     file_.write("%PDF-" + std::to_string(version / 10) + '.' + std::to_string(version % 10) + "\n%\xE2\xE3\xCF\xD3\n");
 }
 
-void DocumentWriter::copySource(const SourcePlan& source, SourceSurvey& survey, ObjectStreamPrefetcher& prefetcher) {
+/// Returns the structure of the source, of no use any more; null where there was none.
+std::unique_ptr<SourceDocument> DocumentWriter::copySource(const SourcePlan& source, SourceSurvey& survey,
+                                                           ObjectStreamPrefetcher& prefetcher) {
     SourceAccess access(*source.source());
     SourceDocument* document = access.document();
     if (!document || document->isLocked()) {
@@ -127,7 +130,7 @@ void DocumentWriter::copySource(const SourcePlan& source, SourceSurvey& survey, 
                                                  : "has changed or gone since it was opened; its pages are left out";
         for (const SourcePlan::Copy& copy : source.copies()) drop(copy.outputPage, source.source()->path(), reason);
         prefetcher.forget(*source.source()->file());
-        return;
+        return nullptr;
     }
     document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_, source.source() == plan_.base);
@@ -142,9 +145,8 @@ void DocumentWriter::copySource(const SourcePlan& source, SourceSurvey& survey, 
     if (document->wasMisled()) {
         repeat_ = true;
         access.distrustCounts();
-    } else {
-        access.release();
     }
+    return access.detach();
 }
 
 void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& document, PageCopies& copies,

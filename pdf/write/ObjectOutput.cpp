@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 
 namespace quillon::pdf {
 
@@ -15,8 +16,11 @@ namespace {
 
 constexpr std::string_view streamEnd = "\nendstream\nendobj\n";
 
+/// `bytes`: 1 to 8.
 void putBigEndian(char* out, std::uint64_t value, unsigned bytes) {
-    for (unsigned i = 0; i < bytes; ++i) out[i] = static_cast<char>(value >> (8 * (bytes - 1 - i)));
+    std::array<char, 8> text{};
+    for (std::size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>(value >> (8 * (text.size() - 1 - i)));
+    std::memcpy(out, text.data() + text.size() - bytes, bytes);
 }
 
 void appendBigEndian(std::string& out, std::uint64_t value, unsigned bytes) {

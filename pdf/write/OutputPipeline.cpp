@@ -1,6 +1,7 @@
 #include "pdf/write/OutputPipeline.h"
 
 #include "pdf/filter/Flate.h"
+#include "pdf/io/BackgroundThread.h"
 
 #include <algorithm>
 #include <new>
@@ -73,8 +74,7 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
     if (writerWaits_ && ahead_ >= wakeBytes) changed_.notify_all();
     while (ahead_ > mostAhead) {
         if (Item* todo = nextToPrepare()) {
-            prepareUnlocked(*todo, callersDeflater_, lock);
-            if (writerWaits_) changed_.notify_all();
+            prepareForWriter(*todo, lock);
         } else {
             callerWaits_ = true;
             changed_.wait(lock);
@@ -86,9 +86,10 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
 bool OutputPipeline::finish() {
     if (!thread_.joinable()) return !failed_;
     {
-        const std::lock_guard lock(mutex_);
+        std::unique_lock lock(mutex_);
         done_ = true;
         changed_.notify_all();
+        while (Item* todo = nextToPrepare()) prepareForWriter(*todo, lock);
     }
     thread_.join();
     spare_ = {};
@@ -137,6 +138,12 @@ void OutputPipeline::prepareUnlocked(Item& item, FastDeflater& deflater, std::un
     item.state = State::Ready;
 }
 
+/// On the caller's thread.
+void OutputPipeline::prepareForWriter(Item& item, std::unique_lock<std::mutex>& lock) {
+    prepareUnlocked(item, callersDeflater_, lock);
+    if (writerWaits_) changed_.notify_all();
+}
+
 void OutputPipeline::deflate(Item& item, FastDeflater& deflater) {
     std::string deflated = takeSpare(item.bytes.size() / 2);
     deflater.deflate(item.bytes, *item.codes, deflated);
@@ -162,6 +169,7 @@ void OutputPipeline::read(Item& item) {
 }
 
 void OutputPipeline::run() {
+    giveWay(3);
     FastDeflater deflater;
     std::unique_lock lock(mutex_);
     while (true) {

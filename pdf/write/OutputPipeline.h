@@ -97,6 +97,7 @@ private:
     [[nodiscard]] static std::size_t sizeOf(const Item& item) noexcept;
     [[nodiscard]] Item* nextToPrepare();
     void prepareUnlocked(Item& item, FastDeflater& deflater, std::unique_lock<std::mutex>& lock);
+    void prepareForWriter(Item& item, std::unique_lock<std::mutex>& lock);
     void deflate(Item& item, FastDeflater& deflater);
     void read(Item& item);
     [[nodiscard]] std::string takeSpare(std::size_t bytes);
@@ -108,9 +109,9 @@ private:
     void put(std::string_view bytes);
     void put(std::string_view bytes, std::uint32_t sum);
 
-    static constexpr std::size_t mostAhead = 1U << 20U;
+    static constexpr std::size_t mostAhead = 8U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
-    static constexpr std::size_t wakeBytes = 256U << 10U;
+    static constexpr std::size_t wakeBytes = 1U << 20U;
     static constexpr std::size_t mostSpare = 16;
     // What is copied from a file is read in pieces of this many bytes.
     static constexpr std::uint64_t pieceBytes = 256U << 10U;

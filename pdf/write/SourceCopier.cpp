@@ -11,9 +11,20 @@ namespace quillon::pdf {
 
 namespace {
 
+/// Whether a dictionary begins with a type that is not that of a page, as nearly all with a type do.
+bool beginsWithOtherType(std::string_view text) {
+    constexpr std::string_view key = "/Type";
+    const std::size_t at = skipBlank(text, 2);
+    if (text.substr(std::min(at, text.size()), key.size()) != key) return false;
+    const std::size_t value = skipBlank(text, at + key.size());
+    return value < text.size() && text[value] == '/' && !text.substr(value + 1).starts_with("Page");
+}
+
 /// Whether `text` is a page's dictionary. Asked of objects that are no page of the tree: a page that an update has
 /// removed, for one. Nearly every object passes here, so a quick search for the name comes first.
 bool isPageObject(std::string_view text) {
+    text.remove_prefix(std::min(skipBlank(text, 0), text.size()));
+    if (!text.starts_with("<<") || beginsWithOtherType(text)) return false;
     StopFinder<'P'> stops(text);
     for (std::size_t at = stops.find(1); at < text.size(); at = stops.find(at + 1)) {
         if (text[at - 1] == '/' && text.substr(at, 4) == "Page") return findValue(text, "Type") == "/Page";
@@ -65,7 +76,9 @@ std::uint32_t SourceCopier::discover(Reference reference) {
     using enum CrossReferenceEntry::Kind;
     if (!reader_.exists(reference)) return 0;
     Pending pending{.reference = reference};
-    if (entry.kind == InFile) {
+    if (entry.kind == InObjectStream) {
+        reader_.fetchAhead(entry);
+    } else if (entry.kind == InFile) {
         if (const auto stream = copyStreamNow(reference, pending)) return *stream;
         pending.maybeStream = openStreams_.size() == deepestStream;
     }

@@ -2,7 +2,11 @@
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/RawPdf.h"
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <future>
+#include <thread>
 
 namespace quillon::pdf {
 namespace {
@@ -43,7 +47,7 @@ TEST_F(Surveying, FindsWhatIsAskedForInTheOrderOfTheSources) {
     ASSERT_EQ(surveys.size(), sources.size());
     for (std::size_t i = 0; i < surveys.size(); ++i) {
         EXPECT_TRUE(surveys[i].isWhole);
-        EXPECT_EQ(surveys[i].destinations.tree.size(), i == 7 ? 0U : 5U);
+        EXPECT_EQ(surveys[i].destinations.size(), i == 7 ? 0U : 5U);
         EXPECT_EQ(surveys[i].fields.nodes().size(), i == 7 ? 0U : 1U);
     }
 }
@@ -115,6 +119,37 @@ TEST_F(Surveying, FindsTheFieldsOfEachPage) {
     EXPECT_FALSE(fields.on(4));
 }
 
+TEST_F(Surveying, WhileASourceIsReadTheCallerReadsTheNext) {
+    std::vector<std::shared_ptr<Source>> files;
+    for (int i = 0; i < 5; ++i) files.push_back(named("f" + std::to_string(i)));
+    const DocumentPlan plan = planOf(files);
+    const SourcePlans sources(plan);
+    const std::thread::id caller = std::this_thread::get_id();
+    std::promise<void> begun;
+    std::promise<void> helped;
+    std::atomic<bool> inTime = false;
+    ObjectStreamPrefetcher prefetcher;
+    SourceSurveyor surveyor(sources, prefetcher, [&](std::size_t index) {
+        // The caller stays with the first source until the thread has begun with the second, and the thread with that
+        // until the caller has begun with the third.
+        if (index == 0) begun.get_future().wait();
+        if (index == 1 && std::this_thread::get_id() != caller) {
+            begun.set_value();
+            inTime = helped.get_future().wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+        }
+        if (index == 2 && std::this_thread::get_id() == caller) helped.set_value();
+        return SourceSurvey::Wishes{.destinations = true, .fields = true};
+    });
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const SourceSurvey survey = surveyor.take(i);
+        EXPECT_EQ(survey.destinations.size(), 5U) << i;
+        EXPECT_EQ(survey.explicitDestination(0).has_value(), i != 0) << i;
+        SourceAccess access(*files[i]);
+        surveyor.discard(access.detach());
+    }
+    EXPECT_TRUE(inTime);
+}
+
 TEST_F(Surveying, ASourceOfWhichPagesAreLeftOutIsNotWhole) {
     const auto source = named("a");
     DocumentPlan plan = planOf({named("first"), source});
@@ -133,8 +168,8 @@ TEST_F(Surveying, ASourceThatHasGoneGivesNothing) {
     }
     std::filesystem::resize_file(source->path(), 10);
     const auto surveys = survey(planOf({named("first"), source, named("last")}));
-    EXPECT_TRUE(surveys[1].destinations.tree.empty());
-    EXPECT_EQ(surveys[2].destinations.tree.size(), 5U);
+    EXPECT_EQ(surveys[1].destinations.size(), 0U);
+    EXPECT_EQ(surveys[2].destinations.size(), 5U);
 }
 
 TEST_F(Surveying, CanBeLeftAtAnyTime) {
