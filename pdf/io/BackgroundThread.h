@@ -2,9 +2,9 @@
 
 namespace quillon::pdf {
 
-/// Makes the calling thread give way to others of the program by `steps` of niceness, up to the weakest. For threads
-/// that work ahead of the one that everybody waits for: on a machine with few processors they would slow it down. Only
-/// a hint: where the system does not allow it, nothing happens.
+/// Makes the calling thread give way to the main one, and those that run like it, by `steps` of niceness at least. For
+/// threads that work ahead of or behind the one that finds out what is to be done: where processors are few they would
+/// only slow that down. A hint: where the system does not allow it, nothing happens.
 void giveWay(int steps) noexcept;
 
 }  // namespace quillon::pdf

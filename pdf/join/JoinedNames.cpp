@@ -50,7 +50,8 @@ void inHalves(std::size_t size, std::size_t unit, const Work& work) {
     constexpr std::size_t worthSharing = 4096;
     const std::size_t half = size < worthSharing ? size : size / 2 / unit * unit;
     std::future<void> other;
-    if (half < size) other = std::async(std::launch::async, work, half, size);
+    // Where no thread can be had, the second part is done when it is asked for.
+    if (half < size) other = std::async(std::launch::async | std::launch::deferred, work, half, size);
     work(0, half);
     if (other.valid()) other.get();
 }
@@ -93,7 +94,8 @@ std::vector<TreeNode<Key>> writeLeaves(ObjectOutput& output, std::string_view ke
     std::vector<TreeNode<Key>> leaves;
     for (std::size_t at = 0; at < values.size(); at += fanOut) {
         const std::size_t last = std::min(values.size(), at + fanOut) - 1;
-        leaves.push_back({output.addObject(texts[at / fanOut]), values[at].first, values[last].first});
+        const std::string text = std::move(texts[at / fanOut]);
+        leaves.push_back({output.addObject(text), values[at].first, values[last].first});
     }
     return leaves;
 }

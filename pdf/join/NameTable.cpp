@@ -20,12 +20,15 @@ std::uint64_t randomSeed() {
     return seed;
 }
 
+/// The same for every table: to ask the system for each of a thousand takes long.
+std::uint64_t programSeed() {
+    static const std::uint64_t seed = randomSeed();
+    return seed;
+}
+
 }  // namespace
 
-NameTable::NameTable() {
-    static const std::uint64_t seed = randomSeed();
-    seed_ = seed;
-}
+NameTable::NameTable() : seed_(programSeed()) {}
 
 std::uint32_t NameTable::hashOf(std::string_view name) const {
     return static_cast<std::uint32_t>(XXH3_64bits_withSeed(name.data(), name.size(), seed_));
@@ -81,11 +84,6 @@ void NameTable::grow(std::size_t slots) {
         while (slots_[at].place != 0) at = (at + 1) & mask;
         slots_[at] = slot;
     }
-}
-
-void NameTable::clear() {
-    slots_ = {};
-    names_ = {};
 }
 
 }  // namespace quillon::pdf

@@ -32,7 +32,6 @@ public:
 
     /// Makes room for `count` names at once.
     void reserve(std::size_t count);
-    void clear();
 
 private:
     struct Slot {

@@ -39,12 +39,12 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
 
 void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {
     document->reader().file().clear();  // the caller's own memory
-    const std::size_t bytes = document->reader().textInMemory();
+    const std::size_t bytes = document->memory() + document->reader().textInMemory();
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable() || bytesDiscarded_ + bytes > mostDiscarded) return;
     discarded_.push_back(std::move(document));
     bytesDiscarded_ += bytes;
-    if (threadWaits_ && bytesDiscarded_ >= worthFreeing) changed_.notify_all();
+    if (threadWaits_ && mustFree()) changed_.notify_all();
 }
 
 /// Whoever reads a source, later ones as well as the first, leaves its reader in the same state: what is read in which
@@ -55,19 +55,19 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     const SourceAccess access(*plan.source());
     if (!access.document() || access.document()->isLocked()) return {};
     ObjectReader& reader = access.document()->reader();
-    const auto announce = [&] {
-        prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
-    };
     // The caller always reads the first, and nothing is there yet that could be done meanwhile.
     const bool isFirst = index == 0;
-    if (isFirst) announce();
-    if (isFirst) reader.setPrefetcher(&prefetcher_);
+    if (isFirst) {
+        prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
+        reader.setPrefetcher(&prefetcher_);
+    }
     SourceSurvey survey = SourceSurvey::read(plan, *access.document(), wishes_(index));
     // Of a source that is not whole only the names are kept that links use.
     if (!isFirst && survey.isWhole) survey.readExplicit(reader);
     if (!isFirst && survey.isWhole) reader.loadObjectStreams();
-    if (!isFirst) announce();
-    return {std::move(survey), reader.textInMemory()};
+    Ready ready{std::move(survey), reader.textInMemory(), plan.source()->file(), {}, reader.decryptor()};
+    if (!isFirst) ready.streams = reader.objectStreams();
+    return ready;
 }
 
 /// Unlocked for as long as it takes.
@@ -78,6 +78,14 @@ void SourceSurveyor::readNext(SourceHolds& holds, std::unique_lock<std::mutex>& 
     lock.lock();
     bytesAhead_ += next.bytes;
     ready_.emplace(index, std::move(next));
+    announceReady();
+}
+
+/// In the order of the sources, whoever has read them: streams that are not needed yet would keep back those that are.
+void SourceSurveyor::announceReady() {
+    for (auto ready = ready_.find(announced_); ready != ready_.end(); ready = ready_.find(++announced_)) {
+        prefetcher_.expect(ready->second.file, ready->second.streams, ready->second.decryptor);
+    }
 }
 
 void SourceSurveyor::freeDiscarded(std::unique_lock<std::mutex>& lock) {
@@ -92,11 +100,11 @@ void SourceSurveyor::run() {
     giveWay(7);
     std::unique_lock lock(mutex_);
     while (!stop_) {
-        if (mayRead()) {
+        if (mustFree() || (!mayRead() && !discarded_.empty())) {
+            freeDiscarded(lock);
+        } else if (mayRead()) {
             readNext(holds_, lock);
             changed_.notify_all();
-        } else if (!discarded_.empty()) {
-            freeDiscarded(lock);
         } else {
             threadWaits_ = true;
             changed_.wait(lock);

@@ -33,23 +33,29 @@ public:
     /// The survey of the source at `index`, each once and in order; nothing of a source that is locked or gone. The
     /// caller must not have access to any source.
     [[nodiscard]] SourceSurvey take(std::size_t index);
-    /// Frees the structure of a source that has been copied, on the thread if it is not busy with large ones: most of
-    /// it is that thread's memory, and there is a lot of it.
+    /// Frees the structure of a source that has been copied: on the thread, whose memory most of it is, unless
+    /// `mostDiscarded` bytes wait there already.
     void discard(std::unique_ptr<SourceDocument> document);
 
 private:
     struct Ready {
         SourceSurvey survey;
         std::size_t bytes = 0;
+        // To be announced.
+        std::shared_ptr<InputFile> file;
+        std::vector<ObjectStreamPrefetcher::Wanted> streams;
+        std::shared_ptr<const Decryptor> decryptor;
     };
 
     [[nodiscard]] Ready read(std::size_t index, SourceHolds& holds);
     void readNext(SourceHolds& holds, std::unique_lock<std::mutex>& lock);
+    void announceReady();
     void freeDiscarded(std::unique_lock<std::mutex>& lock);
     [[nodiscard]] bool mayRead() const noexcept {
         const bool hasRoom = ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);
         return next_ < sources_.size() && hasRoom;
     }
+    [[nodiscard]] bool mustFree() const noexcept { return bytesDiscarded_ >= worthFreeing; }
     void run();
 
     // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps.
@@ -67,6 +73,7 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::size_t next_ = 0;                // the first source that nobody has begun with; guarded, as the rest
+    std::size_t announced_ = 0;           // sources whose object streams were announced
     std::map<std::size_t, Ready> ready_;  // by index
     std::size_t bytesAhead_ = 0;
     std::vector<std::unique_ptr<SourceDocument>> discarded_;

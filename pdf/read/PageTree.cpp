@@ -19,9 +19,12 @@ bool isNode(std::string_view dictionary) {
 }
 
 /// Trees of at least this many pages are read without visiting every page, if their counts add up.
-constexpr std::size_t largeTree = 12;
+constexpr std::size_t largeTree = 256;
 
-bool isPage(ObjectReader& reader, const PageTree::Page& page) {
+/// Without the key of the file, pages in enciphered object streams cannot be told from nodes; their count is right all
+/// the same.
+bool mayBePage(ObjectReader& reader, const PageTree::Page& page) {
+    if (reader.decryptor() && reader.decryptor()->isLocked()) return true;
     const auto object = reader.findWhole({page.number, page.generation});
     if (!object) return false;
     std::string repaired;
@@ -34,14 +37,14 @@ bool isPage(ObjectReader& reader, const PageTree::Page& page) {
 // To know that a kid is a page and not a node, it must be looked at, and in a large file that inflates nearly every
 // object stream before the first page is shown. A node whose Count equals the number of its kids can only hold pages,
 // unless the counts lie: so a large tree is believed as long as all its counts agree with each other, and any other is
-// walked. Programs that lie do so everywhere (one writes the number of kids for the count), which the first and the
-// last page show. A tree can still hold nodes in the place of pages; who meets one reads it again without believing it.
+// walked. One that counts kids instead of pages throughout is found out by its first or last page. A tree can still
+// hold nodes in the place of other pages; who meets one reads it again without believing it.
 
 PageTree::PageTree(ObjectReader& reader, const Object& root, bool believeCounts) {
     if (believeCounts) {
         walk(reader, root, true);
         const bool isLarge = countsAddUp_ && pages_.size() >= largeTree;
-        if (isLarge && isPage(reader, pages_.front()) && isPage(reader, pages_.back())) return;
+        if (isLarge && mayBePage(reader, pages_.front()) && mayBePage(reader, pages_.back())) return;
     }
     pages_.clear();
     nodes_.clear();

@@ -57,9 +57,19 @@ Access Source::unlock(std::string_view utf8Password) {
 }
 
 SourceAccess::SourceAccess(Source& source) : source_(source), lock_(source.mutex_) {
-    if (!source_.document_)
-        source_.document_ =
-            SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_, source_.keys_);
+    if (source_.document_) return;
+    source_.document_ = SourceDocument::load(source_.file_, source_.warnings_, source_.believeCounts_, source_.keys_);
+    if (!source_.believeCounts_) source_.recount();
+}
+
+/// The pages of a tree that was believed wrongly: whoever has counted them before has counted others.
+void Source::recount() {
+    if (!document_) return;
+    const auto pages = static_cast<std::uint32_t>(document_->pages().pages().size());
+    const std::uint32_t believed = pageCount_.exchange(pages);
+    if (believed == pages) return;
+    warnings_.add("the counts of the page tree are wrong: there are " + std::to_string(pages) + " pages, not " +
+                  std::to_string(believed) + " as was believed when the file was opened");
 }
 
 SourceAccess::~SourceAccess() {

@@ -52,6 +52,7 @@ private:
     friend class SourceRegistry;
 
     bool load();
+    void recount();
 
     std::shared_ptr<InputFile> file_;
     std::unique_ptr<SourceDocument> document_;  // null while dropped; guarded by mutex_

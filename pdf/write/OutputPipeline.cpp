@@ -70,8 +70,9 @@ void OutputPipeline::copy(std::unique_ptr<DecryptingReader> reader) {
 void OutputPipeline::push(std::unique_ptr<Item> item) {
     std::unique_lock lock(mutex_);
     ahead_ += sizeOf(*item);
+    const bool isWorthWaking = item->reader || ahead_ >= wakeBytes;
     items_.push_back(std::move(item));
-    if (writerWaits_ && ahead_ >= wakeBytes) changed_.notify_all();
+    if (writerWaits_ && isWorthWaking) changed_.notify_all();
     while (ahead_ > mostAhead) {
         if (Item* todo = nextToPrepare()) {
             prepareForWriter(*todo, lock);

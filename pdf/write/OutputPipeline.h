@@ -60,7 +60,7 @@ public:
     /// The same for the data that `reader` gives from its beginning.
     void copy(std::unique_ptr<DecryptingReader> reader);
 
-    /// Waits until all is written. False if anything failed.
+    /// Helps with what is left and waits until all is written. False if anything failed.
     [[nodiscard]] bool finish();
 
     /// After finish(): where each object is in the file, a digest of everything written, and the files that had become

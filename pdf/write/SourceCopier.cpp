@@ -11,7 +11,8 @@ namespace quillon::pdf {
 
 namespace {
 
-/// Whether a dictionary begins with a type that is not that of a page, as nearly all with a type do.
+/// Whether a dictionary begins with a type that is not that of a page, as nearly all with a type do. A page that had
+/// another type besides its own would be taken for what it says first.
 bool beginsWithOtherType(std::string_view text) {
     constexpr std::string_view key = "/Type";
     const std::size_t at = skipBlank(text, 2);

@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace quillon::pdf {
 namespace {
@@ -14,15 +15,21 @@ int niceness() {
     return ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()));
 }
 
-TEST(BackgroundThread, OnlyTheCallingThreadGivesWay) {
+TEST(BackgroundThread, OnlyTheCallingThreadAndThoseThatItStartsGiveWay) {
     const int before = niceness();
-    int inThread = 0;
+    std::vector<int> inThreads;
     std::thread([&] {
         giveWay(2);
+        inThreads.push_back(niceness());
         giveWay(1);
-        inThread = niceness();
+        inThreads.push_back(niceness());
+        std::thread([&] {
+            giveWay(3);
+            inThreads.push_back(niceness());
+        }).join();
     }).join();
-    EXPECT_EQ(inThread, std::min(before + 3, 19));
+    const auto below = [&](int steps) { return std::min(before + steps, 19); };
+    EXPECT_EQ(inThreads, (std::vector<int>{below(2), below(2), below(3)}));
     EXPECT_EQ(niceness(), before);
 }
 

@@ -57,13 +57,5 @@ TEST(NameTable, GrowsAndLosesNothing) {
     EXPECT_FALSE(table.contains("section.50000"));
 }
 
-TEST(NameTable, IsEmptyWhenCleared) {
-    NameTable table;
-    table.add("a");
-    table.clear();
-    EXPECT_FALSE(table.contains("a"));
-    EXPECT_TRUE(table.add("a").isNew);
-}
-
 }  // namespace
 }  // namespace quillon::pdf

@@ -2,6 +2,7 @@
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/RawPdf.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -148,6 +149,43 @@ TEST_F(Surveying, WhileASourceIsReadTheCallerReadsTheNext) {
         surveyor.discard(access.detach());
     }
     EXPECT_TRUE(inTime);
+}
+
+TEST_F(Surveying, StructuresThatWereDiscardedDoNotPileUp) {
+    std::string manyEntries =
+        "%PDF-1.4\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj\n2 0 obj<</Type/Pages/Count 0/Kids[]>>endobj\n";
+    const std::string place = std::to_string(manyEntries.size());
+    manyEntries += "xref\n0 130000\n0000000000 65535 f \n0000000009 00000 n \n0000000052 00000 n \n";
+    for (int i = 3; i < 130'000; ++i) manyEntries += "0000000000 65535 f \n";
+    manyEntries += "trailer<</Size 130000/Root 1 0 R>>\nstartxref\n" + place + "\n%%EOF\n";
+    std::vector<std::shared_ptr<Source>> files;
+    for (int i = 0; i < 12; ++i) files.push_back(open(manyEntries, "many" + std::to_string(i)));
+    // What is read of a source refers to its file.
+    const auto held = [&] {
+        return std::ranges::count_if(files, [](auto& file) { return file->file().use_count() > 1; });
+    };
+
+    const DocumentPlan plan = planOf({named("a"), named("b")});
+    const SourcePlans sources(plan);
+    std::promise<void> begun;
+    std::promise<void> goesOn;
+    ObjectStreamPrefetcher prefetcher;
+    SourceSurveyor surveyor(sources, prefetcher, [&](std::size_t index) {
+        if (index == 1) {
+            begun.set_value();
+            goesOn.get_future().wait();
+        }
+        return SourceSurvey::Wishes();
+    });
+    static_cast<void>(surveyor.take(0));
+    begun.get_future().wait();
+    for (const auto& file : files) surveyor.discard(SourceAccess(*file).detach());
+    EXPECT_GT(held(), 0) << "the thread, which is busy, has not come to them";
+    EXPECT_LT(held(), 9) << "the others were freed at once";
+    goesOn.set_value();
+    static_cast<void>(surveyor.take(1));
+    for (int wait = 0; held() > 0 && wait < 2000; ++wait) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(held(), 0);
 }
 
 TEST_F(Surveying, ASourceOfWhichPagesAreLeftOutIsNotWhole) {

@@ -205,7 +205,7 @@ TEST_F(PageTreeReading, ALargeTreeWhoseCountsLieIsWalked) {
 }
 
 TEST_F(PageTreeReading, ATreeWhoseCountsAreThoseOfKidsIsWalked) {
-    constexpr int kids = 16;
+    constexpr int kids = 300;
     for (const int node : {0, kids - 1}) {
         std::string list;
         RawPdf pdf;
@@ -213,12 +213,12 @@ TEST_F(PageTreeReading, ATreeWhoseCountsAreThoseOfKidsIsWalked) {
         for (int i = 0; i < kids; ++i) {
             list += std::to_string(10 + i) + " 0 R ";
             if (i == node) {
-                pdf.object(10 + i, "<</Type/Pages/Parent 2 0 R/Count 2/Kids[50 0 R 51 0 R]>>");
+                pdf.object(10 + i, "<</Type/Pages/Parent 2 0 R/Count 2/Kids[500 0 R 501 0 R]>>");
             } else {
                 pdf.page(10 + i, "one", bare);
             }
         }
-        pdf.page(50, "two", bare).page(51, "three", bare);
+        pdf.page(500, "two", bare).page(501, "three", bare);
         pdf.object(2, "<</Type/Pages/Count " + std::to_string(kids) + "/Kids[" + list + "]>>");
         const auto source = open(pdf.table().bytes());
         ASSERT_TRUE(source);

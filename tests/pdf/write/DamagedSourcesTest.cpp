@@ -82,7 +82,9 @@ TEST_F(DamagedSources, ALargeTreeOfNodesWithOnePageEachKeepsWhatTheyHandDown) {
     constexpr int count = 300;
     RawPdf pdf;
     pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
-    std::string kids;
+    // It is believed, since it begins and ends with a page.
+    pdf.page(5, "first").page(7, "last");
+    std::string kids = "5 0 R ";
     for (int i = 0; i < count; ++i) {
         const std::string node = std::to_string(10 + 2 * i);
         const std::string page = std::to_string(11 + 2 * i);
@@ -92,13 +94,41 @@ TEST_F(DamagedSources, ALargeTreeOfNodesWithOnePageEachKeepsWhatTheyHandDown) {
         pdf.object(11 + 2 * i,
                    "<</Type/Page/Parent " + node + " 0 R/Annots[<</Subtype/Link/Rect[0 0 9 9]/Dest[11 0 R/Fit]>>]>>");
     }
-    pdf.object(2, "<</Type/Pages/Count " + std::to_string(count) + "/Kids[" + kids + "]>>").table();
-    const JudgedPdf out(write(planOf({open(pdf.bytes())})));
-    ASSERT_EQ(out.pages().size(), count);
-    const QJsonObject last = out.dictionary(out.pages().last());
+    pdf.object(2, "<</Type/Pages/Count " + std::to_string(count + 2) + "/Kids[" + kids + "7 0 R]>>").table();
+    const auto source = open(pdf.bytes());
+    const JudgedPdf out(write(planOf({source})));
+    ASSERT_EQ(out.pages().size(), count + 2);
+    const QJsonObject last = out.dictionary(out.pages()[count]);
     EXPECT_EQ(last[text("/MediaBox")].toArray(), (QJsonArray{0, 0, 111, 222}));
     EXPECT_EQ(last[text("/Rotate")].toInt(), 90);
-    EXPECT_EQ(out.annotations(count - 1)[0][text("/Dest")].toArray()[0].toString(), out.pages().first());
+    EXPECT_EQ(out.annotations(count)[0][text("/Dest")].toArray()[0].toString(), out.pages()[1]);
+    EXPECT_EQ(source->warnings(), Strings()) << "the number of pages was right";
+}
+
+TEST_F(DamagedSources, ThatATreeWithOtherPagesThanItCountsWasBelievedIsSaid) {
+    constexpr int count = 300;
+    RawPdf pdf;
+    pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
+    std::string kids;
+    for (int i = 0; i < count; ++i) {
+        kids += std::to_string(10 + 2 * i) + " 0 R ";
+        if (i == count / 2) {
+            pdf.object(10 + 2 * i, "<</Type/Pages/Parent 2 0 R/Count 2/Kids[1000 0 R 1002 0 R]>>");
+        } else {
+            pdf.page(10 + 2 * i, "one");
+        }
+    }
+    pdf.page(1000, "two").page(1002, "three");
+    pdf.object(2, "<</Type/Pages/Count " + std::to_string(count) + "/Kids[" + kids + "]>>").table();
+    const auto source = open(pdf.bytes());
+    ASSERT_EQ(source->pageCount(), 300U);
+    const WriteResult result = writeDocument(planOf({source}), dir.file("out.pdf"));
+    EXPECT_TRUE(result.written);
+    EXPECT_EQ(result.pages, 300U);
+    ASSERT_EQ(result.warnings.size(), 1U);
+    EXPECT_NE(result.warnings[0].find("there are 301 pages, not 300"), std::string::npos) << result.warnings[0];
+    EXPECT_EQ(source->pageCount(), 301U) << "whoever opens it from now on finds them all";
+    EXPECT_EQ(test::pageMarks(write(planOf({source}))).size(), 301);
 }
 
 TEST_F(DamagedSources, APageThatIsTakenVeryOftenKeepsItsAnnotations) {
