@@ -94,7 +94,7 @@ std::vector<TreeNode<Key>> writeLeaves(ObjectOutput& output, std::string_view ke
     std::vector<TreeNode<Key>> leaves;
     for (std::size_t at = 0; at < values.size(); at += fanOut) {
         const std::size_t last = std::min(values.size(), at + fanOut) - 1;
-        const std::string text = std::move(texts[at / fanOut]);
+        const std::string text = std::move(texts[at / fanOut]);  // which ends when it is written
         leaves.push_back({output.addObject(text), values[at].first, values[last].first});
     }
     return leaves;
