@@ -7,4 +7,12 @@ namespace quillon::pdf {
 /// only slow that down. A hint: where the system does not allow it, nothing happens.
 void giveWay(int steps) noexcept;
 
+/// The processor that the calling thread runs on at the moment; -1 where the system does not say.
+[[nodiscard]] int currentProcessor() noexcept;
+
+/// Moves the calling thread to another processor if it runs on `processor`, that of the thread that has woken it.
+/// Threads that take turns look like one to the system, which may leave both on one processor while another is idle. A
+/// hint: the thread may go wherever it might before, and where no other processor is allowed nothing happens.
+void leaveProcessor(int processor) noexcept;
+
 }  // namespace quillon::pdf

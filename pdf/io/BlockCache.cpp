@@ -1,6 +1,7 @@
 #include "pdf/io/BlockCache.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillon::pdf {
 
@@ -9,6 +10,10 @@ OwnedText BlockCache::view(std::uint64_t offset, std::size_t wanted) {
     if (offset >= size) return {};
     wanted = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset));
     const std::size_t within = offset % blockSize;
+    if (whole_) {
+        const auto begin = static_cast<std::size_t>(std::min<std::uint64_t>(offset, wholeText_.size()));
+        return {whole_, wholeText_.substr(begin, std::max(wanted, blockSize - within))};
+    }
     if (within + wanted <= blockSize) {
         const Block& found = block(offset / blockSize);
         if (within >= found.length) return {};
@@ -24,6 +29,11 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
     if (offset >= file_->size()) return 0;
     length = static_cast<std::size_t>(std::min<std::uint64_t>(length, file_->size() - offset));
     const std::size_t before = out.size();
+    if (whole_) {
+        const auto begin = static_cast<std::size_t>(std::min<std::uint64_t>(offset, wholeText_.size()));
+        out += wholeText_.substr(begin, length);
+        return out.size() - before;
+    }
     if (length > blockSize) {
         out.resize(before + length);
         const std::size_t got = file_->readAt(offset, std::span(out).subspan(before));
@@ -38,6 +48,15 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
         out += text.substr(within, length - (out.size() - before));
     }
     return out.size() - before;
+}
+
+void BlockCache::readWhole() {
+    if (whole_ || file_->size() > mostBlocks * blockSize) return;
+    const auto size = static_cast<std::size_t>(file_->size());
+    auto bytes = std::make_shared_for_overwrite<char[]>(size);
+    wholeText_ = {bytes.get(), file_->readAt(0, std::span(bytes.get(), size))};
+    whole_ = std::move(bytes);
+    blocks_ = {};
 }
 
 const BlockCache::Block& BlockCache::block(std::uint64_t index) {

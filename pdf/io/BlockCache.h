@@ -17,8 +17,8 @@ struct OwnedText {
     std::string_view text;
 };
 
-/// Reads a file in blocks and keeps the ones used last, since neighbours of an object are mostly asked for next.
-/// Not thread-safe.
+/// Reads a file in blocks and keeps the ones used last, since neighbours of an object are mostly asked for next. A
+/// small file may be read as a whole instead. Not thread-safe.
 class BlockCache {
 public:
     static constexpr std::size_t blockSize = 16 * 1024;
@@ -33,8 +33,17 @@ public:
     /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.
     std::size_t append(std::uint64_t offset, std::size_t length, std::string& out);
 
-    /// Frees the blocks.
-    void clear() { blocks_ = {}; }
+    /// Reads all of a file of up to `mostBlocks` blocks at once, for one of which most will be asked for. A larger one
+    /// is left. What the other calls give stays the same.
+    void readWhole();
+    /// Bytes read and kept.
+    [[nodiscard]] std::size_t memory() const noexcept { return blocks_.size() * blockSize + wholeText_.size(); }
+    /// Frees what was read.
+    void clear() {
+        blocks_ = {};
+        whole_.reset();
+        wholeText_ = {};
+    }
 
     [[nodiscard]] InputFile& file() const noexcept { return *file_; }
     [[nodiscard]] const std::shared_ptr<InputFile>& sharedFile() const noexcept { return file_; }
@@ -53,6 +62,8 @@ private:
     Block recycledBlock();
 
     std::shared_ptr<InputFile> file_;
+    std::shared_ptr<const char[]> whole_;  // null while the file is read in blocks
+    std::string_view wholeText_;           // there
     std::vector<Block> blocks_;
     std::size_t last_ = 0;  // place of the block asked for last
     std::uint64_t clock_ = 0;

@@ -57,6 +57,7 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     ObjectReader& reader = access.document()->reader();
     // The caller always reads the first, and nothing is there yet that could be done meanwhile.
     const bool isFirst = index == 0;
+    if (plan.copies().size() >= access.document()->pages().pages().size()) reader.file().readWhole();
     if (isFirst) {
         prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());
         reader.setPrefetcher(&prefetcher_);
@@ -65,7 +66,8 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     // Of a source that is not whole only the names are kept that links use.
     if (!isFirst && survey.isWhole) survey.readExplicit(reader);
     if (!isFirst && survey.isWhole) reader.loadObjectStreams();
-    Ready ready{std::move(survey), reader.textInMemory(), plan.source()->file(), {}, reader.decryptor()};
+    const std::size_t bytes = reader.textInMemory() + reader.file().memory();
+    Ready ready{std::move(survey), bytes, plan.source()->file(), {}, reader.decryptor()};
     if (!isFirst) ready.streams = reader.objectStreams();
     return ready;
 }

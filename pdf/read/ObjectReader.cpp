@@ -179,6 +179,8 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         if ((whole && !mayRunOn) || !object->inFile || wanted >= limits::objectText) return object;
         // What is not closed where the next object begins never will be. To know where that is, all are put in order.
         if (isUsual && offsets_.empty()) continue;
+        // Large objects are mostly just that: where nothing else can begin, where it does need not be known.
+        if (!whole && !object->complete && object->text().find("obj") == std::string_view::npos) continue;
         const std::uint64_t bound = nextObject(object->offset) - object->offset;
         if (whole && object->valueEnd <= bound) return object;
         if (object->complete || object->text().size() >= bound) {

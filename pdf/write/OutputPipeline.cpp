@@ -72,7 +72,7 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
     ahead_ += sizeOf(*item);
     const bool isWorthWaking = item->reader || ahead_ >= wakeBytes;
     items_.push_back(std::move(item));
-    if (writerWaits_ && isWorthWaking) changed_.notify_all();
+    if (isWorthWaking) wakeWriter();
     while (ahead_ > mostAhead) {
         if (Item* todo = nextToPrepare()) {
             prepareForWriter(*todo, lock);
@@ -84,12 +84,18 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
     }
 }
 
+void OutputPipeline::wakeWriter() {
+    if (!writerWaits_) return;
+    callersProcessor_ = currentProcessor();
+    changed_.notify_all();
+}
+
 bool OutputPipeline::finish() {
     if (!thread_.joinable()) return !failed_;
     {
         std::unique_lock lock(mutex_);
         done_ = true;
-        changed_.notify_all();
+        wakeWriter();
         while (Item* todo = nextToPrepare()) prepareForWriter(*todo, lock);
     }
     thread_.join();
@@ -142,7 +148,7 @@ void OutputPipeline::prepareUnlocked(Item& item, FastDeflater& deflater, std::un
 /// On the caller's thread.
 void OutputPipeline::prepareForWriter(Item& item, std::unique_lock<std::mutex>& lock) {
     prepareUnlocked(item, callersDeflater_, lock);
-    if (writerWaits_) changed_.notify_all();
+    wakeWriter();
 }
 
 void OutputPipeline::deflate(Item& item, FastDeflater& deflater) {
@@ -191,6 +197,7 @@ void OutputPipeline::run() {
             writerWaits_ = true;
             changed_.wait(lock);
             writerWaits_ = false;
+            leaveProcessor(callersProcessor_);
         }
     }
 }

@@ -94,6 +94,7 @@ private:
 
     void run();
     void push(std::unique_ptr<Item> item);
+    void wakeWriter();
     [[nodiscard]] static std::size_t sizeOf(const Item& item) noexcept;
     [[nodiscard]] Item* nextToPrepare();
     void prepareUnlocked(Item& item, FastDeflater& deflater, std::unique_lock<std::mutex>& lock);
@@ -109,9 +110,9 @@ private:
     void put(std::string_view bytes);
     void put(std::string_view bytes, std::uint32_t sum);
 
-    static constexpr std::size_t mostAhead = 8U << 20U;
+    static constexpr std::size_t mostAhead = 2U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
-    static constexpr std::size_t wakeBytes = 1U << 20U;
+    static constexpr std::size_t wakeBytes = 512U << 10U;
     static constexpr std::size_t mostSpare = 16;
     // What is copied from a file is read in pieces of this many bytes.
     static constexpr std::uint64_t pieceBytes = 256U << 10U;
@@ -133,6 +134,7 @@ private:
     bool done_ = false;
     bool writerWaits_ = false;
     bool callerWaits_ = false;
+    int callersProcessor_ = -1;  // when it last woke the writer
     std::thread thread_;
 };
 

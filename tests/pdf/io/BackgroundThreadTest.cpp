@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <sched.h>
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
@@ -31,6 +33,46 @@ TEST(BackgroundThread, OnlyTheCallingThreadAndThoseThatItStartsGiveWay) {
     const auto below = [&](int steps) { return std::min(before + steps, 19); };
     EXPECT_EQ(inThreads, (std::vector<int>{below(2), below(2), below(3)}));
     EXPECT_EQ(niceness(), before);
+}
+
+cpu_set_t allowedProcessors() {
+    cpu_set_t allowed;
+    EXPECT_EQ(::sched_getaffinity(0, sizeof allowed, &allowed), 0);
+    return allowed;
+}
+
+TEST(BackgroundThread, LeavesAProcessorAndMayComeBackToIt) {
+    const cpu_set_t before = allowedProcessors();
+    if (CPU_COUNT(&before) < 2) GTEST_SKIP() << "there is one processor";
+    std::thread([&] {
+        // Between leaving and looking the system may move the thread itself.
+        bool left = false;
+        for (int i = 0; i < 100 && !left; ++i) {
+            const int processor = currentProcessor();
+            ASSERT_GE(processor, 0);
+            leaveProcessor(processor);
+            left = currentProcessor() != processor;
+        }
+        EXPECT_TRUE(left);
+        const cpu_set_t after = allowedProcessors();
+        EXPECT_TRUE(CPU_EQUAL(&before, &after));
+    }).join();
+}
+
+TEST(BackgroundThread, StaysWhereNoOtherProcessorIsAllowed) {
+    std::thread([] {
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        const int processor = currentProcessor();
+        ASSERT_GE(processor, 0);
+        CPU_SET(static_cast<std::size_t>(processor), &one);
+        ASSERT_EQ(::sched_setaffinity(0, sizeof one, &one), 0);
+        leaveProcessor(processor);
+        leaveProcessor(-1);
+        const cpu_set_t after = allowedProcessors();
+        EXPECT_TRUE(CPU_EQUAL(&one, &after));
+        EXPECT_EQ(currentProcessor(), processor);
+    }).join();
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillon::pdf {
@@ -91,6 +92,54 @@ TEST_F(BlockCacheTest, AFileThatBecameShorterGivesShorterViews) {
     std::string out;
     EXPECT_EQ(cache->append(block - 10, 100, out), 20U);
     EXPECT_EQ(out, bytes.substr(block - 10, 20));
+}
+
+TEST_F(BlockCacheTest, AFileReadAsAWholeGivesTheSameWithoutBeingAskedAgain) {
+    make(5 * block + 100);
+    BlockCache whole(InputFile::open(path));
+    const OwnedText before = whole.view(block + 7, 20);
+    whole.readWhole();
+    EXPECT_EQ(whole.memory(), bytes.size());
+    std::mt19937 random(47);
+    std::vector<std::pair<std::size_t, std::size_t>> asked{{bytes.size(), 1}, {bytes.size() + 9, 1}};
+    for (int i = 0; i < 300; ++i) asked.emplace_back(random() % bytes.size(), 1 + random() % (2 * block));
+    std::vector<std::string> views;
+    std::vector<std::string> appended;
+    for (const auto& [offset, wanted] : asked) {
+        views.emplace_back(cache->view(offset, wanted).text);
+        cache->append(offset, wanted, appended.emplace_back());
+    }
+    std::filesystem::resize_file(path, 0);
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        EXPECT_EQ(whole.view(asked[i].first, asked[i].second).text, views[i]);
+        std::string out;
+        EXPECT_EQ(whole.append(asked[i].first, asked[i].second, out), appended[i].size());
+        EXPECT_EQ(out, appended[i]);
+    }
+    const OwnedText held = whole.view(3, 20);
+    whole.clear();
+    EXPECT_EQ(whole.memory(), 0U);
+    EXPECT_EQ(held.text.substr(0, 20), bytes.substr(3, 20));
+    EXPECT_EQ(before.text.substr(0, 20), bytes.substr(block + 7, 20));
+}
+
+TEST_F(BlockCacheTest, AWholeFileThatBecameShorterGivesShorterViews) {
+    make(3 * block);
+    std::filesystem::resize_file(path, block + 10);
+    cache->readWhole();
+    EXPECT_EQ(cache->view(block, 100).text, std::string_view(bytes).substr(block, 10));
+    EXPECT_TRUE(cache->view(2 * block, 100).text.empty());
+    std::string out;
+    EXPECT_EQ(cache->append(2 * block, 100, out), 0U);
+    EXPECT_EQ(cache->append(block - 10, 100, out), 20U);
+    EXPECT_EQ(out, bytes.substr(block - 10, 20));
+}
+
+TEST_F(BlockCacheTest, OnlySmallFilesAreReadAsAWhole) {
+    make(BlockCache::mostBlocks * block + 1);
+    cache->readWhole();
+    EXPECT_EQ(cache->memory(), 0U);
+    EXPECT_EQ(cache->view(5, 10).text.substr(0, 10), bytes.substr(5, 10));
 }
 
 }  // namespace
