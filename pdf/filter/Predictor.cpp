@@ -68,6 +68,16 @@ std::size_t parameter(const Dictionary& parameters, std::string_view key, std::i
     return static_cast<std::size_t>(std::clamp<std::int64_t>(parameters[key].integer().value_or(standard), 1, most));
 }
 
+/// The differences of eight bytes each, a borrow never going from one to the next.
+std::uint64_t differences(const char* bytes, const char* less) {
+    constexpr std::uint64_t high = 0x8080808080808080;
+    std::uint64_t a = 0;
+    std::uint64_t b = 0;
+    std::memcpy(&a, bytes, sizeof a);
+    std::memcpy(&b, less, sizeof b);
+    return ((a | high) - (b & ~high)) ^ ((a ^ ~b) & high);
+}
+
 }  // namespace
 
 std::string undoPrediction(const Dictionary& parameters, std::string data) {
@@ -82,20 +92,6 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
     }
     return data;
 }
-
-namespace {
-
-/// The differences of eight bytes each, a borrow never going from one to the next.
-std::uint64_t differences(const char* bytes, const char* less) {
-    constexpr std::uint64_t high = 0x8080808080808080;
-    std::uint64_t a = 0;
-    std::uint64_t b = 0;
-    std::memcpy(&a, bytes, sizeof a);
-    std::memcpy(&b, less, sizeof b);
-    return ((a | high) - (b & ~high)) ^ ((a ^ ~b) & high);
-}
-
-}  // namespace
 
 std::string predictUp(std::string_view data, std::size_t rowBytes) {
     std::string out(data.size() + (data.size() + rowBytes - 1) / rowBytes, '\0');

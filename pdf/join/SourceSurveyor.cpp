@@ -38,7 +38,7 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
 }
 
 void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {
-    document->reader().file().clear();  // the caller's own memory
+    document->reader().file().clear();  // mostly the caller's own memory
     const std::size_t bytes = document->memory() + document->reader().textInMemory();
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable() || bytesDiscarded_ + bytes > mostDiscarded) return;

@@ -197,7 +197,10 @@ void OutputPipeline::run() {
             writerWaits_ = true;
             changed_.wait(lock);
             writerWaits_ = false;
-            leaveProcessor(callersProcessor_);
+            const int processor = callersProcessor_;
+            lock.unlock();
+            leaveProcessor(processor);
+            lock.lock();
         }
     }
 }
