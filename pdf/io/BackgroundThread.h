@@ -12,7 +12,7 @@ void giveWay(int steps) noexcept;
 
 /// Moves the calling thread to another processor if it runs on `processor`, that of the thread that has woken it.
 /// Threads that take turns look like one to the system, which may leave both on one processor while another is idle. A
-/// hint: the thread may go wherever it might before, and where no other processor is allowed nothing happens.
+/// hint: the system may bring it back, and where no other processor is allowed nothing happens.
 void leaveProcessor(int processor) noexcept;
 
 }  // namespace quillon::pdf

@@ -11,8 +11,7 @@ OwnedText BlockCache::view(std::uint64_t offset, std::size_t wanted) {
     wanted = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset));
     const std::size_t within = offset % blockSize;
     if (whole_) {
-        const auto begin = static_cast<std::size_t>(std::min<std::uint64_t>(offset, wholeText_.size()));
-        return {whole_, wholeText_.substr(begin, std::max(wanted, blockSize - within))};
+        return {whole_, wholeText_.substr(static_cast<std::size_t>(offset), std::max(wanted, blockSize - within))};
     }
     if (within + wanted <= blockSize) {
         const Block& found = block(offset / blockSize);
@@ -30,8 +29,7 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
     length = static_cast<std::size_t>(std::min<std::uint64_t>(length, file_->size() - offset));
     const std::size_t before = out.size();
     if (whole_) {
-        const auto begin = static_cast<std::size_t>(std::min<std::uint64_t>(offset, wholeText_.size()));
-        out += wholeText_.substr(begin, length);
+        out += wholeText_.substr(static_cast<std::size_t>(offset), length);
         return out.size() - before;
     }
     if (length > blockSize) {
@@ -54,7 +52,9 @@ void BlockCache::readWhole() {
     if (whole_ || file_->size() > mostBlocks * blockSize) return;
     const auto size = static_cast<std::size_t>(file_->size());
     auto bytes = std::make_shared_for_overwrite<char[]>(size);
-    wholeText_ = {bytes.get(), file_->readAt(0, std::span(bytes.get(), size))};
+    // Of a file that cannot be read to its end, blocks behind the place where it ends may still be readable.
+    if (file_->readAt(0, std::span(bytes.get(), size)) < size) return;
+    wholeText_ = {bytes.get(), size};
     whole_ = std::move(bytes);
     blocks_ = {};
 }

@@ -33,8 +33,8 @@ public:
     /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.
     std::size_t append(std::uint64_t offset, std::size_t length, std::string& out);
 
-    /// Reads all of a file of up to `mostBlocks` blocks at once, for one of which most will be asked for. A larger one
-    /// is left. What the other calls give stays the same.
+    /// Reads all of a file of up to `mostBlocks` blocks at once, which pays if most of it will be asked for. A larger
+    /// one is left, and one that cannot be read to its end. What the other calls give stays the same.
     void readWhole();
     /// Bytes read and kept.
     [[nodiscard]] std::size_t memory() const noexcept { return blocks_.size() * blockSize + wholeText_.size(); }
@@ -63,7 +63,7 @@ private:
 
     std::shared_ptr<InputFile> file_;
     std::shared_ptr<const char[]> whole_;  // null while the file is read in blocks
-    std::string_view wholeText_;           // there
+    std::string_view wholeText_;           // what stands in `whole_`
     std::vector<Block> blocks_;
     std::size_t last_ = 0;  // place of the block asked for last
     std::uint64_t clock_ = 0;

@@ -33,12 +33,12 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
     Ready taken = std::move(found->second);
     ready_.erase(found);
     bytesAhead_ -= taken.bytes;
-    if (threadWaits_ && next_ < sources_.size() && ready_.size() <= mostAhead / 2) changed_.notify_all();
+    if (threadWaits_ && mayRead() && ready_.size() <= mostAhead / 2) changed_.notify_all();
     return std::move(taken.survey);
 }
 
 void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {
-    document->reader().file().clear();  // mostly the caller's own memory
+    document->reader().file().clear();  // blocks are mostly the caller's own memory
     const std::size_t bytes = document->memory() + document->reader().textInMemory();
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable() || bytesDiscarded_ + bytes > mostDiscarded) return;
@@ -57,6 +57,7 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     ObjectReader& reader = access.document()->reader();
     // The caller always reads the first, and nothing is there yet that could be done meanwhile.
     const bool isFirst = index == 0;
+    // Of a source of which as many pages are taken as it has, most will be read.
     if (plan.copies().size() >= access.document()->pages().pages().size()) reader.file().readWhole();
     if (isFirst) {
         prefetcher_.expect(plan.source()->file(), reader.objectStreams(), reader.decryptor());

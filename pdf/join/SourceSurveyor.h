@@ -58,8 +58,8 @@ private:
     [[nodiscard]] bool mustFree() const noexcept { return bytesDiscarded_ >= worthFreeing; }
     void run();
 
-    // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps. Of large sources
-    // one, since surveys that are not needed yet would only keep the processors from those that are.
+    // Surveys that wait to be taken, and bytes that were read for them. Fewer than SourceHolds keeps. A few
+    // megabytes are enough: surveys that are not needed yet would only keep the processors from those that are.
     static constexpr std::size_t mostAhead = 6;
     static constexpr std::size_t mostBytesAhead = 4U << 20U;
     // Bytes discarded and not freed yet: those that are worth waking the thread, and the most that it is left.

@@ -171,16 +171,16 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         auto object = findStored(reference, wanted);
         if (!object) return object;
         object->valueEnd = skipValue(object->text(), 0).value_or(0);
+        if (!object->inFile || wanted >= limits::objectText) return object;
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
-        const bool isUsual = wanted == usualObject;
-        const bool mayRunOn = !isUsual && object->value().find("endobj") != std::string_view::npos;
-        if ((whole && !mayRunOn) || !object->inFile || wanted >= limits::objectText) return object;
-        // What is not closed where the next object begins never will be. To know where that is, all are put in order.
-        if (isUsual && offsets_.empty()) continue;
-        // Large objects are mostly just that: where nothing else can begin, where it does need not be known.
-        if (!whole && !object->complete && object->text().find("obj") == std::string_view::npos) continue;
+        // What is not closed where the next object begins never will be, or by that one. A text without `obj` holds no
+        // other object; in any other it must be known where they begin, and to know that all are put in order.
+        const bool isShort = object->valueEnd != 0 && object->valueEnd <= usualObject;
+        const bool mayRunOn = !isShort && object->value().find("obj") != std::string_view::npos;
+        if (whole && !mayRunOn) return object;
+        if (!mayRunOn && !object->complete) continue;
         const std::uint64_t bound = nextObject(object->offset) - object->offset;
         if (whole && object->valueEnd <= bound) return object;
         if (object->complete || object->text().size() >= bound) {

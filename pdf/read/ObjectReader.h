@@ -156,7 +156,7 @@ private:
     ObjectStreamPrefetcher* prefetcher_ = nullptr;
     std::uint64_t decodedBytes_ = 0;
     std::uint64_t charged_ = 0;
-    std::vector<std::uint64_t> offsets_;  // of the objects, in order; made when a stream's length must be searched
+    std::vector<std::uint64_t> offsets_;  // of the objects, in order; made when it must be known where one begins
 };
 
 }  // namespace quillon::pdf

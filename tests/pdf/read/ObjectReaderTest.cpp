@@ -178,6 +178,28 @@ TEST_F(ObjectReading, AnObjectThatIsNotClosedEndsWhereTheNextBegins) {
     EXPECT_TRUE(whole->value().ends_with(closed)) << whole->value().size();
 }
 
+TEST_F(ObjectReading, WhereAnObjectThatIsNotClosedEndsDoesNotDependOnWhatWasReadBefore) {
+    const std::string open = "<</A(" + std::string(2000, 'x') + ")/B(no end";
+    const std::string large = "<</C(" + std::string(40'000, 'y') + ")>>";
+    for (const std::string next : {"next)>>", "<</Next 1>>"}) {  // closes it, does not
+        std::string bytes =
+            RawPdf().catalogOf({3}).page(3, "one").object(5, open).object(6, next).object(7, large).table().bytes();
+        bytes.replace(bytes.find("endobj", bytes.find("no end")), 6, "      ");
+        for (const bool isFirst : {true, false}) {
+            const std::string name("a.pdf");
+            Warnings warnings(name);
+            ObjectReader reader(InputFile::open(dir.write("a.pdf", bytes)), warnings);
+            if (!isFirst) {
+                EXPECT_TRUE(reader.findWhole({7, 0})->value().ends_with(large));
+            }
+            const auto found = reader.findWhole({5, 0});
+            ASSERT_TRUE(found);
+            EXPECT_LE(found->text().find(open), 1U);
+            EXPECT_LT(found->text().size(), open.size() + 20) << next << isFirst;
+        }
+    }
+}
+
 TEST_F(ObjectReading, WarningsNameFileObjectAndOffset) {
     const std::string bytes = withContent("<</Length 3>>stream\n" + RawPdf::content("one") + "\nendstream");
     const auto source = open(bytes);
