@@ -175,8 +175,8 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
-        // What is not closed where the next object begins never will be, or by that one. A text without `obj` holds no
-        // other object; in any other it must be known where they begin, and to know that all are put in order.
+        // What is not closed where the next object begins is closed, if at all, by what that one holds. A text without
+        // `obj` holds no other object; for any other all are put in order, to know where the next begins.
         const bool isShort = object->valueEnd != 0 && object->valueEnd <= usualObject;
         const bool mayRunOn = !isShort && object->value().find("obj") != std::string_view::npos;
         if (whole && !mayRunOn) return object;
