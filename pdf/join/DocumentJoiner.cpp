@@ -126,7 +126,7 @@ void DocumentJoiner::takeNames() {
         if (tree != trees_.end()) {
             std::unordered_set<std::string> seen;
             for (const auto& [name, entry] : readNameTree(reader, value)) {
-                if (!seen.insert(name).second) continue;
+                if (!seen.emplace(name).second) continue;
                 tree->names.set(tree->names.reserve(name, ordinal_), source_->copied(entry));
             }
         } else if (source_->isBase && key != "Dests") {

@@ -1,9 +1,9 @@
 #include "pdf/join/JoinedNames.h"
 
+#include "pdf/io/InHalves.h"
 #include "pdf/object/Object.h"
 
 #include <algorithm>
-#include <future>
 #include <type_traits>
 
 namespace quillon::pdf {
@@ -43,18 +43,8 @@ void writeLimits(std::string& out, const Key& first, const Key& last) {
 // Entries of a leaf, and kids of a node.
 constexpr std::size_t fanOut = 64;
 
-/// Does `work` from 0 to `size`, given as [begin, end), in two parts at a time if it is large: when names are written
-/// the other work is done, and a processor is idle. The second part begins at a multiple of `unit`.
-template <class Work>
-void inHalves(std::size_t size, std::size_t unit, const Work& work) {
-    constexpr std::size_t worthSharing = 4096;
-    const std::size_t half = size < worthSharing ? size : size / 2 / unit * unit;
-    std::future<void> other;
-    // Where no thread can be had, the second part is done when it is asked for.
-    if (half < size) other = std::async(std::launch::async | std::launch::deferred, work, half, size);
-    work(0, half);
-    if (other.valid()) other.get();
-}
+// Names from which on two threads share the work.
+constexpr std::size_t worthSharing = 4096;
 
 /// The text of the leaf that begins at `begin`, with the entry `key` for the pairs.
 template <class Values>
@@ -88,7 +78,7 @@ template <class Key, class Text>
 std::vector<TreeNode<Key>> writeLeaves(ObjectOutput& output, std::string_view key,
                                        const std::vector<std::pair<Key, Text>>& values) {
     std::vector<std::string> texts((values.size() + fanOut - 1) / fanOut);
-    inHalves(values.size(), fanOut, [&](std::size_t begin, std::size_t end) {
+    inHalves(values.size(), fanOut, worthSharing, [&](std::size_t begin, std::size_t end) {
         for (std::size_t at = begin; at < end; at += fanOut) texts[at / fanOut] = leafText(key, values, at);
     });
     std::vector<TreeNode<Key>> leaves;
@@ -142,7 +132,7 @@ void sortRuns(NamesAndTexts::iterator first, NamesAndTexts::iterator last) {
 }
 
 void sortNames(NamesAndTexts& values) {
-    inHalves(values.size(), 1, [&](std::size_t begin, std::size_t end) {
+    inHalves(values.size(), 1, worthSharing, [&](std::size_t begin, std::size_t end) {
         sortRuns(values.begin() + static_cast<std::ptrdiff_t>(begin),
                  values.begin() + static_cast<std::ptrdiff_t>(end));
     });

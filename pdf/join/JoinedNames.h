@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pdf/join/NameTable.h"
-#include "pdf/join/TextArena.h"
+#include "pdf/object/TextArena.h"
 #include "pdf/write/ObjectOutput.h"
 
 #include <cstddef>

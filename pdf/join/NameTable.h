@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pdf/join/TextArena.h"
+#include "pdf/object/TextArena.h"
 
 #include <cstddef>
 #include <cstdint>

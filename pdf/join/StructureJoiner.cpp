@@ -161,7 +161,7 @@ void StructureJoiner::moveWhole(const SourceCopies& source, const Dictionary& ro
     }
     std::unordered_set<std::string> seen;
     for (const auto& [id, element] : readNameTree(source.reader(), root["IDTree"])) {
-        if (!seen.insert(id).second) continue;
+        if (!seen.emplace(id).second) continue;
         ids_.set(ids_.reserve(id, source.ordinal), source.copied(element));
     }
     for (const auto& [old, joined] : groups_[0].order) {

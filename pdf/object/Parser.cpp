@@ -106,18 +106,25 @@ void Parser::skipNested() {
     }
 }
 
-std::optional<Reference> plainReference(std::string_view value) noexcept {
-    std::size_t at = 0;
-    const auto number = readUnsigned(value, at);
-    const std::size_t afterNumber = at;
-    skipWhiteSpace(value, at);
-    if (at == afterNumber) return std::nullopt;
-    const auto generation = readUnsigned(value, at);
-    const std::size_t afterGeneration = at;
-    skipWhiteSpace(value, at);
-    if (at == afterGeneration || value.substr(at) != "R") return std::nullopt;
+std::optional<Reference> readReference(std::string_view text, std::size_t& position) noexcept {
+    const auto number = readUnsigned(text, position);
+    const std::size_t afterNumber = position;
+    skipWhiteSpace(text, position);
+    if (position == afterNumber) return std::nullopt;
+    const auto generation = readUnsigned(text, position);
+    const std::size_t afterGeneration = position;
+    skipWhiteSpace(text, position);
+    if (position == afterGeneration || position >= text.size() || text[position] != 'R') return std::nullopt;
+    ++position;
+    if (position < text.size() && isRegular(text[position])) return std::nullopt;
     if (!number || !generation || *number > UINT32_MAX || *generation > UINT32_MAX) return std::nullopt;
     return Reference{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)};
+}
+
+std::optional<Reference> plainReference(std::string_view value) noexcept {
+    std::size_t at = 0;
+    const auto reference = readReference(value, at);
+    return at == value.size() ? reference : std::nullopt;
 }
 
 }  // namespace quillon::pdf

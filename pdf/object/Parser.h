@@ -36,6 +36,10 @@ private:
     bool clean_ = true;
 };
 
+/// The reference at `position` of `text` if it is written as usual; moves `position` behind it. Nothing where any other
+/// value stands; `position` is of no use then.
+[[nodiscard]] std::optional<Reference> readReference(std::string_view text, std::size_t& position) noexcept;
+
 /// The reference that `value`, all of it, is if it is written as usual; nothing for any other value. Quicker than to
 /// parse it.
 [[nodiscard]] std::optional<Reference> plainReference(std::string_view value) noexcept;

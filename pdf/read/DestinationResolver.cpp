@@ -1,7 +1,7 @@
 #include "pdf/read/DestinationResolver.h"
 
 #include "pdf/object/Characters.h"
-#include "pdf/object/Lexer.h"
+#include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 
 #include <algorithm>
@@ -60,16 +60,10 @@ bool isPlain(std::string_view elements) {
 /// `array`: up to its first closing bracket.
 std::optional<ExplicitDestination> parseExplicit(std::string_view array) {
     std::size_t at = skipBlank(array, 1);
-    const auto number = readUnsigned(array, at);
-    at = skipBlank(array, at);
-    const auto generation = readUnsigned(array, at);
-    at = skipBlank(array, at);
-    if (!number || !generation || *number > UINT32_MAX || *generation > UINT32_MAX) return std::nullopt;
+    const auto page = readReference(array, at);
     // A comment may have hidden the end.
-    if (at + 1 >= array.size() || array[at] != 'R' || isRegular(array[at + 1])) return std::nullopt;
-    if (!isPlain(array.substr(at + 1))) return std::nullopt;
-    return ExplicitDestination{{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)},
-                               array.substr(at + 1)};
+    if (!page || at >= array.size() || !isPlain(array.substr(at))) return std::nullopt;
+    return ExplicitDestination{*page, array.substr(at)};
 }
 
 }  // namespace
@@ -81,7 +75,9 @@ DestinationNames readDestinationNames(SourceDocument& document) {
     const Object catalog = reader.parse(*document.catalog());
     if (!catalog.dictionary()) return names;
     const Object old = reader.resolve((*catalog.dictionary())["Dests"]);
-    if (old.dictionary()) names.old = old.dictionary()->entries();
+    if (const Dictionary* dictionary = old.dictionary()) {
+        for (const auto& [name, value] : dictionary->entries()) names.old.add(name, value);
+    }
     const Object trees = reader.resolve((*catalog.dictionary())["Names"]);
     if (trees.dictionary()) names.tree = readNameTree(reader, (*trees.dictionary())["Dests"]);
     return names;
@@ -107,9 +103,9 @@ std::optional<ExplicitDestination> explicitDestination(std::string_view object) 
 
 void DestinationResolver::readNames() {
     names_.emplace();
-    DestinationNames names = readDestinationNames(document_);
-    for (auto* list : {&names.tree, &names.old}) {
-        for (auto& [name, value] : *list) names_->try_emplace(std::move(name), std::move(value));
+    const DestinationNames names = readDestinationNames(document_);
+    for (const NamedValues* list : {&names.tree, &names.old}) {
+        for (const auto& [name, value] : *list) names_->try_emplace(std::string(name), value);
     }
 }
 

@@ -1,15 +1,32 @@
 #pragma once
 
+#include "pdf/object/TextArena.h"
 #include "pdf/read/ObjectReader.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace quillon::pdf {
 
-using NamedValues = std::vector<std::pair<std::string, Object>>;
+/// Values with their names, in the order in which they were added. The names end with this, wherever it is moved.
+class NamedValues {
+public:
+    using Entry = std::pair<std::string_view, Object>;
+
+    void add(std::string_view name, Object value) { entries_.emplace_back(names_.keep(name), std::move(value)); }
+
+    [[nodiscard]] auto begin() const noexcept { return entries_.begin(); }
+    [[nodiscard]] auto end() const noexcept { return entries_.end(); }
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+
+private:
+    TextArena names_;
+    std::vector<Entry> entries_;
+};
+
 using NumberedValues = std::vector<std::pair<std::int64_t, Object>>;
 
 /// The entries of the name tree `root` (ISO 32000-2, 7.9.6) in the order of the file; values that are references are

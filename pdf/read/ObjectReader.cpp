@@ -124,8 +124,14 @@ std::optional<ObjectText> ObjectReader::findStored(Reference reference, std::siz
     switch (entry.kind) {
         case CrossReferenceEntry::Kind::InFile:
             return findInFile(reference, entry, wanted);
-        case CrossReferenceEntry::Kind::InObjectStream:
-            return findInStream(reference.number, entry);
+        case CrossReferenceEntry::Kind::InObjectStream: {
+            const auto text = findInStream(reference.number, entry);
+            if (!text) return std::nullopt;
+            ObjectText object;
+            object.source = {lastObjects_, *text};
+            object.complete = true;
+            return object;
+        }
         case CrossReferenceEntry::Kind::Free:
         case CrossReferenceEntry::Kind::Unknown:
             break;
@@ -151,18 +157,24 @@ std::optional<ObjectText> ObjectReader::findInFile(Reference reference, const Cr
     return object;
 }
 
-std::optional<ObjectText> ObjectReader::findInStream(std::uint32_t number, const CrossReferenceEntry& entry) {
+/// The stream becomes the one asked for last, which keeps the text.
+std::optional<std::string_view> ObjectReader::findInStream(std::uint32_t number, const CrossReferenceEntry& entry) {
     if (entry.place > maximumObjectNumber) return std::nullopt;
     if (entry.place != lastStream_) {
         lastObjects_ = objectStream(static_cast<std::uint32_t>(entry.place));
         lastStream_ = static_cast<std::uint32_t>(entry.place);
     }
     const auto index = lastObjects_ ? lastObjects_->find(number, entry.detail) : std::nullopt;
-    if (!index) return std::nullopt;
-    ObjectText object;
-    object.source = {lastObjects_, lastObjects_->textAt(*index)};
-    object.complete = true;
-    return object;
+    return index ? std::optional(lastObjects_->textAt(*index)) : std::nullopt;
+}
+
+std::optional<std::string_view> ObjectReader::findPacked(Reference reference,
+                                                         std::shared_ptr<const ObjectStream>& holder) {
+    const CrossReferenceEntry entry = table_.entries.get(reference.number);
+    if (entry.kind != CrossReferenceEntry::Kind::InObjectStream || !exists(reference)) return std::nullopt;
+    const auto text = findInStream(reference.number, entry);
+    if (text && holder != lastObjects_) holder = lastObjects_;
+    return text;
 }
 
 std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {

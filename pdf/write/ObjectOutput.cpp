@@ -1,14 +1,10 @@
 #include "pdf/write/ObjectOutput.h"
 
-#include "pdf/filter/Flate.h"
-#include "pdf/filter/Predictor.h"
 #include "pdf/object/Object.h"
 #include "pdf/security/StringRewriter.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <cstring>
 
 namespace quillon::pdf {
 
@@ -16,17 +12,8 @@ namespace {
 
 constexpr std::string_view streamEnd = "\nendstream\nendobj\n";
 
-/// `bytes`: 1 to 8.
-void putBigEndian(char* out, std::uint64_t value, unsigned bytes) {
-    std::array<char, 8> text{};
-    for (std::size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>(value >> (8 * (text.size() - 1 - i)));
-    std::memcpy(out, text.data() + text.size() - bytes, bytes);
-}
-
-void appendBigEndian(std::string& out, std::uint64_t value, unsigned bytes) {
-    std::array<char, 8> text{};
-    putBigEndian(text.data(), value, bytes);
-    out.append(text.data(), bytes);
+void appendBigEndian(std::string& out, std::uint64_t value) {
+    for (unsigned shift = 64; shift != 0; shift -= 8) out += static_cast<char>(value >> (shift - 8) & 0xFFU);
 }
 
 unsigned bytesFor(std::uint64_t value) {
@@ -37,8 +24,8 @@ unsigned bytesFor(std::uint64_t value) {
 
 std::string idText(std::string_view firstId, XXH128_hash_t digest) {
     std::string own;
-    appendBigEndian(own, digest.high64, 8);
-    appendBigEndian(own, digest.low64, 8);
+    appendBigEndian(own, digest.high64);
+    appendBigEndian(own, digest.low64);
     std::string text = "/ID[";
     writeString(text, firstId.empty() ? std::string_view(own) : firstId);
     writeString(text, own);
@@ -50,12 +37,6 @@ std::string idText(std::string_view firstId, XXH128_hash_t digest) {
 ObjectOutput::ObjectOutput(OutputFile& file, const Encryptor* encryptor)
     : file_(file), encryptor_(encryptor), pipeline_(file, encryptor) {
     beginBody();
-}
-
-std::uint32_t ObjectOutput::reserve() {
-    const std::uint32_t number = nextNumber();
-    places_.push_back(0);
-    return number;
 }
 
 void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
@@ -72,7 +53,7 @@ void ObjectOutput::flushBody() {
         for (const std::uint32_t value : {packed_[i].number, packed_[i].offset}) {
             index = std::to_chars(index, body_.data() + indexRoom, value).ptr + 1;  // a blank is there already
         }
-        places_[packed_[i].number] = inStream | std::uint64_t{stream} << 16U | i;
+        places_.setInStream(packed_[i].number, stream, i);
     }
     if (bodies_++ % bodiesOfCodes == 0) codes_ = std::make_shared<const DeflateCodes>(body_);
     pipeline_.writeDeflated(stream,
@@ -128,7 +109,7 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
     if (extent.length >= StreamIndex::longStream)
         return copyLarge(number, entries, file.sharedFile(), std::span(&range, 1));
     const std::size_t before = chunk_.size();
-    const std::uint32_t own = number != 0 ? number : nextNumber();
+    const std::uint32_t own = number != 0 ? number : places_.next();
     beginStream(own, entries, extent.length);
     makeRoom();
     const std::size_t begin = chunk_.size();
@@ -171,7 +152,7 @@ void ObjectOutput::noteShortened(const std::string& path) {
 std::uint32_t ObjectOutput::copyLarge(std::uint32_t number, std::string_view entries,
                                       const std::shared_ptr<InputFile>& file, std::span<const FileRange> ranges) {
     const StreamContent stream{.dictionary = entries, .file = file.get(), .ranges = ranges};
-    const std::uint32_t own = number != 0 ? number : nextNumber();
+    const std::uint32_t own = number != 0 ? number : places_.next();
     if (const auto known = enter(stream, own, number == 0)) return *known;
     hold(file);
     beginStream(own, entries, stream.length());
@@ -207,7 +188,7 @@ std::uint32_t ObjectOutput::addFileStream(std::uint32_t number, std::string_view
         return addData(number, entries, data);
     }
     auto reader = std::make_unique<DecryptingReader>(file.sharedFile(), extent.offset, extent.length, std::move(key));
-    const std::uint32_t own = number != 0 ? number : nextNumber();
+    const std::uint32_t own = number != 0 ? number : places_.next();
     if (const auto known = enter({.dictionary = entries, .reader = reader.get()}, own, number == 0)) return *known;
     beginStream(own, entries, reader->length());
     flushChunk();
@@ -222,7 +203,7 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, std::span<const 
 
 /// An equal stream is used instead unless `number` is given (not 0).
 std::uint32_t ObjectOutput::addData(std::uint32_t number, std::string_view entries, std::string_view data) {
-    const std::uint32_t own = number != 0 ? number : nextNumber();
+    const std::uint32_t own = number != 0 ? number : places_.next();
     if (const auto known = enter({.dictionary = entries, .data = data}, own, number == 0)) return *known;
     beginStream(own, entries, data.size());
     makeRoom();
@@ -241,7 +222,7 @@ std::uint32_t ObjectOutput::addStream(std::string_view entries, const std::share
     if (length >= StreamIndex::longStream) return copyLarge(0, entries, file, ranges);
     hold(file);
     const std::size_t before = chunk_.size();
-    const std::uint32_t own = nextNumber();
+    const std::uint32_t own = places_.next();
     beginStream(own, entries, length);
     makeRoom();
     const std::size_t begin = chunk_.size();
@@ -262,21 +243,19 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     flushChunk();
     if (!pipeline_.finish()) return false;
     for (const std::string& path : pipeline_.shortened()) noteShortened(path);
-    for (const auto& placed : pipeline_.places()) places_[placed.number] = placed.offset;
+    for (const auto& placed : pipeline_.places()) places_.setInFile(placed.number, placed.offset);
     streams_.clear();  // makes room for the cross-reference data
     const std::string encryption = encryptionEntry();
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();
-    places_[own] = offset;
-    const unsigned width = bytesFor(std::max<std::uint64_t>(offset, places_.size()));
-    const std::size_t rowBytes = 3 + width;
-    std::string deflated;
-    Deflater(1).deflate(crossReferences(width), deflated);
-    std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.size()) + "/W[1 " +
+    places_.setInFile(own, offset);
+    const unsigned width = bytesFor(std::max<std::uint64_t>(offset, own));
+    const std::string rows = places_.deflatedRows(width);
+    std::string text = std::to_string(own) + " 0 obj\n<</Type/XRef/Size " + std::to_string(places_.next()) + "/W[1 " +
                        std::to_string(width) + " 2]" + std::string(trailer) + encryption +
                        idText(firstId, pipeline_.digest()) + "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
-                       std::to_string(rowBytes) + ">>/Length " + std::to_string(deflated.size()) + ">>stream\n" +
-                       deflated;
+                       std::to_string(ObjectPlaces::rowBytes(width)) + ">>/Length " + std::to_string(rows.size()) +
+                       ">>stream\n" + rows;
     text += streamEnd;
     text += "startxref\n" + std::to_string(offset) + "\n%%EOF\n";
     return file_.write(text);
@@ -286,27 +265,11 @@ bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
 /// Returns the entry of the trailer.
 std::string ObjectOutput::encryptionEntry() {
     if (!encryptor_) return {};
-    const std::string number = std::to_string(reserve());
-    places_.back() = file_.size();
+    const std::uint32_t own = reserve();
+    const std::string number = std::to_string(own);
+    places_.setInFile(own, file_.size());
     file_.write(number + " 0 obj\n" + encryptor_->dictionary() + "\nendobj\n");
     return "/Encrypt " + number + " 0 R";
-}
-
-/// The rows of the cross-reference stream, predicted: type, place in `width` bytes, index or generation in two.
-std::string ObjectOutput::crossReferences(unsigned width) const {
-    std::string rows(places_.size() * (3 + width), '\0');
-    char* row = rows.data();
-    std::size_t number = 0;
-    for (const std::uint64_t place : places_) {
-        const bool packed = (place & inStream) != 0;
-        constexpr std::uint64_t indexMask = 0xffff;
-        *row = static_cast<char>(packed ? 2 : place != 0 ? 1 : 0);
-        putBigEndian(row + 1, packed ? (place & ~inStream) >> 16U : place, width);
-        putBigEndian(row + 1 + width, packed ? place & indexMask : number == 0 ? indexMask : 0, 2);
-        row += 3 + width;
-        ++number;
-    }
-    return predictUp(rows, 3 + width);
 }
 
 }  // namespace quillon::pdf

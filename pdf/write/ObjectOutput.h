@@ -1,12 +1,12 @@
 #pragma once
 
 #include "pdf/read/ObjectReader.h"
+#include "pdf/write/ObjectPlaces.h"
 #include "pdf/write/ObjectSink.h"
 #include "pdf/write/OutputPipeline.h"
 #include "pdf/write/StreamIndex.h"
 
 #include <cstdint>
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,7 +23,7 @@ public:
     explicit ObjectOutput(OutputFile& file, const Encryptor* encryptor = nullptr);
 
     /// A number for an object that is written later, or never: then it reads as null.
-    [[nodiscard]] std::uint32_t reserve();
+    [[nodiscard]] std::uint32_t reserve() { return places_.reserve(); }
 
     /// The text of the object stream that is being filled. An object is written by appending its value and calling
     /// `close` with its number; what was appended and not closed is taken back by resizing.
@@ -60,8 +60,6 @@ private:
         std::uint32_t offset;  // where it begins, before the body is full
     };
 
-    /// The number that reserve() gives next.
-    [[nodiscard]] std::uint32_t nextNumber() const noexcept { return static_cast<std::uint32_t>(places_.size()); }
     void beginBody();
     void flushBody();
     /// A stream whose data is being read into the chunk.
@@ -86,7 +84,6 @@ private:
     std::uint32_t addData(std::uint32_t number, std::string_view entries, std::string_view data);
     std::uint32_t copyLarge(std::uint32_t number, std::string_view entries, const std::shared_ptr<InputFile>& file,
                             std::span<const FileRange> ranges);
-    [[nodiscard]] std::string crossReferences(unsigned width) const;
 
     static constexpr std::size_t bodyObjects = 200;
     static constexpr std::size_t bodyBytes = 64 * 1024;
@@ -114,10 +111,7 @@ private:
     std::vector<OutputPipeline::Placed> chunkObjects_;
     std::vector<OutputPipeline::Sealed> chunkSealed_;
     std::vector<std::string> shortened_;
-    // For each object number where it is: an offset in the file, or with `inStream` set, an object stream's number in
-    // the upper bits and an index in the lower 16.
-    std::deque<std::uint64_t> places_{0};  // never moved, since it is large
-    static constexpr std::uint64_t inStream = std::uint64_t{1} << 63U;
+    ObjectPlaces places_;
 };
 
 }  // namespace quillon::pdf

@@ -223,16 +223,19 @@ void SourceCopier::copyObject(const Pending& pending) {
             return;
         }
     }
-    auto object = reader_.find(pending.reference);
-    if (object && object->inFile && editor_) object = reader_.findWhole(pending.reference);
-    if (!object) return;
     // What stands in an object stream is there as a whole.
-    const bool isWhole = !object->inFile || editor_;
+    if (const auto packed = reader_.findPacked(pending.reference, packed_)) {
+        if (isPageObject(*packed) || copyEdited(pending, *packed)) return;
+        writePlain(pending.number, *packed);
+        return;
+    }
+    auto object = editor_ ? reader_.findWhole(pending.reference) : reader_.find(pending.reference);
+    if (!object) return;
     const std::string_view text = object->value();
-    if (isWhole && isPageObject(text)) return;
+    if (editor_ && isPageObject(text)) return;
     if (copyEdited(pending, text) || tryPlain(pending.number, text)) return;
-    if (!isWhole) object = reader_.findWhole(pending.reference);
-    if (object) writePlain(pending.number, isWhole ? text : object->text());
+    if (!editor_) object = reader_.findWhole(pending.reference);
+    if (object) writePlain(pending.number, editor_ ? text : object->text());
 }
 
 /// Copies an object if the editor changes it.

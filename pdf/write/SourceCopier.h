@@ -151,7 +151,8 @@ private:
     bool isBase_;
     ObjectEditor* editor_ = nullptr;
     bool editsLinks_ = false;
-    std::string edited_;  // what the editor makes of an object; kept for its room
+    std::shared_ptr<const ObjectStream> packed_;  // that of the object being copied
+    std::string edited_;                          // what the editor makes of an object; kept for its room
     std::vector<Pending> pending_;
     std::string texts_;  // of objects that wait, one behind the other in their order
     std::string text_;   // of the one being copied; kept for its room

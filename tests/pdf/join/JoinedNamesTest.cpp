@@ -56,7 +56,7 @@ protected:
         std::vector<std::string> found;
         for (const auto& [name, value] : readDestinationNames(*access.document()).tree) {
             EXPECT_EQ(value.string() ? *value.string() : "none", name);
-            found.push_back(name);
+            found.emplace_back(name);
         }
         return found;
     }

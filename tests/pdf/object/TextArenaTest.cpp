@@ -1,4 +1,4 @@
-#include "pdf/join/TextArena.h"
+#include "pdf/object/TextArena.h"
 
 #include <gtest/gtest.h>
 
