@@ -5,6 +5,16 @@
 
 namespace quillon::pdf {
 
+namespace {
+
+/// Blocks that nobody reads any more, for caches of this thread.
+std::vector<std::shared_ptr<char[]>>& spareBlocks() {
+    thread_local std::vector<std::shared_ptr<char[]>> spare;
+    return spare;
+}
+
+}  // namespace
+
 OwnedText BlockCache::view(std::uint64_t offset, std::size_t wanted) {
     const std::uint64_t size = file_->size();
     if (offset >= size) return {};
@@ -86,8 +96,23 @@ BlockCache::Block BlockCache::recycledBlock() {
         if (oldest->bytes.use_count() == 1) block = std::move(*oldest);
         blocks_.erase(oldest);
     }
+    auto& spare = spareBlocks();
+    if (!block.bytes && !spare.empty()) {
+        block.bytes = std::move(spare.back());
+        spare.pop_back();
+    }
     if (!block.bytes) block.bytes = std::make_shared_for_overwrite<char[]>(blockSize);
     return block;
+}
+
+void BlockCache::clear() {
+    auto& spare = spareBlocks();
+    for (Block& block : blocks_) {
+        if (block.bytes.use_count() == 1 && spare.size() < mostBlocks) spare.push_back(std::move(block.bytes));
+    }
+    blocks_ = {};
+    whole_.reset();
+    wholeText_ = {};
 }
 
 }  // namespace quillon::pdf

@@ -38,12 +38,9 @@ public:
     void readWhole();
     /// Bytes read and kept.
     [[nodiscard]] std::size_t memory() const noexcept { return blocks_.size() * blockSize + wholeText_.size(); }
-    /// Frees what was read.
-    void clear() {
-        blocks_ = {};
-        whole_.reset();
-        wholeText_ = {};
-    }
+    /// Frees what was read. The memory of the blocks, a MiB at most, is left to the next cache that this thread fills:
+    /// memory that the system has to give anew costs as much as reading into it.
+    void clear();
 
     [[nodiscard]] InputFile& file() const noexcept { return *file_; }
     [[nodiscard]] const std::shared_ptr<InputFile>& sharedFile() const noexcept { return file_; }

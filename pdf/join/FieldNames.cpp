@@ -56,6 +56,7 @@ std::string FieldNames::comparable(std::string_view name) {
     if (name.starts_with(utf8Mark)) {
         appendUtf8(text, name.substr(utf8Mark.size()));
     } else {
+        text.reserve(text.size() + 2 * name.size());
         for (const char c : name) append(text, fromDocEncoding(static_cast<unsigned char>(c)));
     }
     return text;

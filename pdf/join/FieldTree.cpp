@@ -8,7 +8,7 @@
 
 namespace quillon::pdf {
 
-FieldTree::FieldTree(ObjectReader& reader, const Dictionary& form) {
+FieldTree::FieldTree(ObjectReader& reader, const Dictionary& form) : places_(reader.file().file().size()) {
     const Object fields = reader.resolve(form["Fields"]);
     if (!fields.array()) return;
     for (const Object& field : *fields.array()) {
@@ -27,7 +27,7 @@ bool FieldTree::mayMissFields() const {
 }
 
 void FieldTree::adopt(ObjectReader& reader, Reference object) {
-    if (places_.contains(object.number) || !reader.mayVisit(nodes_.size())) return;
+    if (find(object.number) != none || !reader.mayVisit(nodes_.size())) return;
     // Most are links and comments, and there may be very many.
     const auto found = reader.find(object);
     const std::size_t end = found ? found->text().find("endobj") : 0;
@@ -92,7 +92,7 @@ FieldTree::Entries FieldTree::entriesOf(const Object& dictionary) {
 
 FieldTree::Entries FieldTree::look(ObjectReader& reader, Reference field) const {
     Entries entries;
-    if (places_.contains(field.number)) return entries;
+    if (find(field.number) != none) return entries;
     auto object = reader.find(field);
     if (!object || takeEntries(object->text(), entries)) return entries;
     object = reader.findWhole(field);
@@ -121,7 +121,7 @@ bool FieldTree::takeEntries(std::string_view text, Entries& entries) {
 void FieldTree::add(ObjectReader& reader, Reference field, const Entries& entries, std::uint32_t parent) {
     const auto place = static_cast<std::uint32_t>(nodes_.size());
     if (!entries.isField) return;
-    places_.emplace(field.number, place);
+    places_.at(field.number) = place + 1;
     nodes_.emplace_back();
     nodes_[place].reference = field;
     nodes_[place].parent = parent;
@@ -161,11 +161,6 @@ void FieldTree::takeType(ObjectReader& reader, const Entries& entries, std::uint
     for (std::uint32_t i = node.parent; i != none && nodes_[i].type == Type::None; i = nodes_[i].parent) {
         if (std::exchange(nodes_[i].holdsSignature, true)) break;
     }
-}
-
-std::uint32_t FieldTree::find(std::uint32_t object) const {
-    const auto found = places_.find(object);
-    return found == places_.end() ? none : found->second;
 }
 
 Object FieldTree::read(ObjectReader& reader, std::uint32_t field) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdf/object/ObjectMap.h"
 #include "pdf/read/ObjectReader.h"
 
 #include <cstdint>
@@ -39,7 +40,7 @@ public:
 
     [[nodiscard]] const std::vector<Node>& nodes() const noexcept { return nodes_; }
     /// The index of the field with this object number; `none` for any other object.
-    [[nodiscard]] std::uint32_t find(std::uint32_t object) const;
+    [[nodiscard]] std::uint32_t find(std::uint32_t object) const { return places_.get(object) - 1; }
     /// The entries of a field, if it has any.
     [[nodiscard]] Object read(ObjectReader& reader, std::uint32_t field) const;
 
@@ -69,7 +70,7 @@ private:
     void takeType(ObjectReader& reader, const Entries& entries, std::uint32_t field);
 
     std::vector<Node> nodes_;
-    std::unordered_map<std::uint32_t, std::uint32_t> places_;  // by object number
+    ObjectMap<std::uint32_t> places_;                          // index + 1
     std::unordered_map<std::uint32_t, Object> direct_;         // by index
     std::unordered_set<std::uint32_t> lists_;                  // objects that are lists of kids
     std::unordered_set<std::uint32_t> strays_;                 // objects that belong to no field

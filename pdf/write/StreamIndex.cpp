@@ -126,9 +126,9 @@ std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream,
     if (length >= longStream && addLone(stream, key, number)) return std::nullopt;
     const XXH128_hash_t hash = hashOf(stream, key, room_);
     const auto [file, offset] = placeOf(stream);
-    const auto [known, isNew] = known_.try_emplace(hash.low64, Known{file, file ? offset : hash.high64, number});
-    if (isNew || !isEqual(known->second, stream, hash.high64)) return std::nullopt;
-    return known->second.number;
+    const auto [known, isNew] = known_.tryEmplace(hash.low64, {file, file ? offset : hash.high64, number});
+    if (isNew || !isEqual(known, stream, hash.high64)) return std::nullopt;
+    return known.number;
 }
 
 void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
@@ -136,21 +136,20 @@ void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
 }
 
 void StreamIndex::clear() {
-    known_ = {};
-    lones_ = {};
+    known_.clear();
+    lones_.clear();
     room_.reset();
     otherRoom_.reset();
 }
 
 bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number) {
     const auto [file, offset] = placeOf(stream);
-    const auto [place, isNew] = lones_.try_emplace(key, Lone{file, offset, number});
+    const auto [lone, isNew] = lones_.tryEmplace(key, {file, offset, number});
     if (isNew) return file != nullptr;
-    Lone& lone = place->second;
     if (!lone.file) return false;
     const FileRange range{lone.offset, stream.length()};
     const XXH128_hash_t hash = hashOf(RangeReader(*lone.file, std::span(&range, 1), room_), key);
-    known_.try_emplace(hash.low64, Known{lone.file, lone.offset, lone.number});
+    known_.tryEmplace(hash.low64, {lone.file, lone.offset, lone.number});
     lone.file = nullptr;
     return false;
 }

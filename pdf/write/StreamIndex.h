@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/security/DecryptingReader.h"
+#include "pdf/write/HashTable.h"
 #include "pdf/write/ObjectSink.h"
 
 #include <xxhash.h>
@@ -10,7 +11,6 @@
 #include <optional>
 #include <span>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace quillon::pdf {
@@ -49,16 +49,16 @@ public:
 private:
     // Kept small, since every stream of the file has one.
     struct Known {
-        InputFile* file;         // null for data made in memory or in several ranges
-        std::uint64_t evidence;  // what shows that a stream is equal: the offset of the data, without a file the high
-                                 // half of the hash
-        std::uint32_t number;
+        InputFile* file = nullptr;   // null for data made in memory or in several ranges
+        std::uint64_t evidence = 0;  // what shows that a stream is equal: the offset of the data, without a file the
+                                     // high half of the hash
+        std::uint32_t number = 0;
     };
     /// The only long stream of its dictionary and length.
     struct Lone {
-        InputFile* file;  // null once streams of this dictionary and length are found by their hash
-        std::uint64_t offset;
-        std::uint32_t number;
+        InputFile* file = nullptr;  // null once streams of this dictionary and length are found by their hash
+        std::uint64_t offset = 0;
+        std::uint32_t number = 0;
     };
 
     /// Whether dictionary and length of a long stream alone show that it is new.
@@ -66,9 +66,9 @@ private:
     [[nodiscard]] bool isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash);
 
     std::uint64_t seed_;
-    std::unordered_map<std::uint64_t, Known> known_;  // by the low half of the hash
-    std::unordered_map<std::uint64_t, Lone> lones_;   // by the hash of dictionary and length
-    std::unique_ptr<char[]> room_;                    // what is read to compare it; kept from one to the next
+    HashTable<Known> known_;        // by the low half of the hash
+    HashTable<Lone> lones_;         // by the hash of dictionary and length
+    std::unique_ptr<char[]> room_;  // what is read to compare it; kept from one to the next
     std::unique_ptr<char[]> otherRoom_;
 };
 
