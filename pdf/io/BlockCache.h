@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pdf/io/InputFile.h"
+#include "pdf/object/OwnedText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,12 +12,6 @@
 
 namespace quillon::pdf {
 
-/// Text with whatever keeps it alive.
-struct OwnedText {
-    std::shared_ptr<const void> owner;
-    std::string_view text;
-};
-
 /// Reads a file in blocks and keeps the ones used last, since neighbours of an object are mostly asked for next. A
 /// small file may be read as a whole instead. Not thread-safe.
 class BlockCache {
@@ -25,6 +20,9 @@ public:
     static constexpr std::size_t mostBlocks = 64;
 
     explicit BlockCache(std::shared_ptr<InputFile> file) : file_(std::move(file)) {}
+    BlockCache(const BlockCache&) = delete;
+    BlockCache& operator=(const BlockCache&) = delete;
+    ~BlockCache() { clear(); }
 
     /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more. Stays valid as
     /// long as the result is held.

@@ -70,13 +70,13 @@ private:
     void takeType(ObjectReader& reader, const Entries& entries, std::uint32_t field);
 
     std::vector<Node> nodes_;
-    ObjectMap<std::uint32_t> places_;                          // index + 1
-    std::unordered_map<std::uint32_t, Object> direct_;         // by index
-    std::unordered_set<std::uint32_t> lists_;                  // objects that are lists of kids
-    std::unordered_set<std::uint32_t> strays_;                 // objects that belong to no field
-    std::uint64_t kids_ = 0;                                   // named so far, as often as they are
-    std::vector<std::pair<Object, std::uint32_t>> waiting_;    // with the index of the parent
-    std::uint32_t unused_ = (1U << 31U) - 1;                   // numbers above are taken for direct fields
+    ObjectMap<std::uint32_t> places_;                        // index + 1
+    std::unordered_map<std::uint32_t, Object> direct_;       // by index
+    std::unordered_set<std::uint32_t> lists_;                // objects that are lists of kids
+    std::unordered_set<std::uint32_t> strays_;               // objects that belong to no field
+    std::uint64_t kids_ = 0;                                 // named so far, as often as they are
+    std::vector<std::pair<Object, std::uint32_t>> waiting_;  // with the index of the parent
+    std::uint32_t unused_ = (1U << 31U) - 1;                 // numbers above are taken for direct fields
 };
 
 }  // namespace quillon::pdf

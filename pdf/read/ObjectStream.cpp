@@ -1,6 +1,7 @@
 #include "pdf/read/ObjectStream.h"
 
 #include "pdf/filter/Filters.h"
+#include "pdf/filter/Flate.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/read/Limits.h"
 
@@ -9,15 +10,29 @@
 
 namespace quillon::pdf {
 
-std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& stream) {
+namespace {
+
+/// The decoded text, kept in `slabs`; nothing when it cannot be decoded.
+std::optional<OwnedText> decodedText(const StreamText& stream, TextSlabs& slabs) {
+    const bool isDeflated = stream.dictionary["Filter"].isName("FlateDecode");
+    if (isDeflated && stream.dictionary["DecodeParms"].isNull()) {
+        if (const auto text = inflateSound(stream.data, limits::decodedStream)) return slabs.keep(*text);
+    }
+    const auto text = decodeStream(stream.dictionary, stream.data, limits::decodedStream);
+    return text ? std::optional(slabs.keep(*text)) : std::nullopt;
+}
+
+}  // namespace
+
+std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& stream, TextSlabs& slabs) {
     const auto count = stream.dictionary["N"].integer();
     const auto first = stream.dictionary["First"].integer();
     if (!count || !first || *count < 0 || *first < 0) return nullptr;
-    auto decoded = decodeStream(stream.dictionary, stream.data, limits::decodedStream);
+    auto decoded = decodedText(stream, slabs);
     if (!decoded) return nullptr;
     auto result = std::make_shared<ObjectStream>();
     result->bytes_ = std::move(*decoded);
-    const std::string_view text = result->bytes_;
+    const std::string_view text = result->bytes();
     const auto most = static_cast<std::int64_t>(std::min(limits::packedObjects, text.size() / 4 + 1));
     result->index_.reserve(static_cast<std::size_t>(std::min(*count, most)));
     std::size_t at = 0;
@@ -32,22 +47,29 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
         const std::uint64_t place = std::min<std::uint64_t>(*offset + static_cast<std::uint64_t>(*first), text.size());
         result->index_.push_back({static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(place)});
     }
-    const auto numberOf = [&](std::uint32_t i) { return result->index_[i].number; };
-    result->byNumber_.resize(result->index_.size());
-    std::iota(result->byNumber_.begin(), result->byNumber_.end(), 0U);
-    if (!std::ranges::is_sorted(result->byNumber_, {}, numberOf))
-        std::ranges::stable_sort(result->byNumber_, {}, numberOf);
+    if (!std::ranges::is_sorted(result->index_, {}, &Place::number)) result->sortNumbers();
     return result;
 }
 
+void ObjectStream::sortNumbers() {
+    byNumber_.resize(index_.size());
+    std::iota(byNumber_.begin(), byNumber_.end(), 0U);
+    std::ranges::stable_sort(byNumber_, {}, [this](std::uint32_t i) { return index_[i].number; });
+}
+
 std::string_view ObjectStream::textAt(std::size_t index) const noexcept {
-    const std::string_view rest = std::string_view(bytes_).substr(index_[index].offset);
+    const std::string_view rest = bytes().substr(index_[index].offset);
     const bool inOrder = index + 1 < index_.size() && index_[index + 1].offset > index_[index].offset;
     return inOrder ? rest.substr(0, index_[index + 1].offset - index_[index].offset) : rest;
 }
 
 std::optional<std::size_t> ObjectStream::find(std::uint32_t number, std::size_t hint) const noexcept {
     if (hint < index_.size() && index_[hint].number == number) return hint;
+    if (byNumber_.empty()) {
+        const auto found = std::ranges::lower_bound(index_, number, {}, &Place::number);
+        if (found == index_.end() || found->number != number) return std::nullopt;
+        return static_cast<std::size_t>(found - index_.begin());
+    }
     const auto found =
         std::ranges::lower_bound(byNumber_, number, {}, [this](std::uint32_t i) { return index_[i].number; });
     if (found == byNumber_.end() || index_[*found].number != number) return std::nullopt;

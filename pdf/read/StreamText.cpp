@@ -28,6 +28,27 @@ std::size_t findObjectEnd(std::string_view text) {
     return std::string_view::npos;
 }
 
+struct StreamBeginning {
+    StreamText text;         // without data
+    std::uint64_t data = 0;  // where they begin in the file
+};
+
+/// What stands in front of the data of the stream at `offset`, if `wanted` bytes are enough for that.
+std::optional<StreamBeginning> readBeginningAt(BlockCache& file, std::uint64_t offset, std::size_t wanted) {
+    const OwnedText view = file.view(offset, wanted);
+    const auto header = readObjectHeader(view.text);
+    if (!header) return std::nullopt;
+    Parser parser(view.text, header->length);
+    Object parsed = parser.parse();
+    const auto begin = streamDataBegin(view.text, parser.position());
+    if (!parsed.dictionary() || !begin) return std::nullopt;
+    // An end of line may be cut off.
+    constexpr std::size_t margin = 16;
+    const bool goesOn = offset + view.text.size() < file.file().size();
+    if (goesOn && *begin + margin > view.text.size()) return std::nullopt;
+    return StreamBeginning{{header->reference, *parsed.dictionary(), {}}, offset + *begin};
+}
+
 }  // namespace
 
 std::optional<ObjectHeader> readObjectHeader(std::string_view text) noexcept {
@@ -93,16 +114,14 @@ std::uint64_t searchStreamLength(BlockCache& file, std::uint64_t offset, std::ui
 
 std::optional<StreamText> readStreamAt(BlockCache& file, std::uint64_t offset,
                                        const std::function<Object(Reference)>& resolve) {
-    const OwnedText view = file.view(offset, 16 * 1024);
-    const auto header = readObjectHeader(view.text);
-    if (!header) return std::nullopt;
-    Parser parser(view.text, header->length);
-    const Object parsed = parser.parse();
-    const auto begin = streamDataBegin(view.text, parser.position());
-    if (!parsed.dictionary() || !begin) return std::nullopt;
-    StreamText stream{header->reference, *parsed.dictionary(), {}};
-    const std::uint64_t data = offset + *begin;
-    const Object& length = stream.dictionary["Length"];
+    // Nearly every dictionary is short, and what a view has beyond one block is a copy.
+    constexpr std::size_t usual = 512;
+    constexpr std::size_t longest = 16 * 1024;
+    auto stream = readBeginningAt(file, offset, usual);
+    if (!stream) stream = readBeginningAt(file, offset, longest);
+    if (!stream) return std::nullopt;
+    auto& [text, data] = *stream;
+    const Object& length = text.dictionary["Length"];
     const bool indirect = resolve && length.reference();
     const std::int64_t stated = (indirect ? resolve(*length.reference()) : length).integer().value_or(-1);
     const auto size = static_cast<std::int64_t>(file.file().size());
@@ -111,8 +130,8 @@ std::optional<StreamText> readStreamAt(BlockCache& file, std::uint64_t offset,
         bytes = searchStreamLength(file, data, file.file().size());
     }
     if (bytes > limits::decodedStream) return std::nullopt;
-    file.append(data, bytes, stream.data);
-    return stream;
+    file.append(data, bytes, text.data);
+    return std::move(text);
 }
 
 }  // namespace quillon::pdf

@@ -6,8 +6,8 @@
 
 namespace quillon::pdf {
 
-/// Values by hashes of 64 bits, which must be spread evenly: open addressing, without an allocation for each. `Value` is
-/// small and may be copied.
+/// Values by hashes of 64 bits, which must be spread evenly: open addressing, without an allocation for each. `Value`
+/// is small and may be copied.
 template <class Value>
 class HashTable {
 public:
