@@ -48,7 +48,7 @@ public:
     /// Replaces the contents of `out`. Throws std::length_error for data of about 2 GiB or more.
     void deflate(std::string_view data, const DeflateCodes& codes, std::string& out);
 
-    /// The same for a part of the data only; see DeflatedParts.
+    /// The same for a part of the data only; see joinDeflated.
     [[nodiscard]] DeflatedPart deflatePart(std::string_view data, const DeflateCodes& codes);
 
 private:

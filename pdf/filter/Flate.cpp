@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <new>
-#include <utility>
 
 namespace quillon::pdf {
 
@@ -17,31 +16,32 @@ struct ReleaseDecompressor {
     }
 };
 
-/// Where a thread inflates.
-struct Room {
-    std::unique_ptr<char[]> memory;
-    std::size_t bytes = 0;
-};
-thread_local Room room;
-constexpr std::size_t mostKept = 4U << 20U;
-
-/// The fast road: right data, inflated at one go. The text stays until the next call of the thread.
-std::optional<std::string_view> inflateInRoom(std::string_view data, std::size_t limit) {
+/// The fast road: right data, inflated at one go. The room is kept for the next call, unless it became very large.
+std::optional<std::string> inflateWhole(std::string_view data, std::size_t limit) {
     thread_local const std::unique_ptr<libdeflate_decompressor, ReleaseDecompressor> decompressor(
         libdeflate_alloc_decompressor());
+    thread_local std::unique_ptr<char[]> room;
+    thread_local std::size_t roomBytes = 0;
     constexpr std::size_t usualRatio = 6;
+    constexpr std::size_t mostKept = 4U << 20U;
     if (!decompressor) return std::nullopt;
-    for (std::size_t wanted = data.size() * usualRatio + 4096;; wanted = room.bytes * 3) {
-        if (room.bytes < std::min(wanted, limit)) {
-            room.bytes = std::min(wanted, limit);
-            room.memory = std::make_unique_for_overwrite<char[]>(room.bytes);
+    std::optional<std::string> out;
+    for (std::size_t wanted = data.size() * usualRatio + 4096;; wanted = roomBytes * 3) {
+        if (roomBytes < std::min(wanted, limit)) {
+            room = std::make_unique_for_overwrite<char[]>(std::min(wanted, limit));
+            roomBytes = std::min(wanted, limit);
         }
         std::size_t got = 0;
-        const auto result = libdeflate_zlib_decompress(decompressor.get(), data.data(), data.size(), room.memory.get(),
-                                                       room.bytes, &got);
-        if (result == LIBDEFLATE_SUCCESS && got <= limit) return std::string_view(room.memory.get(), got);
-        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room.bytes >= limit) return std::nullopt;
+        const auto result =
+            libdeflate_zlib_decompress(decompressor.get(), data.data(), data.size(), room.get(), roomBytes, &got);
+        if (result == LIBDEFLATE_SUCCESS && got <= limit) out.emplace(room.get(), got);
+        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || roomBytes >= limit) break;
     }
+    if (roomBytes > mostKept) {
+        room.reset();
+        roomBytes = 0;
+    }
+    return out;
 }
 
 /// The road for damaged data: piece by piece, keeping what came out before the damage.
@@ -69,15 +69,9 @@ std::optional<std::string> inflateDamaged(std::string_view data, std::size_t lim
 
 }  // namespace
 
-std::optional<std::string_view> inflateSound(std::string_view data, std::size_t limit) {
-    return inflateInRoom(data, std::min(limit, mostKept));
-}
-
 std::optional<std::string> inflate(std::string_view data, std::size_t limit) {
-    const auto text = inflateInRoom(data, limit);
-    auto out = text ? std::optional<std::string>(*text) : std::nullopt;
-    if (room.bytes > mostKept) room = {};
-    return out ? std::move(out) : inflateDamaged(data, limit);
+    if (auto out = inflateWhole(data, limit)) return out;
+    return inflateDamaged(data, limit);
 }
 
 std::uint32_t checksum(std::string_view data) noexcept {

@@ -15,10 +15,6 @@ namespace quillon::pdf {
 /// than `limit` bytes would come out.
 [[nodiscard]] std::optional<std::string> inflate(std::string_view data, std::size_t limit);
 
-/// The same for data without any damage of which no more than 4 MiB come out; nothing for any other. The text stays
-/// until the thread inflates again.
-[[nodiscard]] std::optional<std::string_view> inflateSound(std::string_view data, std::size_t limit);
-
 /// The CRC-32 of `data`.
 [[nodiscard]] std::uint32_t checksum(std::string_view data) noexcept;
 

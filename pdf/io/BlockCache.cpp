@@ -101,14 +101,17 @@ BlockCache::Block BlockCache::recycledBlock() {
         block.bytes = std::move(spare.back());
         spare.pop_back();
     }
-    if (!block.bytes) block.bytes = std::make_shared_for_overwrite<char[]>(blockSize);
+    if (!block.bytes) {
+        spare.reserve(mostBlocks);  // so that `clear` never fails
+        block.bytes = std::make_shared_for_overwrite<char[]>(blockSize);
+    }
     return block;
 }
 
 void BlockCache::clear() {
     auto& spare = spareBlocks();
     for (Block& block : blocks_) {
-        if (block.bytes.use_count() == 1 && spare.size() < mostBlocks) spare.push_back(std::move(block.bytes));
+        if (block.bytes.use_count() == 1 && spare.size() < spare.capacity()) spare.push_back(std::move(block.bytes));
     }
     blocks_ = {};
     whole_.reset();

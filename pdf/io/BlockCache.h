@@ -1,7 +1,6 @@
 #pragma once
 
 #include "pdf/io/InputFile.h"
-#include "pdf/object/OwnedText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +10,12 @@
 #include <vector>
 
 namespace quillon::pdf {
+
+/// Text with whatever keeps it alive.
+struct OwnedText {
+    std::shared_ptr<const void> owner;
+    std::string_view text;
+};
 
 /// Reads a file in blocks and keeps the ones used last, since neighbours of an object are mostly asked for next. A
 /// small file may be read as a whole instead. Not thread-safe.

@@ -115,8 +115,7 @@ void FileScanner::addObjectStream(const Found& found) {
     // Without a key, nothing good can be made of what is enciphered.
     if (!decryptor_ && !table_.trailer["Encrypt"].isNull()) return;
     if (decryptor_ && !decryptor_->decrypt(stream->reference, stream->dictionary, stream->data)) return;
-    TextSlabs slabs;
-    const auto objects = ObjectStream::decode(*stream, slabs);
+    const auto objects = ObjectStream::decode(*stream);
     if (!objects) return;
     for (std::size_t i = 0; i < objects->count() && packed_ < file_.file().size() + limits::tableMargin;
          ++i, ++packed_) {

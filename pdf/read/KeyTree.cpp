@@ -120,7 +120,9 @@ private:
         if (node.isSound) return take(node);
         object = reader_.findWhole(*value.reference());
         std::string repaired;
-        return object ? take(look(soundDictionary(object->text(), repaired))) : Object();
+        if (!object) return {};
+        // Where the end of the value is known it counts as well-formed.
+        return take(look(object->valueEnd != 0 ? object->value() : soundDictionary(object->text(), repaired)));
     }
 
     Object take(const Node& node) {

@@ -256,7 +256,7 @@ std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t
                 stream->dictionary.append(key, plain(*target));
         }
         if (decryptor_ && !decryptor_->decrypt(stream->reference, stream->dictionary, stream->data)) return nullptr;
-        if (auto objects = ObjectStream::decode(*stream, slabs_)) return objects;
+        if (auto objects = ObjectStream::decode(*stream)) return objects;
     }
     if (warns) warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
     return nullptr;
@@ -392,7 +392,6 @@ void ObjectReader::trim() {
     lastStream_ = 0;
     lastObjects_.reset();
     streams_.clear();
-    slabs_ = {};
     streamBytes_ = 0;
 }
 

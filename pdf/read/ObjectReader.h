@@ -154,7 +154,6 @@ private:
     std::optional<std::uint64_t> headerOffset_;
     CrossReferenceTable table_;
     std::unordered_map<std::uint32_t, CachedStream> streams_;
-    TextSlabs slabs_;  // of these
     std::size_t streamBytes_ = 0;
     std::uint32_t lastStream_ = 0;  // the one asked for last, and its objects
     std::shared_ptr<const ObjectStream> lastObjects_;

@@ -1,7 +1,6 @@
 #include "pdf/read/ObjectStream.h"
 
 #include "pdf/filter/Filters.h"
-#include "pdf/filter/Flate.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/read/Limits.h"
 
@@ -10,25 +9,11 @@
 
 namespace quillon::pdf {
 
-namespace {
-
-/// The decoded text, kept in `slabs`; nothing when it cannot be decoded.
-std::optional<OwnedText> decodedText(const StreamText& stream, TextSlabs& slabs) {
-    const bool isDeflated = stream.dictionary["Filter"].isName("FlateDecode");
-    if (isDeflated && stream.dictionary["DecodeParms"].isNull()) {
-        if (const auto text = inflateSound(stream.data, limits::decodedStream)) return slabs.keep(*text);
-    }
-    const auto text = decodeStream(stream.dictionary, stream.data, limits::decodedStream);
-    return text ? std::optional(slabs.keep(*text)) : std::nullopt;
-}
-
-}  // namespace
-
-std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& stream, TextSlabs& slabs) {
+std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& stream) {
     const auto count = stream.dictionary["N"].integer();
     const auto first = stream.dictionary["First"].integer();
     if (!count || !first || *count < 0 || *first < 0) return nullptr;
-    auto decoded = decodedText(stream, slabs);
+    auto decoded = decodeStream(stream.dictionary, stream.data, limits::decodedStream);
     if (!decoded) return nullptr;
     auto result = std::make_shared<ObjectStream>();
     result->bytes_ = std::move(*decoded);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "pdf/object/TextSlabs.h"
 #include "pdf/read/StreamText.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,8 +16,8 @@ namespace quillon::pdf {
 /// cross-reference data names the very stream that holds an object.
 class ObjectStream {
 public:
-    /// Null when it cannot be decoded at all. `slabs` take the text in.
-    [[nodiscard]] static std::shared_ptr<const ObjectStream> decode(const StreamText& stream, TextSlabs& slabs);
+    /// Null when it cannot be decoded at all.
+    [[nodiscard]] static std::shared_ptr<const ObjectStream> decode(const StreamText& stream);
 
     [[nodiscard]] std::size_t count() const noexcept { return index_.size(); }
     /// The object number at `index`, which is less than `count()`.
@@ -26,10 +26,10 @@ public:
     [[nodiscard]] std::string_view textAt(std::size_t index) const noexcept;
     /// The place of object `number`, which `hint` usually is; nothing when the stream does not hold it.
     [[nodiscard]] std::optional<std::size_t> find(std::uint32_t number, std::size_t hint) const noexcept;
-    [[nodiscard]] std::string_view bytes() const noexcept { return bytes_.text; }
+    [[nodiscard]] std::string_view bytes() const noexcept { return bytes_; }
     /// Has the processor fetch the value at `index`, if there is one, from memory: it is about to be read.
     void fetchAhead(std::size_t index) const noexcept {
-        if (index < index_.size()) __builtin_prefetch(bytes_.text.data() + index_[index].offset);
+        if (index < index_.size()) __builtin_prefetch(bytes_.data() + index_[index].offset);
     }
 
 private:
@@ -40,7 +40,7 @@ private:
 
     void sortNumbers();
 
-    OwnedText bytes_;
+    std::string bytes_;
     std::vector<Place> index_;
     std::vector<std::uint32_t> byNumber_;  // places in the index, by object number; empty if that is their order
 };

@@ -85,10 +85,7 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
     const std::shared_ptr<const Decryptor> decryptor = job->second.decryptor;
     const std::uint64_t offset = job->second.offset;
     lock.unlock();
-    if (!file_ || &file_->file() != input.get()) {
-        file_ = std::make_unique<BlockCache>(input);
-        slabs_ = {};
-    }
+    if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input);
     auto objects = read(decryptor.get(), key.second, offset);
     lock.lock();
     if (objects) ahead_ += objects->bytes().size();
@@ -110,7 +107,7 @@ std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(const Decryptor
         if (stream->dictionary[key].reference()) return nullptr;
     }
     if (decryptor && !decryptor->decrypt(stream->reference, stream->dictionary, stream->data)) return nullptr;
-    return ObjectStream::decode(*stream, slabs_);
+    return ObjectStream::decode(*stream);
 }
 
 }  // namespace quillon::pdf

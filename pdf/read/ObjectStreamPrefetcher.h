@@ -70,7 +70,6 @@ private:
     bool readerWaits_ = false;
     bool takerWaits_ = false;
     std::unique_ptr<BlockCache> file_;  // the thread's own
-    TextSlabs slabs_;                   // likewise, of its streams
     std::thread thread_;                // from the first streams on
 };
 

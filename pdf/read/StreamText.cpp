@@ -33,19 +33,19 @@ struct StreamBeginning {
     std::uint64_t data = 0;  // where they begin in the file
 };
 
-/// What stands in front of the data of the stream at `offset`, if `wanted` bytes are enough for that.
-std::optional<StreamBeginning> readBeginningAt(BlockCache& file, std::uint64_t offset, std::size_t wanted) {
+/// What stands in front of the data of the stream at `offset`, in a view of `wanted` bytes. Nothing where `mustGoOn`
+/// and the view may end before the data begins.
+std::optional<StreamBeginning> readBeginningAt(BlockCache& file, std::uint64_t offset, std::size_t wanted,
+                                               bool mustGoOn) {
     const OwnedText view = file.view(offset, wanted);
     const auto header = readObjectHeader(view.text);
     if (!header) return std::nullopt;
     Parser parser(view.text, header->length);
-    Object parsed = parser.parse();
+    const Object parsed = parser.parse();
     const auto begin = streamDataBegin(view.text, parser.position());
     if (!parsed.dictionary() || !begin) return std::nullopt;
-    // An end of line may be cut off.
-    constexpr std::size_t margin = 16;
-    const bool goesOn = offset + view.text.size() < file.file().size();
-    if (goesOn && *begin + margin > view.text.size()) return std::nullopt;
+    // Behind the keyword blanks and an end of line may be cut off.
+    if (mustGoOn && (*begin >= view.text.size() || isWhiteSpace(view.text[*begin]))) return std::nullopt;
     return StreamBeginning{{header->reference, *parsed.dictionary(), {}}, offset + *begin};
 }
 
@@ -117,8 +117,8 @@ std::optional<StreamText> readStreamAt(BlockCache& file, std::uint64_t offset,
     // Nearly every dictionary is short, and what a view has beyond one block is a copy.
     constexpr std::size_t usual = 512;
     constexpr std::size_t longest = 16 * 1024;
-    auto stream = readBeginningAt(file, offset, usual);
-    if (!stream) stream = readBeginningAt(file, offset, longest);
+    auto stream = readBeginningAt(file, offset, usual, true);
+    if (!stream) stream = readBeginningAt(file, offset, longest, false);
     if (!stream) return std::nullopt;
     auto& [text, data] = *stream;
     const Object& length = text.dictionary["Length"];

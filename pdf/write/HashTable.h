@@ -17,11 +17,12 @@ public:
     };
     /// Adds `value` unless there is one with this hash, which stays as it is then.
     Added tryEmplace(std::uint64_t hash, const Value& value) {
-        if (2 * (size_ + 1) > slots_.size()) grow();
+        if (4 * (size_ + 1) > 3 * slots_.size()) grow();
+        if (hash == freeSlot) ++hash;
         Slot& slot = slots_[slotOf(hash)];
-        const bool isNew = !slot.isTaken;
+        const bool isNew = slot.hash == freeSlot;
         if (isNew) {
-            slot = {hash, value, true};
+            slot = {hash, value};
             ++size_;
         }
         return {slot.value, isNew};
@@ -34,27 +35,28 @@ public:
     }
 
 private:
+    static constexpr std::uint64_t freeSlot = 0;  // a hash that counts as the next one
+
     struct Slot {
-        std::uint64_t hash = 0;
+        std::uint64_t hash = freeSlot;
         Value value{};
-        bool isTaken = false;
     };
 
     /// That of the hash, or the free one where it belongs.
     [[nodiscard]] std::size_t slotOf(std::uint64_t hash) const noexcept {
         const std::size_t mask = slots_.size() - 1;
         std::size_t at = static_cast<std::size_t>(hash) & mask;
-        while (slots_[at].isTaken && slots_[at].hash != hash) at = (at + 1) & mask;
+        while (slots_[at].hash != freeSlot && slots_[at].hash != hash) at = (at + 1) & mask;
         return at;
     }
 
-    /// At least half of the slots stay free.
+    /// At least a quarter of the slots stays free.
     void grow() {
         constexpr std::size_t least = 64;
         std::vector<Slot> old(slots_.empty() ? least : 2 * slots_.size());
         old.swap(slots_);
         for (const Slot& slot : old) {
-            if (slot.isTaken) slots_[slotOf(slot.hash)] = slot;
+            if (slot.hash != freeSlot) slots_[slotOf(slot.hash)] = slot;
         }
     }
 

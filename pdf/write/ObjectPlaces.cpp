@@ -1,6 +1,7 @@
 #include "pdf/write/ObjectPlaces.h"
 
 #include "pdf/filter/FastDeflater.h"
+#include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
 #include "pdf/io/InHalves.h"
 
@@ -61,6 +62,11 @@ std::string ObjectPlaces::sample(unsigned width) const {
 std::string ObjectPlaces::deflatedRows(unsigned width) const {
     constexpr std::size_t partRows = 8192;
     const std::size_t count = places_.size();
+    if (count <= partRows) {
+        std::string deflated;
+        Deflater(1).deflate(predictedRows(0, count, width), deflated);
+        return deflated;
+    }
     const DeflateCodes codes(sample(width));
     std::vector<DeflatedPart> parts((count + partRows - 1) / partRows);
     inHalves(parts.size(), 1, 2, [&](std::size_t begin, std::size_t end) {

@@ -85,22 +85,5 @@ TEST(Flate, RandomBytesDoNoHarm) {
     }
 }
 
-TEST(Flate, SoundDataIsInflatedInMemoryThatIsUsedAgain) {
-    EXPECT_EQ(inflateSound(deflated("first"), 100), "first");
-    EXPECT_EQ(inflateSound(deflated(std::string(100'000, 'x')), 100'000), std::string(100'000, 'x'));
-    EXPECT_EQ(inflateSound(deflated("first"), 5), "first");
-    EXPECT_EQ(inflateSound(deflated("first"), 4), std::nullopt);
-    const std::string large(5U << 20U, 'y');
-    EXPECT_EQ(inflateSound(deflated(large), large.size()), std::nullopt);
-    EXPECT_EQ(inflate(deflated(large), large.size()), large);
-    EXPECT_EQ(inflateSound(deflated("last"), 100), "last");
-}
-
-TEST(Flate, DamagedDataIsNotSound) {
-    const std::string data = deflated("some text that is long enough to be cut off");
-    EXPECT_EQ(inflateSound(data.substr(0, data.size() / 2), 1000), std::nullopt);
-    EXPECT_EQ(inflateSound("no zlib data", 1000), std::nullopt);
-}
-
 }  // namespace
 }  // namespace quillon::pdf

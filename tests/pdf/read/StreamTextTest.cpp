@@ -19,7 +19,8 @@ std::string streamNearTheEnd(std::size_t blanks, std::string_view behindKeyword)
 
 TEST(StreamText, IsReadWholeWhereverAViewOfTheFileEnds) {
     const test::TempDir dir;
-    for (const std::string_view behindKeyword : {"\n", "\r\n", "   \r\n"}) {
+    for (const std::string_view behindKeyword :
+         {"\n", "\r\n", "   \r\n", "                                        \r\n"}) {
         for (std::size_t blanks = 450; blanks < 550; ++blanks) {
             BlockCache file(InputFile::open(dir.write("file", streamNearTheEnd(blanks, behindKeyword))));
             const auto stream = readStreamAt(file, BlockCache::blockSize - 100);
