@@ -119,8 +119,8 @@ private:
         const Node node = look(object->inFile ? object->text().substr(0, ObjectReader::usualObject) : object->text());
         if (node.isSound) return take(node);
         object = reader_.findWhole(*value.reference());
-        std::string repaired;
         if (!object) return {};
+        std::string repaired;
         // Where the end of the value is known it counts as well-formed.
         return take(look(object->valueEnd != 0 ? object->value() : soundDictionary(object->text(), repaired)));
     }

@@ -86,7 +86,7 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
     const std::uint64_t offset = job->second.offset;
     lock.unlock();
     if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input);
-    auto objects = read(decryptor.get(), key.second, offset);
+    auto objects = read(*file_, decryptor.get(), key.second, offset);
     lock.lock();
     if (objects) ahead_ += objects->bytes().size();
     job->second.objects = std::move(objects);
@@ -95,10 +95,10 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
 }
 
 /// Only a stream that describes itself without other objects can be read apart from the rest of its file.
-std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(const Decryptor* decryptor, std::uint32_t number,
-                                                                 std::uint64_t offset) {
+std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, const Decryptor* decryptor,
+                                                                 std::uint32_t number, std::uint64_t offset) {
     bool plain = true;
-    auto stream = readStreamAt(*file_, offset, [&plain](Reference) {
+    auto stream = readStreamAt(file, offset, [&plain](Reference) {
         plain = false;
         return Object();
     });

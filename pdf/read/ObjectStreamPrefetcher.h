@@ -55,8 +55,8 @@ private:
     void wakeReader();
     void waitFor(const Job& job, std::unique_lock<std::mutex>& lock);
     void readNext(std::unique_lock<std::mutex>& lock);
-    [[nodiscard]] std::shared_ptr<const ObjectStream> read(const Decryptor* decryptor, std::uint32_t number,
-                                                           std::uint64_t offset);
+    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, const Decryptor* decryptor,
+                                                                  std::uint32_t number, std::uint64_t offset);
 
     // Bytes inflated and not taken yet beyond which the thread waits.
     static constexpr std::size_t mostAhead = 3U << 20U;

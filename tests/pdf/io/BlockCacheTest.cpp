@@ -64,6 +64,16 @@ TEST_F(BlockCacheTest, AViewStaysValidHoweverManyBlocksFollow) {
     }
 }
 
+TEST_F(BlockCacheTest, AViewStaysValidWhenAnotherCacheTakesTheBlocks) {
+    make(8 * block);
+    const OwnedText view = cache->view(3 * block + 5, 100);
+    for (std::size_t i = 0; i < 8; ++i) (void)cache->view(i * block, 10);
+    cache.reset();
+    BlockCache other(InputFile::open(dir.write("other", std::string(BlockCache::mostBlocks * block, 'x'))));
+    for (std::size_t i = 0; i < BlockCache::mostBlocks; ++i) EXPECT_EQ(other.view(i * block, 10).text.front(), 'x');
+    EXPECT_EQ(view.text.substr(0, 100), std::string_view(bytes).substr(3 * block + 5, 100));
+}
+
 TEST_F(BlockCacheTest, AViewAcrossBlocksStaysValid) {
     make((BlockCache::mostBlocks + 4) * block);
     const OwnedText view = cache->view(block - 50, 100);
