@@ -120,15 +120,41 @@ StreamIndex::StreamIndex() {
     seed_ = std::uint64_t{random()} << 32U | random();
 }
 
-std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream, std::uint32_t number) {
+/// A hash of dictionary and length, and of a short stream's beginning and end. What is compressed mostly ends with a
+/// checksum.
+std::uint64_t StreamIndex::looksOf(const StreamContent& stream) const {
+    constexpr std::size_t edge = 32;
     const std::uint64_t length = stream.length();
-    const std::uint64_t key = XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
-    if (length >= longStream && addLone(stream, key, number)) return std::nullopt;
-    const XXH128_hash_t hash = hashOf(stream, key, room_);
+    const std::uint64_t looks = XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
+    if (!stream.data || length >= longStream) return looks;
+    const std::string_view begin = stream.data->substr(0, edge);
+    const std::string_view end = stream.data->substr(stream.data->size() - begin.size());
+    return XXH3_64bits_withSeed(end.data(), end.size(), XXH3_64bits_withSeed(begin.data(), begin.size(), looks));
+}
+
+std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream, std::uint32_t number) {
+    const std::uint64_t looks = looksOf(stream);
     const auto [file, offset] = placeOf(stream);
-    const auto [known, isNew] = known_.tryEmplace(hash.low64, {file, file ? offset : hash.high64, number});
-    if (isNew || !isEqual(known, stream, hash.high64)) return std::nullopt;
-    return known.number;
+    const auto [first, isNew] = first_.tryEmplace(looks, {file, offset, number});
+    if (isNew && file) return std::nullopt;
+    if (first.file && !isNew) {
+        if (hasBytesOf(first, stream)) return first.number;
+        const FileRange range{first.evidence, stream.length()};
+        const XXH128_hash_t hash = hashOf(RangeReader(*first.file, std::span(&range, 1), room_), looks);
+        hashed_.tryEmplace(hash.low64, first);
+        first.file = nullptr;
+    }
+    return findByHash(stream, looks, number);
+}
+
+std::optional<std::uint32_t> StreamIndex::findByHash(const StreamContent& stream, std::uint64_t looks,
+                                                     std::uint32_t number) {
+    const XXH128_hash_t hash = hashOf(stream, looks, room_);
+    const auto [file, offset] = placeOf(stream);
+    const auto [known, isNew] = hashed_.tryEmplace(hash.low64, {file, file ? offset : hash.high64, number});
+    if (isNew) return std::nullopt;
+    const bool isEqual = known.file ? hasBytesOf(known, stream) : known.evidence == hash.high64;
+    return isEqual ? std::optional(known.number) : std::nullopt;
 }
 
 void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
@@ -136,26 +162,14 @@ void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
 }
 
 void StreamIndex::clear() {
-    known_.clear();
-    lones_.clear();
+    first_.clear();
+    hashed_.clear();
     room_.reset();
     otherRoom_.reset();
 }
 
-bool StreamIndex::addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number) {
-    const auto [file, offset] = placeOf(stream);
-    const auto [lone, isNew] = lones_.tryEmplace(key, {file, offset, number});
-    if (isNew) return file != nullptr;
-    if (!lone.file) return false;
-    const FileRange range{lone.offset, stream.length()};
-    const XXH128_hash_t hash = hashOf(RangeReader(*lone.file, std::span(&range, 1), room_), key);
-    known_.tryEmplace(hash.low64, {lone.file, lone.offset, lone.number});
-    lone.file = nullptr;
-    return false;
-}
-
-bool StreamIndex::isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash) {
-    if (!known.file) return known.evidence == highHash;
+/// Whether the data, of the same length, is that of a stream that is in a file.
+bool StreamIndex::hasBytesOf(const Known& known, const StreamContent& stream) {
     const FileRange range{known.evidence, stream.length()};
     const RangeReader reader(*known.file, std::span(&range, 1), room_);
     if (stream.data) return sameBytes(reader, *stream.data);

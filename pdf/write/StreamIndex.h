@@ -15,7 +15,8 @@
 
 namespace quillon::pdf {
 
-/// A stream about to be written. Its data is in memory, in a file, in both, or comes from a reader.
+/// A stream about to be written. Its data is in memory, in a file, in both, or comes from a reader; that of a short one
+/// is always in memory.
 struct StreamContent {
     std::string_view dictionary;
     std::optional<std::string_view> data = {};
@@ -28,12 +29,14 @@ struct StreamContent {
 
 /// Knows the streams written so far, so that an equal one of another input is written once: fonts, logos, profiles.
 ///
-/// Streams are told apart by a 128-bit hash of dictionary and data with a seed that no input can know, and where the
-/// data comes from a file, the bytes are compared as well. Two long streams hardly ever have the same dictionary and
-/// length, so these are hashed only when a second one comes along.
+/// Two streams hardly ever have the same dictionary, length, beginning and end unless they are equal, so the first one
+/// that looks like this is compared byte for byte with the second. Only where that one is different are all that look
+/// like this told apart by a 128-bit hash of dictionary and data, with a seed that no input can know, before they are
+/// compared. Data that is not in a file cannot be read again and has nothing but its hash.
 class StreamIndex {
 public:
-    /// Bytes from which on a stream is long.
+    /// Bytes from which on a stream is long: its data need not be in memory, so its beginning and end are not
+    /// looked at.
     static constexpr std::uint64_t longStream = 64U << 10U;
 
     StreamIndex();
@@ -54,20 +57,16 @@ private:
                                      // high half of the hash
         std::uint32_t number = 0;
     };
-    /// The only long stream of its dictionary and length.
-    struct Lone {
-        InputFile* file = nullptr;  // null once streams of this dictionary and length are found by their hash
-        std::uint64_t offset = 0;
-        std::uint32_t number = 0;
-    };
 
-    /// Whether dictionary and length of a long stream alone show that it is new.
-    [[nodiscard]] bool addLone(const StreamContent& stream, std::uint64_t key, std::uint32_t number);
-    [[nodiscard]] bool isEqual(const Known& known, const StreamContent& stream, std::uint64_t highHash);
+    [[nodiscard]] std::uint64_t looksOf(const StreamContent& stream) const;
+    [[nodiscard]] std::optional<std::uint32_t> findByHash(const StreamContent& stream, std::uint64_t looks,
+                                                          std::uint32_t number);
+    [[nodiscard]] bool hasBytesOf(const Known& known, const StreamContent& stream);
 
     std::uint64_t seed_;
-    HashTable<Known> known_;        // by the low half of the hash
-    HashTable<Lone> lones_;         // by the hash of dictionary and length
+    // By a hash of their looks, without a file once those that look like this are found by their hash.
+    HashTable<Known> first_;
+    HashTable<Known> hashed_;       // by the low half of the hash
     std::unique_ptr<char[]> room_;  // what is read to compare it; kept from one to the next
     std::unique_ptr<char[]> otherRoom_;
 };

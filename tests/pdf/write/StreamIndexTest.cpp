@@ -21,6 +21,11 @@ StreamContent inFile(std::string_view dictionary, const std::shared_ptr<InputFil
     return {.dictionary = dictionary, .file = file.get(), .ranges = ranges};
 }
 
+StreamContent inBoth(std::string_view dictionary, std::string_view data, const std::shared_ptr<InputFile>& file,
+                     const Ranges& ranges) {
+    return {.dictionary = dictionary, .data = data, .file = file.get(), .ranges = ranges};
+}
+
 std::string longData(char last) {
     return std::string(StreamIndex::longStream, 'q') + last;
 }
@@ -48,7 +53,7 @@ TEST(StreamIndex, DataInMemoryAndInAFileAreEqual) {
     const auto file = InputFile::open(dir.write("a", "xxdatayy"));
     const Ranges ranges{{2, 2}, {4, 2}};
     StreamIndex index;
-    index.add(inFile("/A", file, ranges), 3);
+    index.add(inBoth("/A", "data", file, ranges), 3);
     EXPECT_EQ(index.findOrAdd(inMemory("/A", "data"), 4), 3U);
 }
 
@@ -80,6 +85,25 @@ TEST(StreamIndex, LongStreamsOfOneLengthAreToldApart) {
     EXPECT_EQ(index.findOrAdd(inFile("/A", c, whole), 9), 8U);
 }
 
+TEST(StreamIndex, ShortStreamsThatLookAlikeAreToldApart) {
+    const test::TempDir dir;
+    const auto data = [](char middle) { return std::string(100, 'q') + middle + std::string(100, 'q'); };
+    StreamIndex index;
+    std::vector<std::shared_ptr<InputFile>> files;
+    const Ranges whole{{0, 201}};
+    for (std::uint32_t i = 0; i < 4; ++i) {
+        const char middle = static_cast<char>('a' + i);
+        files.push_back(InputFile::open(dir.write(std::string(1, middle), data(middle))));
+        EXPECT_FALSE(index.findOrAdd(inBoth("/A", data(middle), files.back(), whole), 3 + i)) << middle;
+    }
+    for (std::uint32_t i = 0; i < 4; ++i) {
+        const char middle = static_cast<char>('a' + i);
+        EXPECT_EQ(index.findOrAdd(inMemory("/A", data(middle)), 9), 3 + i) << middle;
+        EXPECT_EQ(index.findOrAdd(inBoth("/A", data(middle), files[i], whole), 9), 3 + i) << middle;
+    }
+    EXPECT_FALSE(index.findOrAdd(inMemory("/A", data('x')), 9));
+}
+
 TEST(StreamIndex, EqualBytesOfDifferentFilesAreFoundHoweverTheyAreCut) {
     const test::TempDir dir;
     const std::string data(700'000, 'q');
@@ -104,9 +128,9 @@ TEST(StreamIndex, BytesThatHaveChangedSinceAreNotTakenForEqual) {
         const auto b = InputFile::open(dir.write("b", data));
         const Ranges whole{{0, data.size()}};
         StreamIndex index;
-        index.add(inFile("/A", a, whole), 3);
+        index.add(inBoth("/A", data, a, whole), 3);
         std::filesystem::resize_file(dir.file("a"), 2);
-        EXPECT_FALSE(index.findOrAdd(inFile("/A", b, whole), 4));
+        EXPECT_FALSE(index.findOrAdd(inBoth("/A", data, b, whole), 4));
     }
 }
 
