@@ -125,7 +125,8 @@ StreamIndex::StreamIndex() {
 std::uint64_t StreamIndex::looksOf(const StreamContent& stream) const {
     constexpr std::size_t edge = 32;
     const std::uint64_t length = stream.length();
-    const std::uint64_t looks = XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
+    const std::uint64_t looks =
+        XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
     if (!stream.data || length >= longStream) return looks;
     const std::string_view begin = stream.data->substr(0, edge);
     const std::string_view end = stream.data->substr(stream.data->size() - begin.size());
