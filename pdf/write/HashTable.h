@@ -16,7 +16,7 @@ public:
         bool isNew;
     };
     /// Adds `value` unless there is one with this hash, which stays as it is then.
-    Added tryEmplace(std::uint64_t hash, const Value& value) {
+    Added tryEmplace(std::uint64_t hash, Value value) {
         if (4 * (size_ + 1) > 3 * slots_.size()) grow();
         if (hash == freeSlot) ++hash;
         Slot& slot = slots_[slotOf(hash)];

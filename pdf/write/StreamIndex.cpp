@@ -1,6 +1,7 @@
 #include "pdf/write/StreamIndex.h"
 
 #include <algorithm>
+#include <cassert>
 #include <new>
 #include <random>
 #include <string>
@@ -38,6 +39,9 @@ public:
         return {room_.get(), length};
     }
 
+    /// Whether all has been read, and nothing was missing.
+    [[nodiscard]] bool isAtEnd() const noexcept { return range_ == ranges_.size(); }
+
 private:
     InputFile& file_;
     std::span<const FileRange> ranges_;
@@ -50,7 +54,8 @@ bool sameBytes(RangeReader a, RangeReader b) {
     while (true) {
         const std::string_view left = a.next(piece);
         if (left != b.next(piece)) return false;
-        if (left.size() < piece) return true;
+        // Where both files have become shorter, nobody knows what the data was.
+        if (left.size() < piece) return a.isAtEnd() && b.isAtEnd();
     }
 }
 
@@ -120,14 +125,16 @@ StreamIndex::StreamIndex() {
     seed_ = std::uint64_t{random()} << 32U | random();
 }
 
-/// A hash of dictionary and length, and of a short stream's beginning and end. What is compressed mostly ends with a
+/// A hash of dictionary and length, and of a short stream's first and last bytes: what is compressed mostly ends with a
 /// checksum.
 std::uint64_t StreamIndex::looksOf(const StreamContent& stream) const {
     constexpr std::size_t edge = 32;
     const std::uint64_t length = stream.length();
-    const std::uint64_t looks =
-        XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed_ + length);
-    if (!stream.data || length >= longStream) return looks;
+    assert(stream.data || length >= longStream);
+    // Each hash is the seed of the next. The length is not: what is added to a seed can be made up for by other input.
+    const std::uint64_t seed = XXH3_64bits_withSeed(&length, sizeof length, seed_);
+    const std::uint64_t looks = XXH3_64bits_withSeed(stream.dictionary.data(), stream.dictionary.size(), seed);
+    if (length >= longStream) return looks;
     const std::string_view begin = stream.data->substr(0, edge);
     const std::string_view end = stream.data->substr(stream.data->size() - begin.size());
     return XXH3_64bits_withSeed(end.data(), end.size(), XXH3_64bits_withSeed(begin.data(), begin.size(), looks));
@@ -136,13 +143,13 @@ std::uint64_t StreamIndex::looksOf(const StreamContent& stream) const {
 std::optional<std::uint32_t> StreamIndex::findOrAdd(const StreamContent& stream, std::uint32_t number) {
     const std::uint64_t looks = looksOf(stream);
     const auto [file, offset] = placeOf(stream);
-    const auto [first, isNew] = first_.tryEmplace(looks, {file, offset, number});
+    const auto [first, isNew] = firstByLooks_.tryEmplace(looks, {file, offset, number});
     if (isNew && file) return std::nullopt;
     if (first.file && !isNew) {
         if (hasBytesOf(first, stream)) return first.number;
         const FileRange range{first.evidence, stream.length()};
         const XXH128_hash_t hash = hashOf(RangeReader(*first.file, std::span(&range, 1), room_), looks);
-        hashed_.tryEmplace(hash.low64, first);
+        byHash_.tryEmplace(hash.low64, first);
         first.file = nullptr;
     }
     return findByHash(stream, looks, number);
@@ -152,7 +159,7 @@ std::optional<std::uint32_t> StreamIndex::findByHash(const StreamContent& stream
                                                      std::uint32_t number) {
     const XXH128_hash_t hash = hashOf(stream, looks, room_);
     const auto [file, offset] = placeOf(stream);
-    const auto [known, isNew] = hashed_.tryEmplace(hash.low64, {file, file ? offset : hash.high64, number});
+    const auto [known, isNew] = byHash_.tryEmplace(hash.low64, {file, file ? offset : hash.high64, number});
     if (isNew) return std::nullopt;
     const bool isEqual = known.file ? hasBytesOf(known, stream) : known.evidence == hash.high64;
     return isEqual ? std::optional(known.number) : std::nullopt;
@@ -163,8 +170,8 @@ void StreamIndex::add(const StreamContent& stream, std::uint32_t number) {
 }
 
 void StreamIndex::clear() {
-    first_.clear();
-    hashed_.clear();
+    firstByLooks_.clear();
+    byHash_.clear();
     room_.reset();
     otherRoom_.reset();
 }

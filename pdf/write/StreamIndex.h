@@ -29,10 +29,11 @@ struct StreamContent {
 
 /// Knows the streams written so far, so that an equal one of another input is written once: fonts, logos, profiles.
 ///
-/// Two streams hardly ever have the same dictionary, length, beginning and end unless they are equal, so the first one
-/// that looks like this is compared byte for byte with the second. Only where that one is different are all that look
-/// like this told apart by a 128-bit hash of dictionary and data, with a seed that no input can know, before they are
-/// compared. Data that is not in a file cannot be read again and has nothing but its hash.
+/// Whether streams look alike is told by a hash of dictionary and length, and of a short one's first and last bytes;
+/// two that do not are different. One that looks like the first of its kind is compared with it byte for byte. From the
+/// first difference on, all that look like these are found by a hash of their data, and compared as well if that is one
+/// piece of a file. Of other data only the hash is kept, and of dictionaries too. The seed of all hashes is one that no
+/// input can know. An input that is changed while it is copied may be taken for what it holds by then.
 class StreamIndex {
 public:
     /// Bytes from which on a stream is long: its data need not be in memory, so its beginning and end are not
@@ -50,11 +51,11 @@ public:
     void clear();
 
 private:
-    // Kept small, since every stream of the file has one.
+    // Kept small, since every stream of the file has one, and one in each table where its data cannot be read again.
     struct Known {
-        InputFile* file = nullptr;   // null for data made in memory or in several ranges
+        InputFile* file = nullptr;   // null for data that is not one piece of a file
         std::uint64_t evidence = 0;  // what shows that a stream is equal: the offset of the data, without a file the
-                                     // high half of the hash
+                                     // high half of its hash
         std::uint32_t number = 0;
     };
 
@@ -64,9 +65,10 @@ private:
     [[nodiscard]] bool hasBytesOf(const Known& known, const StreamContent& stream);
 
     std::uint64_t seed_;
-    // By a hash of their looks, without a file once those that look like this are found by their hash.
-    HashTable<Known> first_;
-    HashTable<Known> hashed_;       // by the low half of the hash
+    // The first streams of their kind, by a hash of their looks. Without a file, and with evidence of no use, once
+    // those that look alike are found by the hash of their data.
+    HashTable<Known> firstByLooks_;
+    HashTable<Known> byHash_;       // by the low half of the hash of their data
     std::unique_ptr<char[]> room_;  // what is read to compare it; kept from one to the next
     std::unique_ptr<char[]> otherRoom_;
 };

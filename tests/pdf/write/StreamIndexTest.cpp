@@ -48,13 +48,52 @@ TEST(StreamIndex, TheBorderBetweenDictionaryAndDataCounts) {
     EXPECT_FALSE(index.findOrAdd(inMemory("/Ab", "c"), 8));
 }
 
-TEST(StreamIndex, DataInMemoryAndInAFileAreEqual) {
+// Hashes with a seed that is added to the input would take them for one in about half of the indexes.
+TEST(StreamIndex, ALengthCannotBeMadeUpForByTheDictionary) {
     const test::TempDir dir;
-    const auto file = InputFile::open(dir.write("a", "xxdatayy"));
-    const Ranges ranges{{2, 2}, {4, 2}};
+    const std::string data(80'256, ' ');
+    const auto file = InputFile::open(dir.write("a", data));
+    for (const std::uint64_t length : {5'000U, 80'000U}) {
+        const Ranges part{{0, length}};
+        const Ranges more{{0, length + 256}};
+        const std::string_view partData = std::string_view(data).substr(0, length);
+        const std::string_view moreData = std::string_view(data).substr(0, length + 256);
+        for (int i = 0; i < 50; ++i) {
+            StreamIndex index;
+            index.add(inBoth("/ABCDEFG(ABCDEF)", partData, file, part), 3);
+            ASSERT_FALSE(index.findOrAdd(inBoth("/@BCDEFG(@BCDEF)", moreData, file, more), 4)) << length;
+            StreamIndex reverse;
+            reverse.add(inBoth("/@BCDEFG(@BCDEF)", moreData, file, more), 3);
+            ASSERT_FALSE(reverse.findOrAdd(inBoth("/ABCDEFG(ABCDEF)", partData, file, part), 4)) << length;
+        }
+    }
+}
+
+TEST(StreamIndex, ABeginningIsNotTakenForTheWhole) {
+    const test::TempDir dir;
+    for (const std::size_t size : {std::size_t{300}, longLength + 300}) {
+        const std::string data(size, 'q');
+        const auto file = InputFile::open(dir.write("a", data));
+        const Ranges whole{{0, size}};
+        const Ranges beginning{{0, size - 1}};
+        const std::string_view less = std::string_view(data).substr(1);
+        StreamIndex index;
+        index.add(inBoth("/A", data, file, whole), 3);
+        EXPECT_FALSE(index.findOrAdd(inBoth("/A", less, file, beginning), 4));
+        StreamIndex reverse;
+        reverse.add(inBoth("/A", less, file, beginning), 3);
+        EXPECT_FALSE(reverse.findOrAdd(inBoth("/A", data, file, whole), 4));
+    }
+}
+
+TEST(StreamIndex, DataInMemoryAndInRangesOfAFileAreEqual) {
+    const test::TempDir dir;
+    const auto file = InputFile::open(dir.write("a", "xxda--tayy"));
+    const Ranges ranges{{2, 2}, {6, 2}};
     StreamIndex index;
     index.add(inBoth("/A", "data", file, ranges), 3);
     EXPECT_EQ(index.findOrAdd(inMemory("/A", "data"), 4), 3U);
+    EXPECT_EQ(index.findOrAdd(inBoth("/A", "data", file, ranges), 5), 3U);
 }
 
 TEST(StreamIndex, LongDataInMemoryAndInAFileAreEqual) {
@@ -132,6 +171,44 @@ TEST(StreamIndex, BytesThatHaveChangedSinceAreNotTakenForEqual) {
         std::filesystem::resize_file(dir.file("a"), 2);
         EXPECT_FALSE(index.findOrAdd(inBoth("/A", data, b, whole), 4));
     }
+}
+
+TEST(StreamIndex, OfAFileThatHasBecomeShorterNothingIsTakenForEqual) {
+    const test::TempDir dir;
+    const auto file = InputFile::open(dir.write("a", longData('a') + longData('b')));
+    const Ranges first{{0, longLength}};
+    const Ranges second{{longLength, longLength}};
+    StreamIndex index;
+    index.add(inFile("/A", file, first), 3);
+    std::filesystem::resize_file(dir.file("a"), 0);
+    EXPECT_FALSE(index.findOrAdd(inFile("/A", file, second), 4));
+}
+
+TEST(StreamIndex, WhatIsFoundByItsHashIsComparedToo) {
+    const test::TempDir dir;
+    const auto data = [](char middle) { return std::string(100, 'q') + middle + std::string(100, 'q'); };
+    const Ranges whole{{0, 201}};
+    std::vector<std::shared_ptr<InputFile>> files;
+    StreamIndex index;
+    for (const char middle : {'a', 'b', 'c'}) {
+        files.push_back(InputFile::open(dir.write(std::string(1, middle), data(middle))));
+        index.add(inBoth("/A", data(middle), files.back(), whole), static_cast<std::uint32_t>(middle));
+    }
+    std::filesystem::resize_file(dir.file("b"), 2);
+    EXPECT_FALSE(index.findOrAdd(inMemory("/A", data('b')), 9));
+    EXPECT_EQ(index.findOrAdd(inMemory("/A", data('c')), 9), static_cast<std::uint32_t>('c'));
+}
+
+TEST(StreamIndex, NothingIsFoundOnceItIsCleared) {
+    const test::TempDir dir;
+    const auto file = InputFile::open(dir.write("a", "data"));
+    const Ranges whole{{0, 4}};
+    StreamIndex index;
+    index.add(inBoth("/A", "data", file, whole), 3);
+    index.add(inMemory("/B", "data"), 4);
+    index.clear();
+    EXPECT_FALSE(index.findOrAdd(inBoth("/A", "data", file, whole), 5));
+    EXPECT_FALSE(index.findOrAdd(inMemory("/B", "data"), 6));
 }
 
 TEST(StreamIndex, DecipheredDataIsEqualToTheSameInTheClear) {
