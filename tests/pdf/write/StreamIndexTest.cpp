@@ -30,6 +30,11 @@ std::string longData(char last) {
     return std::string(StreamIndex::longStream, 'q') + last;
 }
 
+/// Looks like all others of its kind.
+std::string shortData(char middle) {
+    return std::string(100, 'q') + middle + std::string(100, 'q');
+}
+
 constexpr std::uint64_t longLength = StreamIndex::longStream + 1;
 
 TEST(StreamIndex, FindsAnEqualStreamOnly) {
@@ -126,21 +131,20 @@ TEST(StreamIndex, LongStreamsOfOneLengthAreToldApart) {
 
 TEST(StreamIndex, ShortStreamsThatLookAlikeAreToldApart) {
     const test::TempDir dir;
-    const auto data = [](char middle) { return std::string(100, 'q') + middle + std::string(100, 'q'); };
     StreamIndex index;
     std::vector<std::shared_ptr<InputFile>> files;
     const Ranges whole{{0, 201}};
     for (std::uint32_t i = 0; i < 4; ++i) {
         const char middle = static_cast<char>('a' + i);
-        files.push_back(InputFile::open(dir.write(std::string(1, middle), data(middle))));
-        EXPECT_FALSE(index.findOrAdd(inBoth("/A", data(middle), files.back(), whole), 3 + i)) << middle;
+        files.push_back(InputFile::open(dir.write(std::string(1, middle), shortData(middle))));
+        EXPECT_FALSE(index.findOrAdd(inBoth("/A", shortData(middle), files.back(), whole), 3 + i)) << middle;
     }
     for (std::uint32_t i = 0; i < 4; ++i) {
         const char middle = static_cast<char>('a' + i);
-        EXPECT_EQ(index.findOrAdd(inMemory("/A", data(middle)), 9), 3 + i) << middle;
-        EXPECT_EQ(index.findOrAdd(inBoth("/A", data(middle), files[i], whole), 9), 3 + i) << middle;
+        EXPECT_EQ(index.findOrAdd(inMemory("/A", shortData(middle)), 9), 3 + i) << middle;
+        EXPECT_EQ(index.findOrAdd(inBoth("/A", shortData(middle), files[i], whole), 9), 3 + i) << middle;
     }
-    EXPECT_FALSE(index.findOrAdd(inMemory("/A", data('x')), 9));
+    EXPECT_FALSE(index.findOrAdd(inMemory("/A", shortData('x')), 9));
 }
 
 TEST(StreamIndex, EqualBytesOfDifferentFilesAreFoundHoweverTheyAreCut) {
@@ -186,17 +190,16 @@ TEST(StreamIndex, OfAFileThatHasBecomeShorterNothingIsTakenForEqual) {
 
 TEST(StreamIndex, WhatIsFoundByItsHashIsComparedToo) {
     const test::TempDir dir;
-    const auto data = [](char middle) { return std::string(100, 'q') + middle + std::string(100, 'q'); };
     const Ranges whole{{0, 201}};
     std::vector<std::shared_ptr<InputFile>> files;
     StreamIndex index;
     for (const char middle : {'a', 'b', 'c'}) {
-        files.push_back(InputFile::open(dir.write(std::string(1, middle), data(middle))));
-        index.add(inBoth("/A", data(middle), files.back(), whole), static_cast<std::uint32_t>(middle));
+        files.push_back(InputFile::open(dir.write(std::string(1, middle), shortData(middle))));
+        index.add(inBoth("/A", shortData(middle), files.back(), whole), static_cast<std::uint32_t>(middle));
     }
     std::filesystem::resize_file(dir.file("b"), 2);
-    EXPECT_FALSE(index.findOrAdd(inMemory("/A", data('b')), 9));
-    EXPECT_EQ(index.findOrAdd(inMemory("/A", data('c')), 9), static_cast<std::uint32_t>('c'));
+    EXPECT_FALSE(index.findOrAdd(inMemory("/A", shortData('b')), 9));
+    EXPECT_EQ(index.findOrAdd(inMemory("/A", shortData('c')), 9), static_cast<std::uint32_t>('c'));
 }
 
 TEST(StreamIndex, NothingIsFoundOnceItIsCleared) {
