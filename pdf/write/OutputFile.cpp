@@ -1,5 +1,6 @@
 #include "pdf/write/OutputFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -7,6 +8,7 @@
 #include <fcntl.h>
 #include <random>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 #include <utility>
 
@@ -29,6 +31,11 @@ std::string followLinks(const std::string& path) {
     if (length <= 0) return path;
     const std::string next(resolved.data(), static_cast<std::size_t>(length));
     return next.front() == '/' ? next : folderOf(path) + '/' + next;
+}
+
+/// For writing only, which the interface does not say.
+iovec asVector(std::string_view part) {
+    return {const_cast<char*>(part.data()), part.size()};
 }
 
 std::string temporaryName(const std::string& folder) {
@@ -70,21 +77,37 @@ OutputFile::~OutputFile() {
 }
 
 bool OutputFile::write(std::string_view data) {
-    while (!failed_ && !data.empty()) {
-        const ssize_t done = ::write(descriptor_, data.data(), data.size());
+    if (failed_) return false;
+    size_ += data.size();
+    if (gathered_.size() + data.size() >= worthWriting) return writeOut(data);
+    gathered_ += data;
+    return true;
+}
+
+bool OutputFile::flush() {
+    return !failed_ && writeOut({});
+}
+
+/// Writes what was gathered, and `data` behind it.
+bool OutputFile::writeOut(std::string_view data) {
+    std::array<std::string_view, 2> parts{gathered_, data};
+    while (!failed_ && !(parts[0].empty() && parts[1].empty())) {
+        const std::array<iovec, 2> vectors{asVector(parts[0]), asVector(parts[1])};
+        const ssize_t done = ::writev(descriptor_, vectors.data(), vectors.size());
         if (done < 0 && errno == EINTR) continue;
-        if (done <= 0) {
-            failed_ = true;
-        } else {
-            data.remove_prefix(static_cast<std::size_t>(done));
-            size_ += static_cast<std::uint64_t>(done);
+        failed_ = done <= 0;
+        for (std::size_t left = failed_ ? 0 : static_cast<std::size_t>(done); std::string_view & part : parts) {
+            const std::size_t written = std::min(left, part.size());
+            part.remove_prefix(written);
+            left -= written;
         }
     }
+    gathered_.clear();
     return !failed_;
 }
 
 bool OutputFile::commit(bool sync) {
-    if (failed_) return false;
+    if (!flush()) return false;
     takeModeOfTarget();
     if (sync && ::fsync(descriptor_) != 0) return false;
     if (temporary_.empty() && !giveName()) return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -21,9 +22,12 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
-    /// Appends `data`. False on failure, as when the disk is full; then every later call fails too.
+    /// Appends `data`; little of it is gathered, to be written with what comes next. False on failure, as when the disk
+    /// is full, be it of what was gathered; then every later call fails too.
     bool write(std::string_view data);
-    /// Bytes written so far.
+    /// Writes what was gathered. False on failure, also of an earlier call.
+    [[nodiscard]] bool flush();
+    /// Bytes appended so far.
     [[nodiscard]] std::uint64_t size() const noexcept { return size_; }
 
     /// Puts the file in the target's place. With `sync`, only after its bytes have reached the disk. False on failure.
@@ -32,12 +36,17 @@ public:
 private:
     OutputFile(std::string target, int descriptor, std::string temporary);
 
+    bool writeOut(std::string_view data);
     bool giveName();
     void takeModeOfTarget();
+
+    // Bytes from which on a call of the system pays: from there on the page cache takes them in large pieces.
+    static constexpr std::size_t worthWriting = 64U << 10U;
 
     std::string target_;
     std::string temporary_;  // empty while the file has no name
     int descriptor_;
+    std::string gathered_;  // appended, and not written yet
     std::uint64_t size_ = 0;
     bool failed_ = false;
 };

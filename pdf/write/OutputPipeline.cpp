@@ -192,6 +192,8 @@ void OutputPipeline::run() {
         } else if (Item* todo = nextToPrepare()) {
             prepareUnlocked(*todo, deflater, lock);
         } else if (done_ && items_.empty()) {
+            lock.unlock();
+            failed_ = !file_.flush() || failed_;
             return;
         } else {
             writerWaits_ = true;

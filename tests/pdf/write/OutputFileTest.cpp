@@ -7,6 +7,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <sys/resource.h>
@@ -50,6 +51,21 @@ TEST(OutputFile, CountsTheBytes) {
     EXPECT_TRUE(file->write(""));
     EXPECT_TRUE(file->write("de"));
     EXPECT_EQ(file->size(), 5U);
+}
+
+TEST(OutputFile, LittleAndMuchComeOutInTheirOrder) {
+    const test::TempDir dir;
+    const auto file = OutputFile::create(dir.file("a"));
+    std::string expected;
+    char label = 'a';
+    for (const std::size_t length : {3U, 70'000U, 0U, 40'000U, 40'000U, 1U, 65'536U, 65'535U, 1U, 5U}) {
+        const std::string data(length, label++);
+        EXPECT_TRUE(file->write(data));
+        expected += data;
+        EXPECT_EQ(file->size(), expected.size());
+    }
+    EXPECT_TRUE(file->commit(true));
+    EXPECT_EQ(contentOf(dir.file("a")), expected);
 }
 
 TEST(OutputFile, NothingIsSeenBeforeTheCommitAndNothingIsLeftWithoutOne) {
@@ -128,22 +144,48 @@ TEST(OutputFile, AFolderThatMayNotBeWrittenIsRefused) {
     EXPECT_EQ(filesIn(dir.path()), 0);
 }
 
-TEST(OutputFile, WhereTheDiskIsFullTheOldFileStaysAndNothingIsLeft) {
+/// Runs `write`, which returns 0 if all is as it should be, where a file can hold no more than `room` bytes, and
+/// expects the old file to stay and nothing to be left.
+void withRoomFor(rlim_t room, const std::function<int(OutputFile&)>& write) {
     const test::TempDir dir;
     const std::string target = dir.write("a", "old");
     const int result = test::inChildProcess([&] {
         std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{100, 100};
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 9;
+        const rlimit limit{room, room};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 99;
         const auto file = OutputFile::create(target);
-        if (!file || !file->write(std::string(100, 'x'))) return 8;
-        if (file->write("one more")) return 7;
-        if (file->write("")) return 6;  // it stays failed
-        return file->commit(true) ? 5 : 0;
+        return file ? write(*file) : 98;
     });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(contentOf(target), "old");
     EXPECT_EQ(filesIn(dir.path()), 1);
+}
+
+TEST(OutputFile, WhereTheDiskIsFullTheOldFileStaysAndNothingIsLeft) {
+    withRoomFor(100'000, [](OutputFile& file) {
+        if (!file.write(std::string(100'000, 'x'))) return 8;
+        if (file.write(std::string(70'000, 'y'))) return 7;
+        if (file.write("") || file.flush()) return 6;  // it stays failed
+        return file.commit(true) ? 5 : 0;
+    });
+}
+
+TEST(OutputFile, ADiskThatFillsUpInTheMiddleIsAFailure) {
+    withRoomFor(100'000, [](OutputFile& file) {
+        if (!file.write(std::string(60'000, 'x'))) return 8;  // gathered
+        return file.write(std::string(60'000, 'y')) || file.commit(true) ? 7 : 0;
+    });
+}
+
+TEST(OutputFile, WhatWasGatheredMayStillFail) {
+    withRoomFor(100, [](OutputFile& file) {
+        if (!file.write(std::string(101, 'x'))) return 8;
+        return file.flush() || file.commit(true) ? 7 : 0;
+    });
+    withRoomFor(100, [](OutputFile& file) {
+        if (!file.write(std::string(101, 'x'))) return 8;
+        return file.commit(true) ? 7 : 0;
+    });
 }
 
 }  // namespace
