@@ -23,7 +23,12 @@ void DestinationJoiner::begin(const SourceCopies& source) {
     entries_.assign(table().size(), {});
     allStay_ = source.isWhole;
     if (!source.isWhole) return;
-    for (std::size_t place = 0; place < entries_.size(); ++place) keep(place);
+    joined_.expect(entries_.size());
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        constexpr std::size_t distance = 8;
+        if (place + distance < entries_.size()) joined_.fetchAhead(table().name(place + distance));
+        keep(place);
+    }
 }
 
 void DestinationJoiner::keep(std::size_t place) {

@@ -30,6 +30,10 @@ public:
     [[nodiscard]] bool contains(std::string_view name) const { return find(name).has_value(); }
     [[nodiscard]] std::size_t size() const noexcept { return names_.size(); }
 
+    /// `name` is about to be added or asked for: has the processor fetch where it belongs.
+    void fetchAhead(std::string_view name) const {
+        if (!slots_.empty()) __builtin_prefetch(&slots_[hashOf(name) & (slots_.size() - 1)]);
+    }
     /// Makes room for `count` names at once.
     void reserve(std::size_t count);
 
