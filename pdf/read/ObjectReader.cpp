@@ -1,6 +1,7 @@
 #include "pdf/read/ObjectReader.h"
 
 #include "pdf/filter/Filters.h"
+#include "pdf/object/Characters.h"
 #include "pdf/object/Parser.h"
 #include "pdf/object/ValueSkipper.h"
 #include "pdf/read/CrossReferenceReader.h"
@@ -26,6 +27,16 @@ std::optional<std::uint64_t> findHeader(BlockCache& file) {
     const std::size_t at = view.text.substr(0, searched + 4).find("%PDF-");
     if (at == std::string_view::npos) return std::nullopt;
     return at;
+}
+
+/// Whether an object may begin in `text`: behind numbers stands `obj`, which names and strings often have as well.
+bool mayHoldObject(std::string_view text) {
+    for (std::size_t at = text.find("obj"); at != std::string_view::npos; at = text.find("obj", at + 1)) {
+        std::size_t before = at;
+        while (before > 0 && isWhiteSpace(text[before - 1])) --before;
+        if (before > 0 && isDigit(text[before - 1])) return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -187,10 +198,10 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
-        // What is not closed where the next object begins is closed, if at all, by what that one holds. A text without
-        // `obj` holds no other object; for any other all are put in order, to know where the next begins.
+        // What is not closed where the next object begins is closed, if at all, by what that one holds. All objects are
+        // put in order for that, to know where the next begins.
         const bool isShort = object->valueEnd != 0 && object->valueEnd <= usualObject;
-        const bool mayRunOn = !isShort && object->value().find("obj") != std::string_view::npos;
+        const bool mayRunOn = !isShort && mayHoldObject(object->value());
         if (whole && !mayRunOn) return object;
         if (!mayRunOn && !object->complete) continue;
         const std::uint64_t bound = nextObject(object->offset) - object->offset;

@@ -161,6 +161,26 @@ TEST_F(ObjectReading, AnObjectLargerThanABlockIsRead) {
     EXPECT_EQ(object.array()->size(), 100'000U);
 }
 
+TEST_F(ObjectReading, AnObjectClosedByTheNextOneEndsBeforeItHoweverThatBegins) {
+    // Longer than what is read at first, and without the keyword at its end.
+    const std::string open = "<</A(" + std::string(2000, 'x') + ")";
+    for (const std::string header : {"6 0 obj", "6 0obj", "6 0 \n obj", "6 0 objfoo", "  6 0 obj"}) {
+        std::string bytes =
+            RawPdf().catalogOf({3}).page(3, "one").object(5, open).object(6, " /Next 1>>     ").table().bytes();
+        const std::size_t begin = bytes.find("endobj", bytes.find(open));
+        const std::size_t end = bytes.find("/Next");
+        const std::size_t next = bytes.find("6 0 obj", begin) - header.find('6');
+        bytes.replace(begin, end - begin, std::string(end - begin, ' '));
+        bytes.replace(next, header.size(), header);
+        const std::string name("a.pdf");
+        Warnings warnings(name);
+        ObjectReader reader(InputFile::open(dir.write("a.pdf", bytes)), warnings);
+        const auto found = reader.findWhole({5, 0});
+        ASSERT_TRUE(found);
+        EXPECT_EQ(found->value().find("/Next"), std::string_view::npos) << header;
+    }
+}
+
 TEST_F(ObjectReading, AnObjectThatIsNotClosedEndsWhereTheNextBegins) {
     // Longer than what is read at first, and closed by what the next object holds.
     const std::string open = "<</A(" + std::string(2000, 'x') + ")/B(no end";
