@@ -135,13 +135,24 @@ auto ReferenceRewriter<Mapper>::fast(std::string_view text, std::size_t position
     detail::RewriterStops stops(text);
     do {
         at = stops.find(at);
-        if (at >= text.size() || !step(run, at)) return fail();
+        if (at >= text.size()) return fail();
+        if (text[at] != '[') {
+            if (!step(run, at)) return fail();
+            continue;
+        }
+        // Most arrays hold nothing but numbers, so what stops next is their end.
+        if (!run.open.push('[', at)) return fail();
+        at = stops.find(at + 1);
+        if (at < text.size() && text[at] == ']') {
+            static_cast<void>(run.open.pop('['));
+            ++at;
+        }
     } while (!run.open.empty());
     out.append(text, run.begin, at - run.begin);
     return {Status::Done, at};
 }
 
-/// Takes what stands at a stop. False where the fast road ends.
+/// Takes what stands at a stop, other than the beginning of an array. False where the fast road ends.
 template <class Mapper>
 bool ReferenceRewriter<Mapper>::step(Run& run, std::size_t& at) {
     const std::string_view text = run.text;
@@ -154,8 +165,6 @@ bool ReferenceRewriter<Mapper>::step(Run& run, std::size_t& at) {
             at = end.value_or(at);
             return end.has_value();
         }
-        case '[':
-            return run.open.push(c, place);
         case ']':
             return run.open.pop('[');
         case '<': {
