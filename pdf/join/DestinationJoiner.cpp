@@ -26,7 +26,7 @@ void DestinationJoiner::begin(const SourceCopies& source) {
     joined_.expect(entries_.size());
     for (std::size_t place = 0; place < entries_.size(); ++place) {
         constexpr std::size_t distance = 8;
-        if (place + distance < entries_.size()) joined_.fetchAhead(table().name(place + distance));
+        if (place + distance < entries_.size()) joined_.fetchPlaceOf(table().name(place + distance));
         keep(place);
     }
 }

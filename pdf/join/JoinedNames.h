@@ -23,7 +23,7 @@ public:
     /// Makes room for `count` more names.
     void expect(std::size_t count) { used_.reserve(used_.size() + count); }
     /// `name` is about to be reserved: has the processor fetch where it belongs.
-    void fetchAhead(std::string_view name) const { used_.fetchAhead(name); }
+    void fetchPlaceOf(std::string_view name) const { used_.fetchPlaceOf(name); }
     /// Takes `name` over, unless it is taken: then one made of it and of `ordinal`, which tells the sources apart.
     Place reserve(std::string_view name, std::size_t ordinal);
     /// The name under which the value is to be found; valid as long as this object.

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return names_.size(); }
 
     /// `name` is about to be added or asked for: has the processor fetch where it belongs.
-    void fetchAhead(std::string_view name) const {
+    void fetchPlaceOf(std::string_view name) const {
         if (!slots_.empty()) __builtin_prefetch(&slots_[hashOf(name) & (slots_.size() - 1)]);
     }
     /// Makes room for `count` names at once.

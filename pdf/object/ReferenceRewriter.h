@@ -83,6 +83,8 @@ private:
         return std::all_of(text.begin() + 1, text.end(), [](char c) { return isRegular(c); });
     }
     std::optional<std::size_t> scalar(std::string_view text, std::size_t position, std::string& out);
+    template <class Stops>
+    [[nodiscard]] bool array(Run& run, Stops& stops, std::size_t& at);
     [[nodiscard]] bool step(Run& run, std::size_t& at);
     [[nodiscard]] bool destination(Run& run, std::size_t& at);
     void reference(Run& run, std::size_t mark);
@@ -136,23 +138,25 @@ auto ReferenceRewriter<Mapper>::fast(std::string_view text, std::size_t position
     do {
         at = stops.find(at);
         if (at >= text.size()) return fail();
-        if (text[at] != '[') {
-            if (!step(run, at)) return fail();
-            continue;
-        }
-        // Most arrays hold nothing but numbers, so what stops next is their end.
-        if (!run.open.push('[', at)) return fail();
-        at = stops.find(at + 1);
-        if (at < text.size() && text[at] == ']') {
-            static_cast<void>(run.open.pop('['));
-            ++at;
-        }
+        if (!(text[at] == '[' ? array(run, stops, at) : step(run, at))) return fail();
     } while (!run.open.empty());
     out.append(text, run.begin, at - run.begin);
     return {Status::Done, at};
 }
 
-/// Takes what stands at a stop, other than the beginning of an array. False where the fast road ends.
+/// Takes the beginning of an array, and its end if that stops next, as in most: they hold nothing but numbers. False
+/// where arrays are nested too deep.
+template <class Mapper>
+template <class Stops>
+bool ReferenceRewriter<Mapper>::array(Run& run, Stops& stops, std::size_t& at) {
+    if (!run.open.push('[', at)) return false;
+    at = stops.find(at + 1);
+    if (at >= run.text.size() || run.text[at] != ']') return true;
+    ++at;
+    return run.open.pop('[');
+}
+
+/// Takes what stands at any other stop. False where the fast road ends.
 template <class Mapper>
 bool ReferenceRewriter<Mapper>::step(Run& run, std::size_t& at) {
     const std::string_view text = run.text;

@@ -55,27 +55,13 @@ public:
         if (size < wideStep) return inHalf(begin) | inHalf(begin + size - step) << (size - step);
         return inWideStep(begin) | inWideStep(begin + size - wideStep) << (size - wideStep);
     }
+#endif
 
 private:
-    static constexpr std::size_t step = 16;
-    static constexpr std::size_t wideStep = 32;
-    using Table = std::array<char, step>;
+    using Table = std::array<char, 16>;
 
-    static Table padded(std::string_view block) noexcept {
-        Table all{};
-        std::memcpy(all.data(), block.data(), block.size());
-        return all;
-    }
-
-    static std::uint64_t inStep(const char* at) noexcept {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-        __m128i equal = _mm_setzero_si128();
-        ((equal = _mm_or_si128(equal, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(stops)))), ...);
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(equal));
-    }
-
-    // However many stops there are, two tables tell them: a bit stands for those with the same upper four bits. A
-    // character is a stop if what the tables say of its lower and of its upper four bits has a bit in common.
+    // Two tables tell all stops: a bit stands for those with the same upper four bits. A character is a stop if what
+    // the tables say of its lower and of its upper four bits has a bit in common.
     struct Tables {
         Table byLower{};
         Table byUpper{};
@@ -98,7 +84,25 @@ private:
     }
 
     static constexpr Tables known = tables();
-    static_assert(known.fits, "stops of more than eight groups");
+    static_assert(known.fits, "the stops have more than eight different upper halves");
+    static_assert(((stops != '\0') && ...));
+
+#ifdef __SSE2__
+    static constexpr std::size_t step = 16;
+    static constexpr std::size_t wideStep = 32;
+
+    static Table padded(std::string_view block) noexcept {
+        Table all{};
+        std::memcpy(all.data(), block.data(), block.size());
+        return all;
+    }
+
+    static std::uint64_t inStep(const char* at) noexcept {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        __m128i equal = _mm_setzero_si128();
+        ((equal = _mm_or_si128(equal, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(stops)))), ...);
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(equal));
+    }
 
     [[gnu::target("avx2"), gnu::always_inline]] static inline std::uint64_t inHalf(const char* at) noexcept {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));

@@ -29,7 +29,8 @@ std::optional<std::uint64_t> findHeader(BlockCache& file) {
     return at;
 }
 
-/// Whether an object may begin in `text`: behind numbers stands `obj`, which names and strings often have as well.
+/// Whether an object may begin in `text`. One begins with two numbers and `obj`; the letters alone are in many names
+/// and strings.
 bool mayHoldObject(std::string_view text) {
     for (std::size_t at = text.find("obj"); at != std::string_view::npos; at = text.find("obj", at + 1)) {
         std::size_t before = at;
@@ -198,8 +199,8 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();
-        // What is not closed where the next object begins is closed, if at all, by what that one holds. All objects are
-        // put in order for that, to know where the next begins.
+        // What is not closed where the next object begins is closed, if at all, by what that one holds. To know where
+        // it begins all objects are put in order, if one may begin in the value at all.
         const bool isShort = object->valueEnd != 0 && object->valueEnd <= usualObject;
         const bool mayRunOn = !isShort && mayHoldObject(object->value());
         if (whole && !mayRunOn) return object;
@@ -321,7 +322,7 @@ std::optional<std::string> ObjectReader::decodedStream(Reference reference, std:
 
 /// Resolves an array's elements too.
 Object ObjectReader::resolveDeep(const Object& object) {
-    const Object resolved = resolve(object);
+    Object resolved = resolve(object);
     if (!resolved.array()) return resolved;
     Array elements;
     for (const Object& element : *resolved.array()) elements.push_back(resolve(element));

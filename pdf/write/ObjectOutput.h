@@ -48,7 +48,7 @@ public:
 
     /// Writes what is left, the cross-reference stream with `trailer` (the text of its entries besides its own and
     /// `ID`) and the end of the file. `firstId` is the first half of the `ID` if the document has one already. False if
-    /// any writing failed.
+    /// any writing failed; the last of it may be left to the file's `commit`.
     [[nodiscard]] bool finish(std::string_view trailer, std::string_view firstId);
 
     /// After finish(): inputs that became shorter while they were copied.
@@ -92,7 +92,9 @@ private:
     // The index of an object stream is written in front of the objects when all are there: at most two numbers of ten
     // digits each. What it does not need stays blank, and deflates to nothing.
     static constexpr std::size_t indexRoom = bodyObjects * 22;
-    static constexpr std::size_t chunkBytes = 256 * 1024;
+    // With the short stream that goes beyond it, a chunk is of the size of the pieces that the pipeline reads, so that
+    // either can have the memory of the other.
+    static constexpr std::size_t chunkBytes = 192 * 1024;
     // Enciphered data up to this length is deciphered in memory.
     static constexpr std::uint64_t mostInMemory = 4U << 20U;
 

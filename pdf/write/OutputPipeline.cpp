@@ -110,10 +110,15 @@ std::string OutputPipeline::buffer(std::size_t bytes) {
     return buffer;
 }
 
-/// A buffer with whatever was in it: one that is read into is not first filled with zeros.
+/// The smallest buffer that is large enough, with whatever was in it: one that is read into is not first filled with
+/// zeros.
 std::string OutputPipeline::takeSpare(std::size_t bytes) {
     const std::lock_guard lock(mutex_);
-    const auto fitting = std::ranges::find_if(spare_, [&](const auto& buffer) { return buffer.capacity() >= bytes; });
+    auto fitting = spare_.end();
+    for (auto buffer = spare_.begin(); buffer != spare_.end(); ++buffer) {
+        if (buffer->capacity() < bytes) continue;
+        if (fitting == spare_.end() || buffer->capacity() < fitting->capacity()) fitting = buffer;
+    }
     if (fitting == spare_.end()) return {};
     std::string buffer = std::move(*fitting);
     spare_.erase(fitting);

@@ -21,6 +21,18 @@ TEST(JoinedNames, ANameThatIsTakenGetsTheOrdinal) {
     EXPECT_FALSE(names.contains("b"));
 }
 
+TEST(JoinedNames, ToExpectNamesChangesNothing) {
+    JoinedNames names;
+    names.fetchPlaceOf("a");
+    names.expect(0);
+    EXPECT_EQ(names.nameAt(names.reserve("a", 1)), "a");
+    names.expect(1000);
+    names.fetchPlaceOf("a");
+    names.fetchPlaceOf("b");
+    EXPECT_EQ(names.nameAt(names.reserve("a", 2)), "a-2");
+    EXPECT_FALSE(names.contains("b"));
+}
+
 TEST(JoinedNames, NamesOutliveTheTextsThatTheyWereGivenAs) {
     JoinedNames names;
     const auto first = names.reserve(std::string("a name that ends at once, and is long"), 1);
