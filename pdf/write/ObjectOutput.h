@@ -92,9 +92,7 @@ private:
     // The index of an object stream is written in front of the objects when all are there: at most two numbers of ten
     // digits each. What it does not need stays blank, and deflates to nothing.
     static constexpr std::size_t indexRoom = bodyObjects * 22;
-    // With the short stream that goes beyond it, a chunk is of the size of the pieces that the pipeline reads, so that
-    // either can have the memory of the other.
-    static constexpr std::size_t chunkBytes = 192 * 1024;
+    static constexpr std::size_t chunkBytes = 64 * 1024;
     // Enciphered data up to this length is deciphered in memory.
     static constexpr std::uint64_t mostInMemory = 4U << 20U;
 
