@@ -114,12 +114,10 @@ std::string OutputPipeline::buffer(std::size_t bytes) {
 /// zeros.
 std::string OutputPipeline::takeSpare(std::size_t bytes) {
     const std::lock_guard lock(mutex_);
-    auto fitting = spare_.end();
-    for (auto buffer = spare_.begin(); buffer != spare_.end(); ++buffer) {
-        if (buffer->capacity() < bytes) continue;
-        if (fitting == spare_.end() || buffer->capacity() < fitting->capacity()) fitting = buffer;
-    }
-    if (fitting == spare_.end()) return {};
+    const auto fitting = std::ranges::min_element(spare_, {}, [bytes](const std::string& buffer) {
+        return buffer.capacity() >= bytes ? buffer.capacity() : SIZE_MAX;
+    });
+    if (fitting == spare_.end() || fitting->capacity() < bytes) return {};
     std::string buffer = std::move(*fitting);
     spare_.erase(fitting);
     return buffer;

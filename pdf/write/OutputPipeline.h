@@ -113,6 +113,7 @@ private:
     static constexpr std::size_t mostAhead = 2U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
     static constexpr std::size_t wakeBytes = 512U << 10U;
+    // More are hardly ever asked for again.
     static constexpr std::size_t mostSpare = 6;
     // What is copied from a file is read in pieces of this many bytes.
     static constexpr std::uint64_t pieceBytes = 256U << 10U;

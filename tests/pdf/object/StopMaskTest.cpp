@@ -17,7 +17,7 @@ std::uint64_t expectedOf(std::string_view block) {
     return mask;
 }
 
-/// Tries `mask` with blocks of every length in which every other character, by chance, is the same, each in turn.
+/// Tries `mask` with blocks of every length; each character in turn stands at about half of the places.
 template <char... stops>
 void check(std::uint64_t (*mask)(std::string_view)) {
     std::mt19937 random(11);
@@ -25,7 +25,7 @@ void check(std::uint64_t (*mask)(std::string_view)) {
         for (unsigned code = 0; code < 256; ++code) {
             std::string text;
             for (std::size_t i = 0; i < length; ++i) text += static_cast<char>(code + (random() % 2) * random());
-            // Neither does what stands behind the block count, nor need there be anything.
+            // What stands behind a block does not count, and nothing need stand there.
             const auto alone = std::make_unique<char[]>(length);
             std::ranges::copy(text, alone.get());
             text.append(64, static_cast<char>(code));
@@ -50,8 +50,8 @@ TEST(StopMask, TellsTheStopsOnAnyProcessor) {
 
 TEST(StopMask, TellsTheSameWithWideVectors) {
 #ifdef __SSE2__
-    if (hasWideVectors) checkAll([]<char... stops>() { check<stops...>(&StopMask<stops...>::ofWide); });
     if (!hasWideVectors) GTEST_SKIP() << "the processor has none";
+    checkAll([]<char... stops>() { check<stops...>(&StopMask<stops...>::ofWide); });
 #else
     GTEST_SKIP() << "made for another kind of processor";
 #endif
