@@ -1,6 +1,7 @@
 #include "pdf/join/SourceSurveyor.h"
 
 #include "pdf/io/BackgroundThread.h"
+#include "pdf/io/HeapRoom.h"
 #include "pdf/read/Source.h"
 
 #include <utility>
@@ -101,6 +102,7 @@ void SourceSurveyor::freeDiscarded(std::unique_lock<std::mutex>& lock) {
 
 void SourceSurveyor::run() {
     giveWay(7);
+    HeapRoom::take();
     std::unique_lock lock(mutex_);
     while (!stop_) {
         if (mustFree() || (!mayRead() && !discarded_.empty())) {

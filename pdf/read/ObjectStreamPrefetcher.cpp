@@ -1,6 +1,7 @@
 #include "pdf/read/ObjectStreamPrefetcher.h"
 
 #include "pdf/io/BackgroundThread.h"
+#include "pdf/io/HeapRoom.h"
 
 namespace quillon::pdf {
 
@@ -63,6 +64,7 @@ void ObjectStreamPrefetcher::forget(const InputFile& file) {
 
 void ObjectStreamPrefetcher::run() {
     giveWay(5);
+    HeapRoom::take();
     std::unique_lock lock(mutex_);
     while (!stop_) {
         if (order_.empty() || ahead_ > mostAhead) {

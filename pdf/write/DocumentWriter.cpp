@@ -1,5 +1,6 @@
 #include "pdf/write/DocumentWriter.h"
 
+#include "pdf/io/HeapRoom.h"
 #include "pdf/join/DocumentJoiner.h"
 #include "pdf/join/SourceSurveyor.h"
 #include "pdf/object/DictionaryScanner.h"
@@ -36,6 +37,7 @@ public:
     [[nodiscard]] bool mustRepeat() const noexcept { return repeat_; }
 
 private:
+    [[nodiscard]] std::uint64_t inputBytes() const;
     void writeHeader();
     std::unique_ptr<SourceDocument> copySource(const SourcePlan& source, SourceSurvey& survey,
                                                ObjectStreamPrefetcher& prefetcher);
@@ -65,6 +67,7 @@ private:
 };
 
 bool DocumentWriter::write(WriteResult& result) {
+    const HeapRoom room(inputBytes());
     writeHeader();
     const auto encryptor = plan_.protection ? std::make_unique<const Encryptor>(*plan_.protection) : nullptr;
     ObjectOutput output(file_, encryptor.get());
@@ -100,6 +103,12 @@ bool DocumentWriter::write(WriteResult& result) {
     result.bytes = file_.size();
     std::ranges::move(warnings_, std::back_inserter(result.warnings));
     return finished && result.pages > 0;
+}
+
+std::uint64_t DocumentWriter::inputBytes() const {
+    std::uint64_t bytes = 0;
+    for (std::size_t i = 0; i < sources_.size(); ++i) bytes += sources_[i].source()->file()->size();
+    return bytes;
 }
 
 void DocumentWriter::writeCatalog() {

@@ -2,6 +2,7 @@
 
 #include "pdf/filter/Flate.h"
 #include "pdf/io/BackgroundThread.h"
+#include "pdf/io/HeapRoom.h"
 
 #include <algorithm>
 #include <new>
@@ -180,6 +181,7 @@ void OutputPipeline::read(Item& item) {
 
 void OutputPipeline::run() {
     giveWay(3);
+    HeapRoom::take();
     FastDeflater deflater;
     std::unique_lock lock(mutex_);
     while (true) {
@@ -200,8 +202,9 @@ void OutputPipeline::run() {
             return;
         } else {
             writerWaits_ = true;
-            changed_.wait(lock);
+            const bool isWoken = changed_.wait_for(lock, patience) == std::cv_status::no_timeout;
             writerWaits_ = false;
+            if (!isWoken) continue;
             const int processor = callersProcessor_;
             lock.unlock();
             leaveProcessor(processor);

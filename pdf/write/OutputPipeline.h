@@ -8,6 +8,7 @@
 
 #include <xxhash.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -113,6 +114,8 @@ private:
     static constexpr std::size_t mostAhead = 2U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
     static constexpr std::size_t wakeBytes = 512U << 10U;
+    // It looks for less by itself after this long, so that little waits where the caller is slow.
+    static constexpr std::chrono::milliseconds patience{2};
     // More are hardly ever asked for again.
     static constexpr std::size_t mostSpare = 6;
     // What is copied from a file is read in pieces of this many bytes.

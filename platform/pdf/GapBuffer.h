@@ -41,7 +41,7 @@ private:
 
     void widenGap() {
         constexpr std::size_t least = 16;
-        const std::size_t added = std::max(least, items_.size());
+        const std::size_t added = std::max(least, items_.size() / 2);
         std::vector<T> wider(items_.size() + added);
         const auto at = [](std::vector<T>& items, std::size_t index) {
             return items.begin() + static_cast<std::ptrdiff_t>(index);

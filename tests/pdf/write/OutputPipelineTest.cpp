@@ -6,13 +6,17 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <random>
 #include <string>
 #include <sys/resource.h>
+#include <thread>
+#include <utility>
 
 namespace quillon::pdf {
 namespace {
@@ -97,6 +101,18 @@ TEST_F(OutputPipelineTest, CopiesRangesOfAFile) {
     EXPECT_TRUE(pipeline.shortened().empty());
     EXPECT_TRUE(file->commit(false));
     EXPECT_EQ(contentOf(dir.file("out")), "<234019>");
+}
+
+TEST_F(OutputPipelineTest, WritesALittleWithoutBeingAskedFor) {
+    using namespace std::chrono_literals;
+    const auto file = OutputFile::create(dir.file("out"));
+    auto input = InputFile::open(dir.write("input", "a few bytes"));
+    const std::weak_ptr<InputFile> copied = input;
+    OutputPipeline pipeline(*file);
+    pipeline.copy(std::move(input), {{0, 11}});
+    for (int i = 0; i < 1000 && !copied.expired(); ++i) std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(copied.expired());  // what is written is not kept
+    EXPECT_TRUE(pipeline.finish());
 }
 
 TEST_F(OutputPipelineTest, MakesUpWhatIsMissingOfAFileThatBecameShorter) {
