@@ -102,7 +102,7 @@ void SourceSurveyor::freeDiscarded(std::unique_lock<std::mutex>& lock) {
 
 void SourceSurveyor::run() {
     giveWay(7);
-    HeapRoom::take();
+    const HeapRoom::Share share;
     std::unique_lock lock(mutex_);
     while (!stop_) {
         if (mustFree() || (!mayRead() && !discarded_.empty())) {

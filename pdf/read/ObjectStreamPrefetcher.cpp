@@ -64,7 +64,7 @@ void ObjectStreamPrefetcher::forget(const InputFile& file) {
 
 void ObjectStreamPrefetcher::run() {
     giveWay(5);
-    HeapRoom::take();
+    const HeapRoom::Share share;
     std::unique_lock lock(mutex_);
     while (!stop_) {
         if (order_.empty() || ahead_ > mostAhead) {

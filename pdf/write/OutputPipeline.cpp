@@ -181,7 +181,7 @@ void OutputPipeline::read(Item& item) {
 
 void OutputPipeline::run() {
     giveWay(3);
-    HeapRoom::take();
+    const HeapRoom::Share share;
     FastDeflater deflater;
     std::unique_lock lock(mutex_);
     while (true) {

@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -22,6 +25,8 @@ namespace quillon::pdf {
 namespace {
 
 constexpr std::uint64_t large = 64U << 20U;
+constexpr std::size_t used = 8U << 20U;
+constexpr long few = 32;
 
 class HeapRoomTest : public testing::Test {
 protected:
@@ -30,21 +35,31 @@ protected:
     }
 };
 
-/// Allocates 4 MiB in small blocks, writes to them and frees them. Returns how often the system had to give memory.
-long useMemory() {
-    const auto given = [] {
-        rusage usage{};
-        ::getrusage(RUSAGE_THREAD, &usage);
-        return usage.ru_minflt;
-    };
+/// How often the system had to give memory to the calling thread so far.
+long timesGiven() {
+    rusage usage{};
+    ::getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_minflt;
+}
+
+using Blocks = std::vector<std::unique_ptr<char[]>>;
+
+/// Memory in small blocks that have been written to.
+Blocks takeMemory() {
     constexpr std::size_t blockBytes = 16U << 10U;
-    std::vector<std::unique_ptr<char[]>> blocks(256);
-    const long before = given();
+    Blocks blocks(used / blockBytes);
     for (auto& block : blocks) {
         block = std::make_unique_for_overwrite<char[]>(blockBytes);
         std::memset(block.get(), 1, blockBytes);
     }
-    return given() - before;
+    return blocks;
+}
+
+/// Takes memory and frees it. Returns how often the system had to give some.
+long useMemory() {
+    const long before = timesGiven();
+    const Blocks blocks = takeMemory();
+    return timesGiven() - before;
 }
 
 /// How often a thread had to be given memory.
@@ -56,14 +71,33 @@ struct Uses {
 Uses useTwice() {
     Uses uses;
     std::thread([&uses] {
-        HeapRoom::take();
+        const HeapRoom::Share share;
         uses.first = useMemory();
         uses.second = useMemory();
     }).join();
     return uses;
 }
 
-constexpr long few = 32;
+/// Whether memory that is to have large pages has them now.
+bool givesLargePages() {
+    void* const memory = ::mmap(nullptr, used, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) return false;
+    ::madvise(memory, used, MADV_HUGEPAGE);
+    const long before = timesGiven();
+    std::memset(memory, 1, used);
+    const long times = timesGiven() - before;
+    ::munmap(memory, used);
+    return times < static_cast<long>(used) / ::sysconf(_SC_PAGESIZE) / 2;
+}
+
+/// KiB of the program's memory that is from no file.
+long memoryInUse() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("RssAnon:")) return std::stol(line.substr(8));
+    }
+    return -1;
+}
 
 TEST_F(HeapRoomTest, AHeapKeepsWhatIsFreed) {
     const HeapRoom room(large);
@@ -71,12 +105,42 @@ TEST_F(HeapRoomTest, AHeapKeepsWhatIsFreed) {
 }
 
 TEST_F(HeapRoomTest, AHeapHasLargePagesWhereTheSystemGivesThem) {
-    std::string enabled;
-    std::getline(std::ifstream("/sys/kernel/mm/transparent_hugepage/enabled"), enabled);
-    if (enabled.empty() || enabled.ends_with("[never]")) GTEST_SKIP() << "the system gives none";
+    if (!givesLargePages()) GTEST_SKIP() << "the system gives none";
     const HeapRoom room(large);
-    constexpr long smallPages = 1024;
-    EXPECT_LT(useTwice().first, smallPages * 3 / 4);
+    EXPECT_LT(useTwice().first, static_cast<long>(used) / ::sysconf(_SC_PAGESIZE) * 3 / 4);
+}
+
+TEST_F(HeapRoomTest, MemoryGoesBackInTheEnd) {
+    const long before = memoryInUse();
+    ASSERT_GE(before, 0);
+    {
+        const HeapRoom room(large);
+        std::array<std::thread, 3> threads;
+        for (std::thread& thread : threads) {
+            thread = std::thread([] {
+                const HeapRoom::Share share;
+                useMemory();
+            });
+        }
+        useMemory();
+        for (std::thread& thread : threads) thread.join();
+    }
+    constexpr long mostKept = 6 << 10;  // KiB; a large page for each heap, for one
+    EXPECT_LT(memoryInUse() - before, mostKept);
+}
+
+TEST_F(HeapRoomTest, SoDoesMemoryBetweenWhatIsKept) {
+    Blocks blocks;
+    const long before = memoryInUse();
+    {
+        const HeapRoom room(large);
+        blocks = takeMemory();
+        for (std::size_t i = 0; i < blocks.size(); ++i) {
+            if (i % 32 != 31) blocks[i].reset();
+        }
+    }
+    constexpr long mostKept = 4 << 10;  // KiB
+    EXPECT_LT(memoryInUse() - before, mostKept);
 }
 
 TEST_F(HeapRoomTest, InTheEndHeapsShrinkAgain) {

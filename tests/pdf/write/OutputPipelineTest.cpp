@@ -109,6 +109,7 @@ TEST_F(OutputPipelineTest, WritesALittleWithoutBeingAskedFor) {
     auto input = InputFile::open(dir.write("input", "a few bytes"));
     const std::weak_ptr<InputFile> copied = input;
     OutputPipeline pipeline(*file);
+    std::this_thread::sleep_for(50ms);  // the writer waits by now
     pipeline.copy(std::move(input), {{0, 11}});
     for (int i = 0; i < 1000 && !copied.expired(); ++i) std::this_thread::sleep_for(10ms);
     EXPECT_TRUE(copied.expired());  // what is written is not kept
