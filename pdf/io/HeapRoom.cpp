@@ -45,7 +45,7 @@ void widenHeap() {
 
 /// The freeing of a block so large that, with it, the threshold is reached makes the heap shrink.
 void narrowHeap() {
-    constexpr std::size_t largestBlock = roomThreshold - 64;  // that is a part of a heap
+    constexpr std::size_t largestBlock = roomThreshold - 32;  // that is a part of a heap
     void* const volatile block = std::malloc(largestBlock);   // which no compiler leaves out
     std::free(block);
 }
