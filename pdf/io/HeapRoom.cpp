@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <mutex>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace quillon::pdf {
 
@@ -34,19 +32,14 @@ bool hasRoom() {
 
 /// A block of the room's size widens the heap, which does not shrink when the block is freed.
 void widenHeap() {
-    void* const room = std::malloc(roomBytes);
-    if (!room) return;
-    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto begin = reinterpret_cast<std::uintptr_t>(room);
-    const std::uintptr_t firstPage = (begin + page - 1) / page * page;
-    static_cast<void>(::madvise(reinterpret_cast<void*>(firstPage), begin + roomBytes - firstPage, MADV_HUGEPAGE));
+    void* const volatile room = std::malloc(roomBytes);  // which no compiler leaves out
     std::free(room);
 }
 
 /// The freeing of a block so large that, with it, the threshold is reached makes the heap shrink.
 void narrowHeap() {
     constexpr std::size_t largestBlock = roomThreshold - 32;  // that is a part of a heap
-    void* const volatile block = std::malloc(largestBlock);   // which no compiler leaves out
+    void* const volatile block = std::malloc(largestBlock);   // likewise
     std::free(block);
 }
 

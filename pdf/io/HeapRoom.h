@@ -9,8 +9,8 @@ namespace quillon::pdf {
 ///
 /// The threads of a merge have heaps, which grow a few pages at a time and shrink when some are free, and a page that
 /// is new costs the processor as much as copying it. While there is a HeapRoom, the heaps of the threads that have a
-/// Share are wide from the beginning, have large pages where the system gives them, and hardly shrink. A hint: where
-/// the room is refused nothing happens. Any number may live at a time, on any thread.
+/// Share are wide from the beginning and hardly shrink. A hint: where the room is refused nothing happens. Any number
+/// may live at a time, on any thread.
 class HeapRoom {
 public:
     /// Widens the heap of the thread that makes it, if there is a HeapRoom, and lets it shrink when the same thread
