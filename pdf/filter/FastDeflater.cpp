@@ -31,7 +31,7 @@ FastDeflater::FastDeflater() : stream_(std::make_unique<isal_zstream>()) {}
 FastDeflater::~FastDeflater() = default;
 
 void FastDeflater::deflate(std::string_view data, const DeflateCodes& codes, std::string& out) {
-    run(data, codes, false);
+    run(data, codes);
     out.assign(room_.get(), stream_->total_out);
     constexpr std::size_t mostKept = 4U << 20U;
     if (roomBytes_ <= mostKept) return;
@@ -39,13 +39,8 @@ void FastDeflater::deflate(std::string_view data, const DeflateCodes& codes, std
     roomBytes_ = 0;
 }
 
-DeflatedPart FastDeflater::deflatePart(std::string_view data, const DeflateCodes& codes) {
-    run(data, codes, true);
-    return {std::string(room_.get(), stream_->total_out), isal_adler32(1, bytesOf(data), data.size()), data.size()};
-}
-
 /// Leaves what comes out in `room_`.
-void FastDeflater::run(std::string_view data, const DeflateCodes& codes, bool isPart) {
+void FastDeflater::run(std::string_view data, const DeflateCodes& codes) {
     // The longest code has 15 bits; the rest is for the frame and for the codes themselves.
     const std::size_t bound = 2 * data.size() + 1024;
     if (bound > UINT32_MAX) throw std::length_error("too much to be deflated at one go");
@@ -57,34 +52,14 @@ void FastDeflater::run(std::string_view data, const DeflateCodes& codes, bool is
     // Of its levels only this one gives the same result wherever in memory it runs.
     stream_->level = 0;
     isal_deflate_set_hufftables(stream_.get(), codes.tables_.get(), IGZIP_HUFFTABLE_CUSTOM);
-    stream_->gzip_flag = isPart ? IGZIP_DEFLATE : IGZIP_ZLIB;
-    stream_->flush = isPart ? FULL_FLUSH : NO_FLUSH;  // a part ends with a whole byte
-    stream_->end_of_stream = isPart ? 0 : 1;
+    stream_->gzip_flag = IGZIP_ZLIB;
+    stream_->flush = NO_FLUSH;
+    stream_->end_of_stream = 1;
     stream_->next_in = bytesOf(data);
     stream_->avail_in = static_cast<std::uint32_t>(data.size());
     stream_->next_out = reinterpret_cast<std::uint8_t*>(room_.get());
     stream_->avail_out = static_cast<std::uint32_t>(bound);
     if (isal_deflate_stateless(stream_.get()) != COMP_OK) throw std::logic_error("deflated data outgrew its bound");
-}
-
-std::string joinDeflated(std::span<const DeflatedPart> parts) {
-    constexpr std::string_view header = "\x78\x01";
-    constexpr std::string_view lastBlock("\x03\x00", 2);  // an empty one
-    constexpr std::uint64_t modulus = 65521;
-    std::string joined(header);
-    std::uint64_t low = 1;  // the two halves of the sum (RFC 1950, 8.2)
-    std::uint64_t high = 0;
-    for (const DeflatedPart& part : parts) {
-        joined += part.bytes;
-        // What stands in front of a part adds to the lower half once, and to the higher with each byte of the part.
-        const std::uint64_t before = low + modulus - 1;
-        high = (high + (part.sum >> 16U) + part.length % modulus * before) % modulus;
-        low = (before + (part.sum & 0xFFFFU)) % modulus;
-    }
-    joined += lastBlock;
-    const std::uint64_t sum = high << 16U | low;
-    for (unsigned shift = 32; shift != 0; shift -= 8) joined += static_cast<char>(sum >> (shift - 8) & 0xFFU);
-    return joined;
 }
 
 }  // namespace quillon::pdf

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -26,15 +24,6 @@ private:
     std::unique_ptr<isal_hufftables> tables_;
 };
 
-/// What parts of data become that are deflated apart, for instance by several threads.
-struct DeflatedPart {
-    std::string bytes;
-    std::uint32_t sum = 1;     ///< the Adler-32 of the data
-    std::uint64_t length = 0;  ///< of the data
-};
-/// The data that the parts make up, for FlateDecode.
-[[nodiscard]] std::string joinDeflated(std::span<const DeflatedPart> parts);
-
 /// Deflates for FlateDecode with codes that are there already, more than twice as fast as `Deflater` and larger by a
 /// few percent. On one machine, what comes out depends on nothing but data and codes. Keeps its working memory from
 /// call to call; not thread-safe.
@@ -48,11 +37,8 @@ public:
     /// Replaces the contents of `out`. Throws std::length_error for data of about 2 GiB or more.
     void deflate(std::string_view data, const DeflateCodes& codes, std::string& out);
 
-    /// The same for a part of the data only; see joinDeflated.
-    [[nodiscard]] DeflatedPart deflatePart(std::string_view data, const DeflateCodes& codes);
-
 private:
-    void run(std::string_view data, const DeflateCodes& codes, bool isPart);
+    void run(std::string_view data, const DeflateCodes& codes);
 
     std::unique_ptr<isal_zstream> stream_;
     std::unique_ptr<char[]> room_;

@@ -3,7 +3,6 @@
 #include "pdf/filter/FastDeflater.h"
 #include "pdf/filter/Flate.h"
 #include "pdf/filter/Predictor.h"
-#include "pdf/io/InHalves.h"
 
 #include <algorithm>
 #include <bit>
@@ -59,24 +58,18 @@ std::string ObjectPlaces::sample(unsigned width) const {
     return sample;
 }
 
+/// At one go: parts would each end with an empty stored block, and with codes as long as these can be, not every
+/// reader finds one.
 std::string ObjectPlaces::deflatedRows(unsigned width) const {
-    constexpr std::size_t partRows = 8192;
+    constexpr std::size_t fewRows = 8192;
     const std::size_t count = places_.size();
-    if (count <= partRows) {
-        std::string deflated;
+    std::string deflated;
+    if (count <= fewRows) {
         Deflater(1).deflate(predictedRows(0, count, width), deflated);
-        return deflated;
+    } else {
+        FastDeflater().deflate(predictedRows(0, count, width), DeflateCodes(sample(width)), deflated);
     }
-    const DeflateCodes codes(sample(width));
-    std::vector<DeflatedPart> parts((count + partRows - 1) / partRows);
-    inHalves(parts.size(), 1, 2, [&](std::size_t begin, std::size_t end) {
-        FastDeflater deflater;
-        for (std::size_t i = begin; i < end; ++i) {
-            const std::size_t last = std::min(count, (i + 1) * partRows);
-            parts[i] = deflater.deflatePart(predictedRows(i * partRows, last, width), codes);
-        }
-    });
-    return joinDeflated(parts);
+    return deflated;
 }
 
 }  // namespace quillon::pdf

@@ -67,25 +67,5 @@ TEST(FastDeflater, TheResultDependsOnNothingElse) {
     EXPECT_EQ(elsewhere, expected);
 }
 
-/// The sum of the data.
-std::string endOf(const std::string& deflated) {
-    return deflated.substr(deflated.size() - 4);
-}
-
-TEST(FastDeflater, PartsMakeUpTheWhole) {
-    const DeflateCodes codes(numbers(1000));
-    FastDeflater deflater;
-    std::vector<DeflatedPart> parts;
-    std::string whole;
-    EXPECT_EQ(inflate(joinDeflated(parts), 10), "");
-    for (const std::string& text : {numbers(1000), std::string(), noise(70'000), std::string("z"), numbers(20'000)}) {
-        parts.push_back(deflater.deflatePart(text, codes));
-        whole += text;
-        const std::string joined = joinDeflated(parts);
-        EXPECT_EQ(inflate(joined, 10'000'000), whole);
-        EXPECT_EQ(endOf(joined), endOf(deflated(whole, codes)));
-    }
-}
-
 }  // namespace
 }  // namespace quillon::pdf

@@ -56,7 +56,7 @@ TEST(ObjectPlaces, PlacesMayTakeEightBytes) {
     }
 }
 
-TEST(ObjectPlaces, ManyRowsAreDeflatedInParts) {
+TEST(ObjectPlaces, ManyRowsAreDeflatedAtOneGo) {
     for (const std::uint32_t count : {8190U, 8191U, 8192U, 16'383U, 100'000U}) {
         ObjectPlaces places;
         std::string expected = bytes({0, 0, 0, 0, 0xFF, 0xFF});
@@ -67,6 +67,8 @@ TEST(ObjectPlaces, ManyRowsAreDeflatedInParts) {
         EXPECT_TRUE(rows(places, 3) == expected) << count;
         EXPECT_LT(places.deflatedRows(3).size(), expected.size() / 4) << count;
         EXPECT_EQ(places.deflatedRows(3), places.deflatedRows(3)) << count;
+        // Some readers lose their place at an empty stored block.
+        EXPECT_EQ(places.deflatedRows(3).find(std::string("\0\0\xFF\xFF", 4)), std::string::npos) << count;
     }
 }
 
