@@ -5,6 +5,7 @@
 #include "pdf/io/HeapRoom.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <new>
 
 namespace quillon::pdf {

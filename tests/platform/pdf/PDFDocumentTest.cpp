@@ -337,5 +337,15 @@ TEST_F(LongDocument, PagesAreAppendedToAnother) {
     EXPECT_EQ(other.pageAtIndex(2 * count - 1), pages.back());
 }
 
+TEST_F(LongDocument, OtherReadersOpenItAtAnyLength) {
+    PDFDocument other;
+    for (const int length : {9'000, 20'000, 28'888, 40'846, count}) {
+        while (other.pageCount() < length)
+            other.insertPage(pages[static_cast<std::size_t>(other.pageCount())], other.pageCount());
+        ASSERT_TRUE(other.writeToURL(url("out.pdf"), {{kWriteWithoutSync, true}}));
+        EXPECT_EQ(test::pageCount(dir.file("out.pdf")), length);
+    }
+}
+
 }  // namespace
 }  // namespace quillon
