@@ -338,6 +338,10 @@ void SourceCopier::writePage(const PageJob& job, std::string_view text, std::str
             contents = entry.value;
             continue;
         }
+        if (keyIs(entry.key, "Contents")) {
+            writeContents(entry, out);
+            continue;
+        }
         const auto name =
             std::ranges::find_if(inheritedAttributeNames, [&](auto known) { return keyIs(entry.key, known); });
         if (name != inheritedAttributeNames.end()) {
@@ -361,6 +365,21 @@ void SourceCopier::writePage(const PageJob& job, std::string_view text, std::str
         job.painter->writeEntries(*job.page, *job.painting, {resources, inherits, contents}, out);
     }
     out += ">>";
+}
+
+/// Without streams that cannot be read: null may not stand in the array (ISO 32000-2, 7.7.3.3, table 31).
+void SourceCopier::writeContents(const DictionaryScanner::Entry& entry, std::string& out) {
+    const std::size_t begin = out.size();
+    writeEntry(entry, out);
+    const std::size_t value = begin + 1 + entry.key.size();
+    if (out.find("null", value) == std::string::npos) return;
+    const Object contents = Parser(std::string_view(out).substr(value)).parse();
+    Array streams = contents.array() ? *contents.array() : Array();
+    std::erase_if(streams, [](const Object& stream) { return stream.isNull(); });
+    out.resize(begin);
+    if (streams.empty()) return;
+    out += "/Contents";
+    Object(std::move(streams)).write(out);
 }
 
 void SourceCopier::writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out) {

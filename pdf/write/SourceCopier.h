@@ -132,6 +132,7 @@ private:
     void writeEntry(const DictionaryScanner::Entry& entry, std::string& out);
     void writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out);
     void writePage(const PageJob& job, std::string_view text, std::string& out);
+    void writeContents(const DictionaryScanner::Entry& entry, std::string& out);
     void writeInherited(const PageJob& job, InheritedAttribute attribute, std::string& out);
     bool writeStructureKey(const DictionaryScanner::Entry& entry, const ObjectEditor::Copied* page, std::string& out);
     void duplicateAnnotations(std::string_view text, Overlay& overlay, std::vector<Pending>& copies);

@@ -56,6 +56,19 @@ TEST_F(Copying, StreamsAreCopiedByteForByte) {
     EXPECT_EQ(pdf.dictionary(pdf.pages()[0])[text("/Contents")].toArray(), (QJsonArray{first[0], second[0]}));
 }
 
+TEST_F(Copying, StreamsOfAPageThatAreMissingAreLeftOut) {
+    const std::string rest = RawPdf::font() + bare + ">>";
+    RawPdf file;
+    file.catalogOf({3, 4, 5}).stream(6, "", RawPdf::content("one"));
+    file.object(3, "<</Type/Page/Contents[9 0 R 6 0 R null]" + rest);
+    file.object(4, "<</Type/Page/Contents[9 0 R]" + rest).object(5, "<</Type/Page/Contents 9 0 R" + rest);
+    const JudgedPdf pdf(writePages(open(file.table().bytes()), {0, 1, 2}));
+    const auto contents = [&pdf](qsizetype page) { return pdf.dictionary(pdf.pages()[page]).value(text("/Contents")); };
+    EXPECT_EQ(contents(0).toArray().size(), 1);
+    EXPECT_TRUE(contents(1).isUndefined());
+    EXPECT_TRUE(contents(2).isUndefined());
+}
+
 TEST_F(Copying, ALongObjectIsCopiedToItsEnd) {
     for (const int length : {300, 1000, 1020, 1030, 20'000}) {
         std::string array = "[(" + std::string(static_cast<std::size_t>(length), 'x') + ")";
