@@ -11,11 +11,13 @@ namespace quillon::pdf {
 
 namespace {
 
-/// `1.7` as 17; 0 when the text is no version.
+/// `1.7` as 17; 0 when the text is no version. Of those that there are not, the nearest below.
 Version readVersionText(std::string_view text) {
     if (text.size() < 3 || !isDigit(text[0]) || text[1] != '.' || !isDigit(text[2])) return 0;
+    constexpr Version lastOfOne = 17;
+    constexpr Version lastOfTwo = 20;
     const Version version = (text[0] - '0') * 10 + (text[2] - '0');
-    return version <= 20 ? version : 0;
+    return version < lastOfTwo ? std::min(version, lastOfOne) : version < lastOfTwo + 10 ? lastOfTwo : 0;
 }
 
 std::optional<Rectangle> readRectangle(ObjectReader& reader, const Object& object) {

@@ -67,6 +67,8 @@ TEST_F(SourceTest, TheVersionIsTheHigherOfHeaderAndCatalog) {
     EXPECT_EQ(versionOf("%PDF-1.3\n", "/Version/1.6"), 16);
     EXPECT_EQ(versionOf("%PDF-1.7\n", "/Version/1.4"), 17);
     EXPECT_EQ(versionOf("%PDF-2.0\n", ""), 20);
+    EXPECT_EQ(versionOf("%PDF-1.9\n", ""), 17) << "there is none";
+    EXPECT_EQ(versionOf("%PDF-2.3\n", ""), 20) << "there is none";
     EXPECT_EQ(versionOf("%PDF-9.9\n", "/Version/x"), 10);
     EXPECT_EQ(versionOf("", ""), 10);
 }
