@@ -15,7 +15,7 @@ inline constexpr std::size_t packedObjects = 1'000'000;
 /// Entries that cross-reference data may have beyond one for each byte of the file.
 inline constexpr std::uint64_t tableMargin = 1U << 16U;
 /// Bytes of the text of one object that is no stream.
-inline constexpr std::size_t objectText = 256U << 20U;
+inline constexpr std::size_t objectText = 64U << 20U;
 /// Bytes of all keys of one name or number tree.
 inline constexpr std::size_t treeKeys = 64U << 20U;
 /// Nodes of an outline, bytes of their titles and actions, and how deep it may be: what lies deeper stands beside its

@@ -195,7 +195,14 @@ std::optional<ObjectText> ObjectReader::findWholeStored(Reference reference) {
         auto object = findStored(reference, wanted);
         if (!object) return object;
         object->valueEnd = skipValue(object->text(), 0).value_or(0);
-        if (!object->inFile || wanted >= limits::objectText) return object;
+        if (!object->inFile) return object;
+        if (wanted >= limits::objectText) {
+            if (object->valueEnd == 0 && !object->complete) {
+                warnings_.add("the object is longer than any sound one; the rest of it is left out", reference.number,
+                              static_cast<std::int64_t>(object->offset));
+            }
+            return object;
+        }
         constexpr std::size_t keyword = 16;  // longer than `stream` and its end of line
         const std::size_t next = skipBlank(object->text(), object->valueEnd);
         const bool whole = object->valueEnd != 0 && next + keyword <= object->text().size();

@@ -40,9 +40,30 @@ ObjectOutput::ObjectOutput(OutputFile& file, const Encryptor* encryptor)
 }
 
 void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
+    if (body_.size() - begin > longestPacked) {
+        writeApart(number, begin);
+        return;
+    }
     packed_.push_back({number, static_cast<std::uint32_t>(begin - indexRoom)});
     body_ += '\n';
     if (packed_.size() == bodyObjects || body_.size() >= bodyBytes) flushBody();
+}
+
+/// Writes the object whose value begins at `begin` of the body directly into the file.
+void ObjectOutput::writeApart(std::uint32_t number, std::size_t begin) {
+    const std::string_view value = std::string_view(body_).substr(begin);
+    chunkObjects_.push_back({number, chunk_.size()});
+    chunk_ += std::to_string(number);
+    chunk_ += " 0 obj\n";
+    if (encryptor_ && mayHoldString(value)) {
+        chunk_ += encryptor_->withStrings(value);
+    } else {
+        chunk_ += value;
+    }
+    chunk_ += "\nendobj\n";
+    body_.resize(begin);
+    body_.shrink_to_fit();
+    flushChunk();
 }
 
 void ObjectOutput::flushBody() {

@@ -61,6 +61,7 @@ private:
     };
 
     void beginBody();
+    void writeApart(std::uint32_t number, std::size_t begin);
     void flushBody();
     /// A stream whose data is being read into the chunk.
     struct OpenStream {
@@ -87,6 +88,8 @@ private:
 
     static constexpr std::size_t bodyObjects = 200;
     static constexpr std::size_t bodyBytes = 64 * 1024;
+    // Readers, this program too, limit what an object stream may decode to, so a longer object stands outside of them.
+    static constexpr std::size_t longestPacked = 16U << 20U;
     // Object streams that are deflated with the same codes: objects of a document resemble each other.
     static constexpr std::size_t bodiesOfCodes = 32;
     // The index of an object stream is written in front of the objects when all are there: at most two numbers of ten

@@ -57,8 +57,8 @@ std::string ObjectPlaces::sample(unsigned width) const {
     return sample;
 }
 
-/// At one go: parts would each end with an empty stored block, and with codes as long as these can be, not every
-/// reader finds one.
+/// At one go: parts would each end with an empty stored block, which not every reader finds behind an end code that is
+/// much shorter than others.
 std::string ObjectPlaces::deflatedRows(unsigned width) const {
     constexpr std::size_t fewRows = 8192;
     const std::size_t count = places_.size();

@@ -127,7 +127,9 @@ std::string OutputPipeline::takeSpare(std::size_t bytes) {
 
 void OutputPipeline::recycleLocked(std::string buffer) {
     constexpr std::size_t worthKeeping = 4096;
-    if (buffer.capacity() >= worthKeeping && spare_.size() < mostSpare) spare_.push_back(std::move(buffer));
+    constexpr std::size_t mostKept = 4U << 20U;
+    if (buffer.capacity() >= worthKeeping && buffer.capacity() <= mostKept && spare_.size() < mostSpare)
+        spare_.push_back(std::move(buffer));
 }
 
 OutputPipeline::Item* OutputPipeline::nextToPrepare() {

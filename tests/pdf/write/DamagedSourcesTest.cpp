@@ -246,6 +246,17 @@ TEST_F(DamagedSources, APageThatItsTreeNamesOftenDoesNotMultiplyWhatBelongsToIt)
     }
 }
 
+TEST_F(DamagedSources, AnObjectWithoutEndIsCutWithAWarning) {
+    RawPdf pdf;
+    pdf.catalogOf({3}).page(3, "one", "/Parent 2 0 R/MediaBox[0 0 99 99]/PieceInfo<</X 5 0 R>>");
+    pdf.object(5, '(' + std::string(100U << 20U, 'x') + ')').table();
+    const auto source = open(pdf.bytes());
+    EXPECT_EQ(test::pageMarks(write(planOf({source}))), Strings{"one"});
+    ASSERT_EQ(source->warnings().size(), 1U);
+    EXPECT_NE(source->warnings()[0].find("longer than any sound one"), std::string::npos) << source->warnings()[0];
+    EXPECT_NE(source->warnings()[0].find("object 5"), std::string::npos) << source->warnings()[0];
+}
+
 TEST_F(DamagedSources, OneMalformedEntryLosesNoOther) {
     RawPdf pdf;
     pdf.catalogOf({3}).object(

@@ -56,6 +56,25 @@ TEST_F(DocumentWriting, TheFileHasObjectStreamsAndACrossReferenceStream) {
     EXPECT_EQ(bytes.find("trailer"), std::string::npos);
 }
 
+TEST_F(DocumentWriting, ALongObjectStandsOutsideOfObjectStreams) {
+    const std::string secret(20U << 20U, 's');
+    RawPdf pdf;
+    pdf.catalogOf({3}).object(3, "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/PieceInfo<</X 4 0 R/Y 5 0 R>>>>");
+    pdf.object(4, "[3 0 R(" + secret + ")]").object(5, "(behind)");
+    DocumentPlan plan = planOf({open(pdf.table().bytes())});
+    const std::string once = contentOf(write(plan));
+    EXPECT_NE(once.find(secret), std::string::npos);
+    EXPECT_NE(contentOf(write(planOf({open(once)}))).find(secret), std::string::npos) << "read again";
+    plan.protection = Protection{"user", "owner"};
+    const WriteResult result = writeDocument(plan, dir.file("sealed.pdf"));
+    ASSERT_TRUE(result.written);
+    const std::string sealed = contentOf(dir.file("sealed.pdf"));
+    EXPECT_EQ(sealed.find("ssssssss"), std::string::npos);
+    const auto source = open(sealed);
+    EXPECT_EQ(source->unlock("user"), Access::User);
+    EXPECT_NE(contentOf(write(planOf({source}))).find(secret), std::string::npos) << "deciphered";
+}
+
 TEST_F(DocumentWriting, TheVersionIsTheHighestOfAllAndAtLeastThatOfObjectStreams) {
     const auto versioned = [this](const std::string& version) {
         return open(RawPdf("%PDF-" + version + "\n").catalogOf({3}).page(3, version).table().bytes(), version);
