@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -36,6 +37,8 @@ bool hasVisibleWindows() {
 }  // namespace
 
 int ApplicationMain(int argc, char** argv) {
+    // A file that may not grow is an error of writing, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillon"));
     QApplication::setOrganizationName(QStringLiteral("Quillon"));

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <variant>
@@ -42,6 +43,8 @@ std::unique_ptr<QCoreApplication> makeApplication(bool drawsText, int& argc, cha
 
 int main(int argc, char** argv) {
     using namespace quillon;
+    // A file that may not grow is an error of writing, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     auto parsed = DriverArguments::parse(argumentsOf(argc, argv));
     if (const auto* error = std::get_if<QString>(&parsed)) return usageError(*error);
     auto& arguments = std::get<DriverArguments>(parsed);
