@@ -52,14 +52,8 @@ void ObjectOutput::close(std::uint32_t number, std::size_t begin) {
 /// Writes the object whose value begins at `begin` of the body directly into the file.
 void ObjectOutput::writeApart(std::uint32_t number, std::size_t begin) {
     const std::string_view value = std::string_view(body_).substr(begin);
-    chunkObjects_.push_back({number, chunk_.size()});
-    chunk_ += std::to_string(number);
-    chunk_ += " 0 obj\n";
-    if (encryptor_ && mayHoldString(value)) {
-        chunk_ += encryptor_->withStrings(value);
-    } else {
-        chunk_ += value;
-    }
+    beginObject(number);
+    appendEnciphered(value);
     chunk_ += "\nendobj\n";
     body_.resize(begin);
     body_.shrink_to_fit();
@@ -97,15 +91,26 @@ void ObjectOutput::flushChunk() {
     chunkSealed_.clear();
 }
 
-void ObjectOutput::beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length) {
+/// Begins an object that stands directly in the file.
+void ObjectOutput::beginObject(std::uint32_t number) {
     chunkObjects_.push_back({number, chunk_.size()});
     chunk_ += std::to_string(number);
-    chunk_ += " 0 obj\n<<";
-    if (encryptor_ && mayHoldString(entries)) {
-        chunk_ += encryptor_->withStrings(entries);
+    chunk_ += " 0 obj\n";
+}
+
+/// A value, or the entries of a dictionary; its strings are enciphered if the document is.
+void ObjectOutput::appendEnciphered(std::string_view text) {
+    if (encryptor_ && mayHoldString(text)) {
+        chunk_ += encryptor_->withStrings(text);
     } else {
-        chunk_ += entries;
+        chunk_ += text;
     }
+}
+
+void ObjectOutput::beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length) {
+    beginObject(number);
+    chunk_ += "<<";
+    appendEnciphered(entries);
     chunk_ += "/Length ";
     chunk_ += std::to_string(encryptor_ ? Encryptor::lengthOf(length) : length);
     chunk_ += ">>stream\n";

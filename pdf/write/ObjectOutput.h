@@ -79,6 +79,8 @@ private:
     void hold(const std::shared_ptr<InputFile>& file);
     void flushChunk();
     void noteShortened(const std::string& path);
+    void beginObject(std::uint32_t number);
+    void appendEnciphered(std::string_view text);
     void beginStream(std::uint32_t number, std::string_view entries, std::uint64_t length);
     void makeRoom();
     void sealData(std::size_t begin);

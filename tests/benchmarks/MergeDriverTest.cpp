@@ -71,6 +71,17 @@ TEST_F(MergeDriver, WritesWithoutSync) {
     EXPECT_EQ(pageMarks(out()), (Strings{"A1", "A2", "A3"}));
 }
 
+TEST_F(MergeDriver, ALimitOnTheSizeOfFilesIsAnErrorOfWriting) {
+    (void)dir_.write("out.pdf", "old");
+    const QString limited = QStringLiteral("ulimit -f 1; exec \"$0\" \"$@\"");
+    const auto result =
+        runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), limited, QStringLiteral(QUILLON_MERGE_DRIVER),
+                                          QString::fromStdString(out()), QString::fromStdString(dir_.file("a.pdf"))});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.errors.find("could not be written"), std::string::npos) << result.errors;
+    EXPECT_EQ(QFile(QString::fromStdString(out())).size(), 3);
+}
+
 TEST_F(MergeDriver, UnlocksAnEntryAndProtectsTheOutput) {
     protectFile(dir_.file("a.pdf"), dir_.file("secret.pdf"), QStringLiteral("u"), QStringLiteral("o"));
     const QStringList protection{QStringLiteral("--setting"), QStringLiteral("isUserEncrypt=1"),

@@ -246,7 +246,7 @@ TEST_F(DamagedSources, APageThatItsTreeNamesOftenDoesNotMultiplyWhatBelongsToIt)
     }
 }
 
-TEST_F(DamagedSources, AnObjectWithoutEndIsCutWithAWarning) {
+TEST_F(DamagedSources, AnObjectThatIsTooLongIsCutWithAWarning) {
     RawPdf pdf;
     pdf.catalogOf({3}).page(3, "one", "/Parent 2 0 R/MediaBox[0 0 99 99]/PieceInfo<</X 5 0 R>>");
     pdf.object(5, '(' + std::string(100U << 20U, 'x') + ')').table();
