@@ -1,5 +1,8 @@
 #pragma once
 
+#include <thread>
+#include <utility>
+
 namespace quillon::pdf {
 
 /// Makes the calling thread give way to the main one, and those that run like it, by `steps` of niceness at least. For
@@ -14,5 +17,15 @@ void giveWay(int steps) noexcept;
 /// Threads that take turns look like one to the system, which may leave both on one processor while another is idle. A
 /// hint: the system may bring it back, and where no other processor is allowed nothing happens.
 void leaveProcessor(int processor) noexcept;
+
+/// `work` on a thread of its own, which begins on another processor than the caller's: the system often starts it on
+/// the caller's, and notices only after milliseconds that another is idle.
+template <class Work>
+[[nodiscard]] std::thread backgroundThread(Work work) {
+    return std::thread([processor = currentProcessor(), work = std::move(work)] {
+        leaveProcessor(processor);
+        work();
+    });
+}
 
 }  // namespace quillon::pdf

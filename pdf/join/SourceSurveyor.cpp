@@ -22,10 +22,10 @@ SourceSurveyor::~SourceSurveyor() {
 
 SourceSurvey SourceSurveyor::take(std::size_t index) {
     std::unique_lock lock(mutex_);
-    if (index == 0 && sources_.size() > 1) thread_ = std::thread([this] { run(); });
+    if (index == 0 && sources_.size() > 1) thread_ = backgroundThread([this] { run(); });
     auto found = ready_.find(index);
     for (; found == ready_.end(); found = ready_.find(index)) {
-        if (mayRead()) {
+        if (next_ <= index || (mayRead() && isQuick(next_))) {
             readNext(callersHolds_, lock);
         } else {
             changed_.wait(lock);
@@ -36,6 +36,13 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
     bytesAhead_ -= taken.bytes;
     if (threadWaits_ && mayRead() && ready_.size() <= mostAhead / 2) changed_.notify_all();
     return std::move(taken.survey);
+}
+
+/// Whether a source is surely read before the thread has read a large one, so that whoever waits for that can read it
+/// meanwhile.
+bool SourceSurveyor::isQuick(std::size_t index) const {
+    constexpr std::uint64_t quickBytes = 256U << 10U;
+    return sources_[index].source()->file()->size() <= quickBytes;
 }
 
 void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {

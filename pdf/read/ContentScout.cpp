@@ -1,6 +1,7 @@
 #include "pdf/read/ContentScout.h"
 
 #include "pdf/filter/Filters.h"
+#include "pdf/io/BackgroundThread.h"
 #include "pdf/object/ContentBalance.h"
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
@@ -53,7 +54,7 @@ void ContentScout::expect(SourceDocument& document, const PageTree::Page& page) 
     const Key key{file.get(), stream->number};
     if (!jobs_.try_emplace(key, Job{file, entry.place, State::Waiting, std::nullopt}).second) return;
     order_.push_back(key);
-    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+    if (!thread_.joinable()) thread_ = backgroundThread([this] { run(); });
     if (scoutWaits_) changed_.notify_all();
 }
 

@@ -24,7 +24,7 @@ void ObjectStreamPrefetcher::expect(const std::shared_ptr<InputFile>& file, cons
         order_.push_back(key);
     }
     wakeReader();
-    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+    if (!thread_.joinable()) thread_ = backgroundThread([this] { run(); });
 }
 
 /// The reader, once it is far enough ahead, sleeps until half of that is used: waking it costs more than it looks.

@@ -1,11 +1,13 @@
 #include "pdf/read/SourcePreloader.h"
 
+#include "pdf/io/BackgroundThread.h"
+
 #include <algorithm>
 
 namespace quillon::pdf {
 
 SourcePreloader::SourcePreloader(std::size_t count, PathAt pathAt) : count_(count), pathAt_(std::move(pathAt)) {
-    if (hasTwoFiles()) thread_ = std::thread([this] { run(); });
+    if (hasTwoFiles()) thread_ = backgroundThread([this] { run(); });
 }
 
 SourcePreloader::~SourcePreloader() {

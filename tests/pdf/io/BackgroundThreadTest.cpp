@@ -75,5 +75,18 @@ TEST(BackgroundThread, StaysWhereNoOtherProcessorIsAllowed) {
     }).join();
 }
 
+TEST(BackgroundThread, WorksOnAThreadOfItsOwnWithTheProcessorsOfTheCaller) {
+    const cpu_set_t before = allowedProcessors();
+    std::thread::id worker;
+    cpu_set_t inThread;
+    backgroundThread([&] {
+        worker = std::this_thread::get_id();
+        inThread = allowedProcessors();
+    }).join();
+    EXPECT_NE(worker, std::thread::id());
+    EXPECT_NE(worker, std::this_thread::get_id());
+    EXPECT_TRUE(CPU_EQUAL(&before, &inThread));
+}
+
 }  // namespace
 }  // namespace quillon::pdf

@@ -1,6 +1,7 @@
 #include "pdf/join/SourceSurveyor.h"
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/RawPdf.h"
+#include "tests/support/RichPdf.h"
 
 #include <algorithm>
 #include <atomic>
@@ -12,6 +13,7 @@
 namespace quillon::pdf {
 namespace {
 
+using test::beginPdf;
 using test::RawPdf;
 
 class Surveying : public EngineTest {
@@ -149,6 +151,35 @@ TEST_F(Surveying, WhileASourceIsReadTheCallerReadsTheNext) {
         surveyor.discard(access.detach());
     }
     EXPECT_TRUE(inTime);
+}
+
+TEST_F(Surveying, WhileASourceIsReadTheCallerReadsNoLargeOne) {
+    RawPdf large = beginPdf("", {""});
+    large.object(90, '(' + std::string(512U << 10U, 'x') + ')');
+    const DocumentPlan plan = planOf({named("f0"), named("f1"), open(large.table().bytes(), "large"), named("f3")});
+    const SourcePlans sources(plan);
+    std::promise<void> begun;
+    std::promise<void> ahead;
+    std::atomic<bool> isReading = false;
+    std::atomic<bool> wasAhead = false;
+    const std::thread::id caller = std::this_thread::get_id();
+    ObjectStreamPrefetcher prefetcher;
+    SourceSurveyor surveyor(sources, prefetcher, [&](std::size_t index) {
+        const bool isCaller = std::this_thread::get_id() == caller;
+        // The thread stays with the second source for a while, in which the caller asks for that and could begin with
+        // the third.
+        if (index == 0) begun.get_future().wait();
+        if (index == 1 && !isCaller) {
+            isReading = true;
+            begun.set_value();
+            static_cast<void>(ahead.get_future().wait_for(std::chrono::milliseconds(200)));
+            isReading = false;
+        }
+        if (index == 2 && isCaller && isReading && !wasAhead.exchange(true)) ahead.set_value();
+        return SourceSurvey::Wishes{.destinations = true, .fields = true};
+    });
+    for (std::size_t i = 0; i < sources.size(); ++i) static_cast<void>(surveyor.take(i));
+    EXPECT_FALSE(wasAhead);
 }
 
 TEST_F(Surveying, StructuresThatWereDiscardedDoNotPileUp) {
