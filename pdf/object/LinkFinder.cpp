@@ -48,6 +48,20 @@ Key keyOf(std::string_view key) {
     return decoded.find('#') == std::string::npos ? keyOf(decoded) : Key::Other;
 }
 
+/// Behind the key of a destination, `D` or `Dest`, that `place` belongs to; 0 if it belongs to none.
+std::size_t afterDestinationKey(std::string_view text, std::size_t place) {
+    if (text[place] == 'D') {
+        // No key has this letter but at its beginning, and most names that begin so go on with something else.
+        if (place == 0 || text[place - 1] != '/') return 0;
+        if (place + 1 < text.size() && !isRegular(text[place + 1])) return place + 1;
+        if (place + 1 < text.size() && text[place + 1] != 'e') return 0;
+    }
+    const std::string_view name = nameAround(text, place);
+    const Key key = keyOf(name);
+    if (key != Key::D && key != Key::Dest) return 0;
+    return static_cast<std::size_t>(name.data() - text.data()) + name.size();
+}
+
 /// What makes a destination of an entry: what else the dictionary says.
 struct Surroundings {
     bool goesTo = false;
@@ -78,13 +92,9 @@ bool namesPage(std::string_view array) {
 }  // namespace
 
 std::string_view destinationBehind(std::string_view text, std::size_t place) {
-    // Most names that begin so go on with something else.
-    if (text[place] == 'D' && place + 1 < text.size() && isRegular(text[place + 1]) && text[place + 1] != 'e')
-        return {};
-    const std::string_view name = nameAround(text, place);
-    const Key key = keyOf(name);
-    if (key != Key::D && key != Key::Dest) return {};
-    const std::size_t begin = skipBlank(text, static_cast<std::size_t>(name.data() - text.data()) + name.size());
+    const std::size_t afterKey = afterDestinationKey(text, place);
+    if (afterKey == 0) return {};
+    const std::size_t begin = skipBlank(text, afterKey);
     const auto end = skipValue(text, begin);
     if (!end) return {};
     const std::string_view value = text.substr(begin, *end - begin);

@@ -70,6 +70,7 @@ public:
 
 private:
     struct Run {
+        Run(std::string_view from, std::string& to, std::size_t at) noexcept : text(from), out(to), begin(at) {}
         std::string_view text;
         std::string& out;
         std::size_t begin;  // of what is not copied yet
@@ -85,7 +86,7 @@ private:
     std::optional<std::size_t> scalar(std::string_view text, std::size_t position, std::string& out);
     template <class Stops>
     [[nodiscard]] bool array(Run& run, Stops& stops, std::size_t& at);
-    [[nodiscard]] bool step(Run& run, std::size_t& at);
+    [[nodiscard, gnu::always_inline]] inline bool step(Run& run, std::size_t& at);
     [[nodiscard]] bool destination(Run& run, std::size_t& at);
     void reference(Run& run, std::size_t mark);
     Object mapped(const Object& object);
@@ -101,13 +102,13 @@ using RewriterStops = StopFinder<'(', '<', '>', '[', ']', '%', 'R', 'j', 'D', '#
 /// is too high for that of an object; nothing where there are no digits.
 [[nodiscard]] inline std::optional<std::uint32_t> readBack(std::string_view text, std::size_t begin,
                                                            std::size_t& at) noexcept {
-    constexpr std::uint64_t beyondAll = 10'000'000'000;
     const std::size_t end = at;
-    std::uint64_t number = 0;
-    for (std::uint64_t unit = 1; at > begin && isDigit(text[at - 1]); unit = std::min(10 * unit, beyondAll)) {
-        number = std::min(number + unit * static_cast<std::uint64_t>(text[--at] - '0'), beyondAll);
-    }
+    while (at > begin && isDigit(text[at - 1])) --at;
     if (at == end) return std::nullopt;
+    std::uint64_t number = 0;
+    for (std::size_t i = at; i < end && number <= UINT32_MAX; ++i) {
+        number = 10 * number + static_cast<std::uint64_t>(text[i] - '0');
+    }
     return number <= UINT32_MAX ? static_cast<std::uint32_t>(number) : 0;
 }
 
@@ -133,7 +134,7 @@ auto ReferenceRewriter<Mapper>::fast(std::string_view text, std::size_t position
         const auto end = scalar(text, at, out);
         return end ? Result{Status::Done, *end} : fail();
     }
-    Run run{text, out, at, {}, 0};
+    Run run(text, out, at);
     detail::RewriterStops stops(text);
     do {
         at = stops.find(at);
@@ -237,9 +238,17 @@ void ReferenceRewriter<Mapper>::reference(Run& run, std::size_t mark) {
         while (at > run.begin && isWhiteSpace(text[at - 1])) --at;
         return at != from;
     };
-    if (!skipBlankBack()) return;
-    const auto generation = detail::readBack(text, run.begin, at);
-    if (!generation || !skipBlankBack()) return;
+    std::optional<std::uint32_t> generation = 0;
+    // Nearly all have the generation 0 between two blanks.
+    constexpr std::string_view usual = " 0 ";
+    if (mark - run.begin > usual.size() && text.substr(mark - usual.size(), usual.size()) == usual) {
+        at -= usual.size();
+        skipBlankBack();
+    } else {
+        if (!skipBlankBack()) return;
+        generation = detail::readBack(text, run.begin, at);
+        if (!generation || !skipBlankBack()) return;
+    }
     const auto number = detail::readBack(text, run.begin, at);
     if (!number || (at > run.begin && isRegular(text[at - 1]))) return;
     const Reference reference{*number, *generation};

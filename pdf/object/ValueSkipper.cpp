@@ -3,6 +3,10 @@
 #include "pdf/object/BracketStack.h"
 #include "pdf/object/Lexer.h"
 #include "pdf/object/StopFinder.h"
+#include "pdf/object/StopMask.h"
+
+#include <bit>
+#include <cstdint>
 
 namespace quillon::pdf {
 
@@ -84,6 +88,14 @@ std::size_t detail::skipComments(std::string_view text, std::size_t position) no
 }
 
 std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t position) noexcept {
+    // Most are short, and nothing but their end is special in them.
+    constexpr std::size_t shortString = 32;
+    const std::size_t begin = position + 1;
+    if (begin + shortString <= text.size()) {
+        const std::uint64_t seen = StopMask<'\\', '(', ')'>::of(text.substr(begin, shortString));
+        const std::size_t first = begin + static_cast<std::size_t>(std::countr_zero(seen));
+        if (seen != 0 && text[first] == ')') return first + 1;
+    }
     std::size_t depth = 0;
     StringStops stops(text);
     for (std::size_t at = stops.find(position); at < text.size(); at = stops.find(at + 1)) {

@@ -35,6 +35,12 @@ TEST(ReferenceRewriter, SeesReferencesAcrossLines) {
     EXPECT_EQ(rewritten("[5\n0\rR]"), "[105 0 R]");
 }
 
+TEST(ReferenceRewriter, SeesReferencesHoweverTheirNumbersAreWritten) {
+    EXPECT_EQ(rewritten("[12 0 R 12  0 R 12 0  R 12 00 R 12 3 R 00000000000000000000000012 0 R 4294967195 0 R]"),
+              "[112 0 R 112 0 R 112 0 R 112 0 R 112 0 R 112 0 R 4294967295 0 R]");
+    EXPECT_EQ(rewritten("[ 0 R 0 R x 0 R(a) 0 R]"), "[ 0 R 0 R x 0 R(a) 0 R]");
+}
+
 TEST(ReferenceRewriter, KeepsNumbersThatTouchARegularCharacter) {
     EXPECT_EQ(rewritten("[1.5 0 R]"), "[1.5 0 R]");
     EXPECT_EQ(rewritten("[/A5 0 R]"), "[/A5 0 R]");

@@ -5,6 +5,8 @@
 
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace quillon::pdf {
 namespace {
@@ -35,6 +37,20 @@ TEST(ValueSkipper, PassesOverWhiteSpaceAndCommentsBeforeTheValue) {
 
 TEST(ValueSkipper, BracketsInStringsAndCommentsDoNotCount) {
     EXPECT_EQ(skipped("[(])<5D>%]\n]x"), "[(])<5D>%]\n]");
+}
+
+TEST(ValueSkipper, FindsTheEndOfALiteralStringOfAnyLength) {
+    for (std::size_t length = 0; length < 100; ++length) {
+        const std::string plain = '(' + std::string(length, 'x');
+        for (const auto& [inside, rest] :
+             {std::pair<std::string, std::string>{"", ")"}, {"()", ")"}, {"\\)", ")"}, {"((", ")))"}}) {
+            const std::string whole = plain + inside + 'x' + rest;
+            EXPECT_EQ(skipLiteralString(whole, 0), whole.size()) << whole;
+            EXPECT_EQ(skipLiteralString(whole + std::string(40, ')'), 0), whole.size()) << whole;
+            EXPECT_EQ(skipLiteralString("[(a)" + whole + "(b)]", 4), whole.size() + 4) << whole;
+            EXPECT_EQ(skipLiteralString(plain + inside, 0), std::nullopt) << plain + inside;
+        }
+    }
 }
 
 TEST(ValueSkipper, GivesNothingForWhatIsNotClosed) {
