@@ -102,18 +102,32 @@ FieldTree::Entries FieldTree::look(ObjectReader& reader, Reference field) const 
     return entries;
 }
 
+/// The place of the value of an entry; null for one that does not matter.
+Object* FieldTree::Entries::at(std::string_view key) noexcept {
+    switch (key.size()) {
+        case 1:
+            return key == "T" ? &name : nullptr;
+        case 2:
+            return key == "FT" ? &type : nullptr;
+        case 4:
+            return key == "Kids" ? &kids : nullptr;
+        case 6:
+            return key == "Parent" ? &parent : nullptr;
+        case 7:
+            return key == "Subtype" ? &subtype : nullptr;
+        default:
+            return nullptr;
+    }
+}
+
 /// False when the text is malformed, or ends too early.
 bool FieldTree::takeEntries(std::string_view text, Entries& entries) {
     DictionaryScanner scanner(text);
     entries.isField = scanner.valid();
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
-        for (auto& [key, value] : {std::pair<std::string_view, Object*>{"FT", &entries.type},
-                                   {"Kids", &entries.kids},
-                                   {"Parent", &entries.parent},
-                                   {"T", &entries.name},
-                                   {"Subtype", &entries.subtype}}) {
-            if (keyIs(entry.key, key)) *value = Parser(entry.value).parse();
-        }
+        const bool isEscaped = entry.key.find('#') != std::string_view::npos;
+        Object* const value = isEscaped ? entries.at(decodedKey(entry.key)) : entries.at(entry.key);
+        if (value) *value = Parser(entry.value).parse();
     }
     return scanner.valid();
 }
@@ -133,7 +147,8 @@ void FieldTree::add(ObjectReader& reader, Reference field, const Entries& entrie
     }
     takeType(reader, entries, place);
     const Object name = nodes_[place].isNamed ? Object() : reader.resolve(entries.name);
-    if (name.string() && FieldNames::comparable(*name.string()) != FieldNames::comparable({})) {
+    static const std::string nameless = FieldNames::comparable({});
+    if (name.string() && FieldNames::comparable(*name.string()) != nameless) {
         nodes_[place].name = *name.string();
         nodes_[place].isNamed = true;
     }

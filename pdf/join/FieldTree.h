@@ -58,6 +58,8 @@ private:
         Object parent;
         Object name;
         Object subtype;
+
+        [[nodiscard]] Object* at(std::string_view key) noexcept;
     };
 
     [[nodiscard]] static bool takeEntries(std::string_view text, Entries& entries);

@@ -5,6 +5,25 @@
 
 namespace quillon::pdf {
 
+namespace {
+
+/// Those in the array that `value` is or leads to.
+std::vector<Reference> references(ObjectReader& reader, const Object& value) {
+    if (const Reference* list = value.reference()) {
+        const auto object = reader.findWhole(*list);
+        auto plain = object ? plainReferences(object->value()) : std::nullopt;
+        if (plain) return *std::move(plain);
+    }
+    std::vector<Reference> found;
+    const Object annotations = reader.resolve(value);
+    for (const Object& annotation : annotations.array() ? *annotations.array() : Array()) {
+        if (annotation.reference()) found.push_back(*annotation.reference());
+    }
+    return found;
+}
+
+}  // namespace
+
 PageFields::PageFields(SourceDocument& document, FieldTree& tree, const std::vector<bool>& taken) {
     const std::vector<PageTree::Page>& pages = document.pages().pages();
     const bool adopts = tree.mayMissFields();
@@ -27,11 +46,9 @@ std::shared_ptr<const PageFields::Fields> PageFields::look(SourceDocument& docum
     const std::uint32_t listNumber = value.reference() ? value.reference()->number : 0;
     if (const auto list = known.find(listNumber); listNumber != 0 && list != known.end()) return list->second;
     Fields fields;
-    const Object annotations = reader.resolve(value);
-    for (const Object& annotation : annotations.array() ? *annotations.array() : Array()) {
-        if (!annotation.reference()) continue;
-        if (adopts) tree.adopt(reader, *annotation.reference());
-        const auto field = tree.find(annotation.reference()->number);
+    for (const Reference annotation : references(reader, value)) {
+        if (adopts) tree.adopt(reader, annotation);
+        const auto field = tree.find(annotation.number);
         if (field != FieldTree::none) fields.push_back(field);
     }
     auto shared = fields.empty() ? nullptr : std::make_shared<const Fields>(std::move(fields));

@@ -121,6 +121,18 @@ std::optional<Reference> readReference(std::string_view text, std::size_t& posit
     return Reference{static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(*generation)};
 }
 
+std::optional<std::vector<Reference>> plainReferences(std::string_view array) {
+    if (!array.starts_with('[')) return std::nullopt;
+    std::vector<Reference> references;
+    for (std::size_t at = 1;;) {
+        skipWhiteSpace(array, at);
+        if (at < array.size() && array[at] == ']') return references;
+        const auto reference = readReference(array, at);
+        if (!reference) return std::nullopt;
+        references.push_back(*reference);
+    }
+}
+
 std::optional<Reference> plainReference(std::string_view value) noexcept {
     std::size_t at = 0;
     const auto reference = readReference(value, at);

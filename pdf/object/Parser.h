@@ -3,7 +3,9 @@
 #include "pdf/object/Lexer.h"
 #include "pdf/object/Object.h"
 
+#include <optional>
 #include <string_view>
+#include <vector>
 
 namespace quillon::pdf {
 
@@ -39,6 +41,10 @@ private:
 /// The reference at `position` of `text` if it is written as usual; moves `position` behind it. Nothing where any other
 /// value stands; `position` is of no use then.
 [[nodiscard]] std::optional<Reference> readReference(std::string_view text, std::size_t& position) noexcept;
+
+/// The references of an array that begins with the text and holds nothing else, written as usual; nothing for any
+/// other. Quicker than to parse it.
+[[nodiscard]] std::optional<std::vector<Reference>> plainReferences(std::string_view array);
 
 /// The reference that `value`, all of it, is if it is written as usual; nothing for any other value. Quicker than to
 /// parse it.

@@ -97,6 +97,17 @@ TEST(Parser, ReadsAnyBytes) {
     }
 }
 
+TEST(PlainReferences, AreAnArrayOfReferencesAndNothingElse) {
+    using References = std::vector<Reference>;
+    EXPECT_EQ(plainReferences("[1 0 R 22 3 R]"), (References{{1, 0}, {22, 3}}));
+    EXPECT_EQ(plainReferences("[ 1 0 R\n2 0 R] /Next"), (References{{1, 0}, {2, 0}}));
+    EXPECT_EQ(plainReferences("[]"), References());
+    for (const char* other : {"", "[", "[1 0 R", "[1 0 R 5]", "[1 0 R null]", "[1 0 R<<>>]", "[[1 0 R]]", "1 0 R",
+                              "<</A 1 0 R>>", "[1 0 R % 2 0 R\n]", "[4294967296 0 R]", " [1 0 R]"}) {
+        EXPECT_FALSE(plainReferences(other)) << other;
+    }
+}
+
 TEST(PlainReference, IsAWholeReferenceAndNothingElse) {
     EXPECT_EQ(plainReference("12 0 R"), (Reference{12, 0}));
     EXPECT_EQ(plainReference("12\n 65535\tR"), (Reference{12, 65535}));
