@@ -178,9 +178,7 @@ bool DocumentJoiner::edit(const Copied& object, std::string_view text, std::stri
         std::swap(changed, after_);
         any = true;
     };
-    apply([&](std::string_view from, std::string& to) {
-        return forms_.edit(object.source, object.output, group, from, to);
-    });
+    apply([&](std::string_view from, std::string& to) { return forms_.edit(object, group, from, to); });
     if (joinsStructure_ || (isBaseTagged_ && !source_->isBase)) {
         apply(
             [&](std::string_view from, std::string& to) { return structure_.edit(*source_, object, group, from, to); });

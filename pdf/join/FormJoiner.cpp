@@ -132,13 +132,16 @@ void FormJoiner::takeDefaults(const SourceCopies& source, const Dictionary& form
     if (appearance_ != text) ownAppearance_ = std::move(text);
 }
 
-bool FormJoiner::edit(std::uint32_t object, std::uint32_t copy, std::uint32_t group, std::string_view text,
+bool FormJoiner::edit(const ObjectEditor::Copied& object, std::uint32_t group, std::string_view text,
                       std::string& changed) {
-    const std::uint32_t field = tree_.find(object);
+    const std::uint32_t field = tree_.find(object.source);
     const bool isField = field != FieldTree::none;
-    if (!isField || !editWidget(field, copy, group, text, changed)) return editOther(isField, group, text, changed);
+    const bool maySign = !isField && object.mayHaveValueKey && StraySignatures::mayBeIn(text);
+    if (!isField || !editWidget(field, object.output, group, text, changed)) {
+        return editOther(isField, maySign, group, text, changed);
+    }
     std::string further;
-    if (editOther(isField, group, changed, further)) changed = std::move(further);
+    if (editOther(isField, maySign, group, changed, further)) changed = std::move(further);
     return true;
 }
 
@@ -157,8 +160,8 @@ bool FormJoiner::editWidget(std::uint32_t field, std::uint32_t copy, std::uint32
 }
 
 /// Changes what stands in any object: signatures and texts of annotations that are no fields of the form, and actions.
-bool FormJoiner::editOther(bool isField, std::uint32_t group, std::string_view text, std::string& changed) {
-    const bool maySign = !isField && StraySignatures::mayBeIn(text);
+bool FormJoiner::editOther(bool isField, bool maySign, std::uint32_t group, std::string_view text,
+                           std::string& changed) {
     const bool usesFonts = !isField && (!fonts_.empty() || !ownResources_.isNull()) && mayHaveKey(text, "DA");
     if (usesFonts && !ownResources_.isNull()) fonts_ = resources_.add(*source_, std::exchange(ownResources_, {}));
     const bool mayNameFonts = usesFonts && !fonts_.empty();
@@ -272,7 +275,7 @@ Object FormJoiner::withActions(Object field, std::uint32_t group) {
     std::string text;
     std::string changed;
     field.write(text);
-    return editOther(true, group, text, changed) ? Parser(changed).parse() : field;
+    return editOther(true, false, group, text, changed) ? Parser(changed).parse() : field;
 }
 
 /// The order in which fields are calculated, one source after the other.

@@ -6,6 +6,7 @@
 #include "pdf/join/FormResources.h"
 #include "pdf/join/SourceCopies.h"
 #include "pdf/join/StraySignatures.h"
+#include "pdf/write/ObjectEditor.h"
 #include "pdf/write/ObjectOutput.h"
 
 #include <cstdint>
@@ -36,8 +37,7 @@ public:
     /// Changes what belongs to forms in an object of a page or of the document: a field that is an annotation as well,
     /// a signature field outside of the form, fonts of the form that an annotation names, and actions that name
     /// fields. `group` is that of the page. False when there is nothing to change.
-    bool edit(std::uint32_t object, std::uint32_t copy, std::uint32_t group, std::string_view text,
-              std::string& changed);
+    bool edit(const ObjectEditor::Copied& object, std::uint32_t group, std::string_view text, std::string& changed);
     /// After the pages were copied.
     void end(const SourceCopies& source);
     /// The value of the catalog's `AcroForm`; empty when no field is left.
@@ -60,7 +60,8 @@ private:
     [[nodiscard]] bool isWidget(std::uint32_t field) const { return widgets_[field]; }
     [[nodiscard]] bool editWidget(std::uint32_t field, std::uint32_t copy, std::uint32_t group, std::string_view text,
                                   std::string& changed);
-    [[nodiscard]] bool editOther(bool isField, std::uint32_t group, std::string_view text, std::string& changed);
+    [[nodiscard]] bool editOther(bool isField, bool maySign, std::uint32_t group, std::string_view text,
+                                 std::string& changed);
     [[nodiscard]] bool mayChange(std::uint32_t field, std::uint32_t group) const;
     [[nodiscard]] bool change(const Dictionary& field, std::uint32_t index, std::uint32_t group, Dictionary& changed);
     [[nodiscard]] std::optional<Object> replacement(std::string_view key, const Object& value, std::uint32_t index,

@@ -2,7 +2,7 @@
 
 #include "pdf/join/EntryEditor.h"
 #include "pdf/object/Characters.h"
-#include "pdf/object/StopFinder.h"
+#include "pdf/object/ValueKey.h"
 
 namespace quillon::pdf {
 
@@ -18,17 +18,6 @@ bool mayReferToType(std::string_view text) {
     return false;
 }
 
-/// Whether there may be a value of a field. Nearly every object passes here.
-bool mayHaveValue(std::string_view text) {
-    StopFinder<'V', '#'> stops(text);
-    for (std::size_t at = stops.find(1); at < text.size(); at = stops.find(at + 1)) {
-        const std::size_t length = text[at] == 'V' ? 1 : text.substr(at, 3) == "#56" ? 3 : 0;
-        const bool ends = at + length >= text.size() || !isRegular(text[at + length]);
-        if (length != 0 && ends && text[at - 1] == '/') return true;
-    }
-    return false;
-}
-
 }  // namespace
 
 void StraySignatures::begin(ObjectReader& reader) {
@@ -37,7 +26,7 @@ void StraySignatures::begin(ObjectReader& reader) {
 }
 
 bool StraySignatures::mayBeIn(std::string_view text) {
-    if (!mayHaveValue(text)) return false;
+    if (!mayHaveValueKey(text)) return false;
     if (text.find('#') != std::string_view::npos || text.find("Sig") != std::string_view::npos) return true;
     return mayReferToType(text) || (!mayHaveKey(text, "FT") && mayHaveKey(text, "Parent"));
 }

@@ -2,6 +2,7 @@
 
 #include "pdf/filter/Filters.h"
 #include "pdf/object/Lexer.h"
+#include "pdf/object/ValueKey.h"
 #include "pdf/read/Limits.h"
 
 #include <algorithm>
@@ -32,6 +33,7 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
         const std::uint64_t place = std::min<std::uint64_t>(*offset + static_cast<std::uint64_t>(*first), text.size());
         result->index_.push_back({static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(place)});
     }
+    result->mayHaveValueKey_ = pdf::mayHaveValueKey(text);
     if (!std::ranges::is_sorted(result->index_, {}, &Place::number)) result->sortNumbers();
     return result;
 }

@@ -27,6 +27,8 @@ public:
     /// The place of object `number`, which `hint` usually is; nothing when the stream does not hold it.
     [[nodiscard]] std::optional<std::size_t> find(std::uint32_t number, std::size_t hint) const noexcept;
     [[nodiscard]] std::string_view bytes() const noexcept { return bytes_; }
+    /// Whether any of its values may have an entry `V`.
+    [[nodiscard]] bool mayHaveValueKey() const noexcept { return mayHaveValueKey_; }
     /// Has the processor fetch the value at `index`, if there is one, from memory: it is about to be read.
     void fetchAhead(std::size_t index) const noexcept {
         if (index < index_.size()) __builtin_prefetch(bytes_.data() + index_[index].offset);
@@ -41,6 +43,7 @@ private:
     void sortNumbers();
 
     std::string bytes_;
+    bool mayHaveValueKey_ = false;
     std::vector<Place> index_;
     std::vector<std::uint32_t> byNumber_;  // places in the index, by object number; empty if that is their order
 };

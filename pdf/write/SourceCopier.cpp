@@ -225,7 +225,7 @@ void SourceCopier::copyObject(const Pending& pending) {
     }
     // What stands in an object stream is there as a whole.
     if (const auto packed = reader_.findPacked(pending.reference, packed_)) {
-        if (isPageObject(*packed) || copyEdited(pending, *packed)) return;
+        if (isPageObject(*packed) || copyEdited(pending, *packed, packed_->mayHaveValueKey())) return;
         writePlain(pending.number, *packed);
         return;
     }
@@ -239,9 +239,10 @@ void SourceCopier::copyObject(const Pending& pending) {
 }
 
 /// Copies an object if the editor changes it.
-bool SourceCopier::copyEdited(const Pending& pending, std::string_view text) {
+bool SourceCopier::copyEdited(const Pending& pending, std::string_view text, bool mayHaveValueKey) {
     edited_.clear();
-    if (!editor_ || !editor_->edit({pending.reference.number, pending.number, overlay_}, text, edited_)) return false;
+    const ObjectEditor::Copied copied{pending.reference.number, pending.number, overlay_, mayHaveValueKey};
+    if (!editor_ || !editor_->edit(copied, text, edited_)) return false;
     writePlain(pending.number, edited_);
     return true;
 }

@@ -124,7 +124,7 @@ private:
     std::optional<std::uint32_t> copyStreamNow(Reference reference, Pending& pending);
     std::uint32_t writeStream(Reference reference, std::uint32_t number, const ObjectText& object);
     void copyObject(const Pending& pending);
-    bool copyEdited(const Pending& pending, std::string_view text);
+    bool copyEdited(const Pending& pending, std::string_view text, bool mayHaveValueKey = true);
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);

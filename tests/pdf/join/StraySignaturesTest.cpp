@@ -73,6 +73,14 @@ TEST_F(StraySignature, WithEscapesInItsNamesLosesItsValue) {
     expectUnsigned(pdf.table().bytes(), "a");
 }
 
+TEST_F(StraySignature, InAnObjectStreamLosesItsValue) {
+    for (const std::string entries : {"/FT/Sig/T(s)/V 31 0 R", "/F#54/S#69g/T(s)/#56 31 0 R"}) {
+        RawPdf pdf = beginPdf("", {"/Annots[30 0 R]"});
+        pdf.packed(20, {{31, value}, {30, "<<" + place + entries + ">>"}});
+        expectUnsigned(pdf.crossStream(21).bytes(), "a");
+    }
+}
+
 TEST_F(StraySignature, IsNoOtherFieldWithAValue) {
     RawPdf pdf = beginPdf("", {"/Annots[30 0 R 31 0 R 33 0 R]"});
     pdf.object(33, "<<" + place + "/Parent 34 0 R/V(kept)>>").object(34, "<</Parent 34 0 R/Kids[33 0 R]>>");
