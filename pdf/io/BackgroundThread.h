@@ -18,8 +18,8 @@ void giveWay(int steps) noexcept;
 /// hint: the system may bring it back, and where no other processor is allowed nothing happens.
 void leaveProcessor(int processor) noexcept;
 
-/// `work` on a thread of its own, which begins on another processor than the caller's: the system often starts it on
-/// the caller's, and notices only after milliseconds that another is idle.
+/// `work` on a thread of its own, which first leaves the processor of the caller: the system often starts it there, and
+/// notices only after milliseconds that another is idle. Throws std::system_error where no thread can be had.
 template <class Work>
 [[nodiscard]] std::thread backgroundThread(Work work) {
     return std::thread([processor = currentProcessor(), work = std::move(work)] {

@@ -3,6 +3,10 @@
 #include "pdf/object/DictionaryScanner.h"
 #include "pdf/object/Parser.h"
 
+#include <optional>
+#include <utility>
+#include <vector>
+
 namespace quillon::pdf {
 
 namespace {

@@ -25,7 +25,7 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
     if (index == 0 && sources_.size() > 1) thread_ = backgroundThread([this] { run(); });
     auto found = ready_.find(index);
     for (; found == ready_.end(); found = ready_.find(index)) {
-        if (next_ <= index || (mayRead() && isQuick(next_))) {
+        if (next_ <= index || (mayRead() && isWorthReading(next_))) {
             readNext(callersHolds_, lock);
         } else {
             changed_.wait(lock);
@@ -38,11 +38,14 @@ SourceSurvey SourceSurveyor::take(std::size_t index) {
     return std::move(taken.survey);
 }
 
-/// Whether a source is surely read before the thread has read a large one, so that whoever waits for that can read it
-/// meanwhile.
-bool SourceSurveyor::isQuick(std::size_t index) const {
-    constexpr std::uint64_t quickBytes = 256U << 10U;
-    return sources_[index].source()->file()->size() <= quickBytes;
+/// Whether the caller should look through a source while it waits for an earlier one. A small one is most likely done
+/// soon. One of which few pages are taken is copied sooner than it is looked through, so there is little else to do.
+/// With any other the caller would still be busy when it could copy.
+bool SourceSurveyor::isWorthReading(std::size_t index) const {
+    constexpr std::uint64_t smallFile = 256U << 10U;
+    constexpr std::size_t fewPages = 16;
+    const SourcePlan plan = sources_[index];
+    return plan.source()->file()->size() <= smallFile || plan.copies().size() <= fewPages;
 }
 
 void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {

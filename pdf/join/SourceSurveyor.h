@@ -18,8 +18,8 @@ namespace quillon::pdf {
 
 /// Looks through the sources of a merge in their order, on a thread of its own a little ahead of the one that copies
 /// them: reads their structure and what is asked for, and announces their object streams. While it is not ahead, the
-/// one that copies looks through sources too, though ahead of its need only through small ones. What is found does not
-/// depend on timing.
+/// one that copies looks through sources too, though ahead of its need only through those that do not keep it from
+/// copying for long. What is found does not depend on timing.
 class SourceSurveyor {
 public:
     /// What is asked for of the source at an index. Called on both threads.
@@ -51,7 +51,7 @@ private:
     [[nodiscard]] Ready read(std::size_t index, SourceHolds& holds);
     void readNext(SourceHolds& holds, std::unique_lock<std::mutex>& lock);
     void announceReady();
-    [[nodiscard]] bool isQuick(std::size_t index) const;
+    [[nodiscard]] bool isWorthReading(std::size_t index) const;
     void freeDiscarded(std::unique_lock<std::mutex>& lock);
     [[nodiscard]] bool mayRead() const noexcept {
         const bool hasRoom = ready_.empty() || (ready_.size() < mostAhead && bytesAhead_ < mostBytesAhead);

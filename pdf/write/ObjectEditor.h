@@ -19,7 +19,7 @@ public:
         std::uint32_t source = 0;          ///< object number in the source; 0 for what is no object of its own
         std::uint32_t output = 0;          ///< number of the copy
         const Overlay* overlay = nullptr;  ///< of a copy other than the first
-        bool mayHaveValueKey = true;       ///< false if the object certainly has no entry `V`
+        bool mayHaveValueKey = true;       ///< false only if the object certainly has no entry `V`
     };
     /// False when the object `text` stays. Otherwise `changed` is set to the text, still of the source, that takes its
     /// place. Where links lead is asked for later.

@@ -3,10 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace quillon::pdf {
 namespace {
