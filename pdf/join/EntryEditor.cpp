@@ -1,6 +1,5 @@
 #include "pdf/join/EntryEditor.h"
 
-#include "pdf/object/Characters.h"
 #include "pdf/object/Parser.h"
 
 #include <unordered_map>
@@ -45,17 +44,6 @@ std::vector<std::pair<std::string_view, const Object*>> lastEntries(const Dictio
         entries[place->second].second = &value;
     }
     return entries;
-}
-
-bool mayHaveKey(std::string_view text, std::string_view key) {
-    // Nearly every object passes here, and the letters of a key are rarer than the slash before it.
-    for (std::size_t at = text.find(key.front(), 1); at != std::string_view::npos;
-         at = text.find(key.front(), at + 1)) {
-        const std::size_t end = at + key.size();
-        const bool isWhole = text.substr(at, key.size()) == key && (end == text.size() || !isRegular(text[end]));
-        if (isWhole && text[at - 1] == '/') return true;
-    }
-    return false;
 }
 
 }  // namespace quillon::pdf

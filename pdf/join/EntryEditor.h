@@ -22,8 +22,4 @@ using EntryRule =
 /// The entries of a dictionary, of equal keys the last. They lead into `dictionary`.
 [[nodiscard]] std::vector<std::pair<std::string_view, const Object*>> lastEntries(const Dictionary& dictionary);
 
-/// Whether `text`, that of an object, may have an entry `key`, without looking at it closely: false if it certainly has
-/// none that is written without escapes.
-[[nodiscard]] bool mayHaveKey(std::string_view text, std::string_view key);
-
 }  // namespace quillon::pdf

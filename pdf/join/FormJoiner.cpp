@@ -1,6 +1,7 @@
 #include "pdf/join/FormJoiner.h"
 
 #include "pdf/join/EntryEditor.h"
+#include "pdf/object/MayHaveKey.h"
 #include "pdf/object/Parser.h"
 
 #include <algorithm>

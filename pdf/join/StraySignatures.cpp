@@ -1,8 +1,7 @@
 #include "pdf/join/StraySignatures.h"
 
-#include "pdf/join/EntryEditor.h"
 #include "pdf/object/Characters.h"
-#include "pdf/object/ValueKey.h"
+#include "pdf/object/MayHaveKey.h"
 
 namespace quillon::pdf {
 

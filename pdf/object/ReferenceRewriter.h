@@ -70,6 +70,7 @@ public:
 
 private:
     struct Run {
+        // No aggregate: that would have the brackets filled with zeros for every object.
         Run(std::string_view from, std::string& to, std::size_t at) noexcept : text(from), out(to), begin(at) {}
         std::string_view text;
         std::string& out;

@@ -2,7 +2,7 @@
 
 #include "pdf/filter/Filters.h"
 #include "pdf/object/Lexer.h"
-#include "pdf/object/ValueKey.h"
+#include "pdf/object/MayHaveKey.h"
 #include "pdf/read/Limits.h"
 
 #include <algorithm>

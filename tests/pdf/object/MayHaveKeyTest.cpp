@@ -1,4 +1,4 @@
-#include "pdf/object/ValueKey.h"
+#include "pdf/object/MayHaveKey.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,14 @@
 
 namespace quillon::pdf {
 namespace {
+
+TEST(MayHaveKey, LooksForTheWholeNameAndNoMore) {
+    EXPECT_TRUE(mayHaveKey("<</DA(x)>>", "DA"));
+    EXPECT_TRUE(mayHaveKey("<</DAx 1/DA", "DA"));
+    for (const char* text : {"", "DA", "<</DAx(x)>>", "<</D/A>>", "<</A(DA)>>", "<</D#41(x)>>", "<</D"}) {
+        EXPECT_FALSE(mayHaveKey(text, "DA")) << text;
+    }
+}
 
 TEST(ValueKey, MayBeWhereverItsNameStands) {
     for (const char* text : {"<</V 5>>", "<</FT/Sig/V<<>>>>", "<</Kids[<</V(a)>>]>>", "<</#56 5>>", "/V", "<</V/V>>",
