@@ -1,9 +1,7 @@
 #include "pdf/filter/Predictor.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 
 namespace quillon::pdf {
 
@@ -68,16 +66,6 @@ std::size_t parameter(const Dictionary& parameters, std::string_view key, std::i
     return static_cast<std::size_t>(std::clamp<std::int64_t>(parameters[key].integer().value_or(standard), 1, most));
 }
 
-/// The differences of eight bytes each, a borrow never going from one to the next.
-std::uint64_t differences(const char* bytes, const char* less) {
-    constexpr std::uint64_t high = 0x8080808080808080;
-    std::uint64_t a = 0;
-    std::uint64_t b = 0;
-    std::memcpy(&a, bytes, sizeof a);
-    std::memcpy(&b, less, sizeof b);
-    return ((a | high) - (b & ~high)) ^ ((a ^ ~b) & high);
-}
-
 }  // namespace
 
 std::string undoPrediction(const Dictionary& parameters, std::string data) {
@@ -91,29 +79,6 @@ std::string undoPrediction(const Dictionary& parameters, std::string data) {
         return undoTiff(std::move(data), rowBytes, pixelBytes);
     }
     return data;
-}
-
-std::string predictUp(std::string_view data, std::size_t rowBytes) {
-    std::string out(data.size() + (data.size() + rowBytes - 1) / rowBytes, '\0');
-    char* to = out.data();
-    for (std::size_t at = 0; at < data.size(); at += rowBytes) {
-        const char* const row = data.data() + at;
-        const std::size_t length = std::min(rowBytes, data.size() - at);
-        *to++ = 2;
-        if (at == 0) {
-            std::copy_n(row, length, to);
-        } else if (at + length + sizeof(std::uint64_t) <= data.size()) {
-            // The last of them goes beyond the row, where the next is written.
-            for (std::size_t i = 0; i < length; i += sizeof(std::uint64_t)) {
-                const std::uint64_t eight = differences(row + i, row - rowBytes + i);
-                std::memcpy(to + i, &eight, sizeof eight);
-            }
-        } else {
-            for (std::size_t i = 0; i < length; ++i) to[i] = static_cast<char>(row[i] - (row - rowBytes)[i]);
-        }
-        to += length;
-    }
-    return out;
 }
 
 }  // namespace quillon::pdf

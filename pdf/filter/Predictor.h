@@ -11,8 +11,4 @@ namespace quillon::pdf {
 /// 32000-2, 7.4.4.4). Data without a prediction, or with parameters that make no sense, is returned as it is.
 [[nodiscard]] std::string undoPrediction(const Dictionary& parameters, std::string data);
 
-/// Predicts each row of `rowBytes` bytes from the one above (PNG predictor 12), for tables whose rows resemble each
-/// other.
-[[nodiscard]] std::string predictUp(std::string_view data, std::size_t rowBytes);
-
 }  // namespace quillon::pdf

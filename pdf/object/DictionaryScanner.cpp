@@ -61,10 +61,8 @@ std::string decodedKey(std::string_view key) {
     return Lexer(withSlash).next().value;
 }
 
-bool keyIs(std::string_view key, std::string_view name) {
-    if (key == name) return true;
-    if (key.size() <= name.size() || key.find('#') == std::string_view::npos) return false;
-    return decodedKey(key) == name;
+bool detail::escapedKeyIs(std::string_view key, std::string_view name) {
+    return key.find('#') != std::string_view::npos && decodedKey(key) == name;
 }
 
 std::string_view findValue(std::string_view text, std::string_view name) {

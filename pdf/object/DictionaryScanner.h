@@ -43,8 +43,14 @@ private:
 /// A key as written in a file, with its `#xx` escapes resolved.
 [[nodiscard]] std::string decodedKey(std::string_view key);
 
+namespace detail {
+[[nodiscard]] bool escapedKeyIs(std::string_view key, std::string_view name);
+}
+
 /// Whether a key as written in a file means `name`; `#xx` escapes are honoured.
-[[nodiscard]] bool keyIs(std::string_view key, std::string_view name);
+[[nodiscard]] inline bool keyIs(std::string_view key, std::string_view name) {
+    return key == name || (key.size() > name.size() && detail::escapedKeyIs(key, name));
+}
 
 /// The text of the value of `name` in the dictionary `text`, the last if it occurs twice; empty when there is none.
 [[nodiscard]] std::string_view findValue(std::string_view text, std::string_view name);

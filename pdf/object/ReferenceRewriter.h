@@ -268,10 +268,11 @@ std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view te
         writeReference(out, mapper_(*target));
         return end;
     }
-    const Object object = Parser(whole).parse();
+    const bool isString = whole.front() == '(' || whole.front() == '<';
+    const Object object = isString ? Object() : Parser(whole).parse();
     if (const Reference* target = object.reference()) {
         writeReference(out, mapper_(*target));
-    } else if (object.isNull()) {
+    } else if (object.isNull() && !isString) {
         writeReference(out, 0);  // also for a stray keyword
     } else {
         if (!out.empty() && isRegular(out.back()) && isRegular(whole.front())) out += ' ';

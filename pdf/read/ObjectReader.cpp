@@ -71,16 +71,8 @@ bool ObjectReader::recover(std::string_view reason, std::uint32_t object, std::i
     return true;
 }
 
-bool ObjectReader::exists(Reference reference) const {
-    const CrossReferenceEntry entry = table_.entries.get(reference.number);
-    using enum CrossReferenceEntry::Kind;
-    if (entry.kind == Unknown || entry.kind == Free) return false;
-    const std::uint32_t generation = entry.kind == InFile ? entry.detail : 0;
-    return table_.recovered || generation == reference.generation;
-}
-
 bool ObjectReader::isNull(std::string_view valueText) {
-    if (valueText.starts_with('[') || valueText.starts_with('/')) return false;
+    if (valueText.starts_with('[') || valueText.starts_with('/') || valueText.starts_with("<<")) return false;
     if (const auto reference = plainReference(valueText)) return !exists(*reference);
     const Object value = Parser(valueText).parse();
     return value.reference() ? !exists(*value.reference()) : value.isNull();
@@ -131,8 +123,8 @@ void ObjectReader::decryptStrings(std::uint32_t number, ObjectText& object) cons
 }
 
 std::optional<ObjectText> ObjectReader::findStored(Reference reference, std::size_t wanted) {
-    if (!exists(reference)) return std::nullopt;
     const CrossReferenceEntry entry = table_.entries.get(reference.number);
+    if (!exists(reference, entry)) return std::nullopt;
     switch (entry.kind) {
         case CrossReferenceEntry::Kind::InFile:
             return findInFile(reference, entry, wanted);
@@ -183,7 +175,7 @@ std::optional<std::string_view> ObjectReader::findInStream(std::uint32_t number,
 std::optional<std::string_view> ObjectReader::findPacked(Reference reference,
                                                          std::shared_ptr<const ObjectStream>& holder) {
     const CrossReferenceEntry entry = table_.entries.get(reference.number);
-    if (entry.kind != CrossReferenceEntry::Kind::InObjectStream || !exists(reference)) return std::nullopt;
+    if (entry.kind != CrossReferenceEntry::Kind::InObjectStream || !exists(reference, entry)) return std::nullopt;
     const auto text = findInStream(reference.number, entry);
     if (text && holder != lastObjects_) holder = lastObjects_;
     return text;
@@ -290,13 +282,25 @@ void ObjectReader::makeRoom(std::size_t bytes) {
     }
 }
 
+/// The value `text`, which is nearly always a number, or a reference to an object that is one.
+std::optional<std::int64_t> ObjectReader::integer(std::string_view text) {
+    const auto plain = [](std::string_view value) -> std::optional<std::int64_t> {
+        std::size_t digits = 0;
+        const auto number = readUnsigned(value, digits);
+        const bool isWhole = number && digits == value.size() && *number <= INT64_MAX;
+        return isWhole ? std::optional(static_cast<std::int64_t>(*number)) : std::nullopt;
+    };
+    if (const auto number = plain(text)) return number;
+    if (const auto reference = plainReference(text)) {
+        const auto object = findWhole(*reference);
+        if (const auto number = object ? plain(object->value()) : std::nullopt) return number;
+    }
+    return resolve(text).integer();
+}
+
 StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data) {
     const std::uint64_t size = file_.file().size();
-    // Nearly always a number that stands there.
-    std::size_t digits = 0;
-    const auto direct = readUnsigned(length, digits);
-    const bool isDirect = direct && digits == length.size() && *direct <= INT64_MAX;
-    const auto stated = isDirect ? static_cast<std::int64_t>(*direct) : resolve(length).integer();
+    const auto stated = integer(length);
     if (stated && *stated >= 0 && static_cast<std::uint64_t>(*stated) <= size - std::min(data, size)) {
         const auto bytes = static_cast<std::uint64_t>(*stated);
         if (endsStreamAt(file_, data + bytes)) return {data, bytes};

@@ -72,7 +72,16 @@ public:
     [[nodiscard]] std::optional<ObjectText> findWhole(Reference reference);
 
     /// Whether the cross-reference data has such an object.
-    [[nodiscard]] bool exists(Reference reference) const;
+    [[nodiscard]] bool exists(Reference reference) const {
+        return exists(reference, table_.entries.get(reference.number));
+    }
+    /// The same for the object whose entry is `entry`.
+    [[nodiscard]] bool exists(Reference reference, const CrossReferenceEntry& entry) const noexcept {
+        using enum CrossReferenceEntry::Kind;
+        if (entry.kind == Unknown || entry.kind == Free) return false;
+        const std::uint32_t generation = entry.kind == InFile ? entry.detail : 0;
+        return table_.recovered || generation == reference.generation;
+    }
     /// The object at `entry` is about to be read: if its object stream is the one read last, has the processor fetch
     /// it.
     void fetchAhead(const CrossReferenceEntry& entry) const noexcept {
@@ -145,6 +154,7 @@ private:
     std::shared_ptr<const ObjectStream> readObjectStream(std::uint32_t number, bool warns);
     void keepObjectStream(std::uint32_t number, const std::shared_ptr<const ObjectStream>& objects);
     Object resolveDeep(const Object& object);
+    std::optional<std::int64_t> integer(std::string_view text);
     void makeRoom(std::size_t bytes);
     std::uint64_t nextObject(std::uint64_t offset);
 

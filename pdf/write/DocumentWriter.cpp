@@ -15,7 +15,9 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
 #include <iterator>
+#include <optional>
 
 namespace quillon::pdf {
 
@@ -30,7 +32,7 @@ constexpr Version protectedVersion = 20;
 class DocumentWriter {
 public:
     DocumentWriter(const DocumentPlan& plan, OutputFile& file)
-        : plan_(plan), file_(file), sources_(plan), outline_(plan.outline), joiner_(sources_, plan) {}
+        : plan_(plan), file_(file), sources_(plan), outline_(plan.outline), joiner_(std::in_place, sources_, plan) {}
 
     bool write(WriteResult& result);
     /// Whether a page tree turned out to be other than it was read; it is read differently from now on.
@@ -60,8 +62,8 @@ private:
     std::uint32_t catalog_ = 0;
     std::uint32_t information_ = 0;
     OutlineWriter outline_;
-    DocumentJoiner joiner_;
-    std::string catalogEntries_;  // the base's
+    std::optional<DocumentJoiner> joiner_;  // until the file is finished
+    std::string catalogEntries_;            // the base's
     bool repeat_ = false;
     std::string firstId_;
 };
@@ -72,7 +74,7 @@ bool DocumentWriter::write(WriteResult& result) {
     const auto encryptor = plan_.protection ? std::make_unique<const Encryptor>(*plan_.protection) : nullptr;
     ObjectOutput output(file_, encryptor.get());
     output_ = &output;
-    joiner_.setOutput(output);
+    joiner_->setOutput(output);
     catalog_ = output.reserve();
     PageTreeWriter tree(output, plan_.pages.size());
     tree_ = &tree;
@@ -82,7 +84,7 @@ bool DocumentWriter::write(WriteResult& result) {
         // While one source is copied, the next is read and its object streams are inflated.
         ObjectStreamPrefetcher prefetcher;
         SourceSurveyor surveyor(sources_, prefetcher,
-                                [this](std::size_t index) { return joiner_.wishesFor(sources_[index]); });
+                                [this](std::size_t index) { return joiner_->wishesFor(sources_[index]); });
         for (std::size_t i = 0; i < sources_.size(); ++i) {
             SourceSurvey survey = surveyor.take(i);
             if (auto document = copySource(sources_[i], survey, prefetcher)) surveyor.discard(std::move(document));
@@ -94,7 +96,11 @@ bool DocumentWriter::write(WriteResult& result) {
     writeCatalog();
     const std::string trailer =
         "/Root " + std::to_string(catalog_) + " 0 R/Info " + std::to_string(information_) + " 0 R";
-    const bool finished = output.finish(trailer, firstId_);
+    const bool complete = output.finishObjects();
+    // What it knows of the documents is many small pieces of memory, which go while the end of the file is put
+    // together.
+    const auto freed = std::async(std::launch::async | std::launch::deferred, [this] { joiner_.reset(); });
+    const bool finished = complete && output.finish(trailer, firstId_);
     for (std::size_t i = 0; i < sources_.size(); ++i)
         std::ranges::move(sources_[i].source()->warnings(), std::back_inserter(warnings_));
     for (const std::string& file : output.shortened()) {
@@ -113,7 +119,7 @@ std::uint64_t DocumentWriter::inputBytes() const {
 
 void DocumentWriter::writeCatalog() {
     const std::uint32_t outline = outline_.write(*output_, *tree_);
-    joiner_.write(*tree_, catalogEntries_);
+    joiner_->write(*tree_, catalogEntries_);
     catalogEntries_ += writeMetadata();
     if (outline != 0) catalogEntries_ += "/Outlines " + std::to_string(outline) + " 0 R";
     std::string& body = output_->body();
@@ -144,11 +150,11 @@ std::unique_ptr<SourceDocument> DocumentWriter::copySource(const SourcePlan& sou
     document->reader().setPrefetcher(&prefetcher);
     SourceCopier copier(*document, *output_, source.source() == plan_.base);
     PageCopies copies(source, document->pages(), *tree_, copier);
-    joiner_.begin(source, survey, copies, *document, copier);
+    joiner_->begin(source, survey, copies, *document, copier);
     copyPages(source, *document, copies, copier);
     if (source.source() == plan_.base) copyBase(*document, copier);
     outline_.copyActions(*source.source(), copies, copier);
-    joiner_.end();
+    joiner_->end();
     copier.drain();
     prefetcher.forget(*source.source()->file());
     if (document->wasMisled()) {
@@ -162,7 +168,7 @@ void DocumentWriter::copyPages(const SourcePlan& source, SourceDocument& documen
                                SourceCopier& copier) {
     PaintedPages painted(document, copier, *painter_, plan_.scout.get());
     for (const PageCopies::Copy& copy : copies.all()) {
-        joiner_.enter(copy);
+        joiner_->enter(copy);
         SourceCopier::PageJob job;
         job.page = copy.page;
         job.number = copy.number;
@@ -186,9 +192,9 @@ void DocumentWriter::copyBase(SourceDocument& document, SourceCopier& copier) {
     std::vector<std::string_view> dropped{"Type", "Pages", "Version", "Perms", "OpenAction"};
     if (!plan_.keepOutline) dropped.emplace_back("Outlines");
     if (!plan_.metadata.empty()) dropped.emplace_back("Metadata");
-    std::ranges::copy(joiner_.catalogKeys(), std::back_inserter(dropped));
+    std::ranges::copy(joiner_->catalogKeys(), std::back_inserter(dropped));
     copier.copyCatalog(dropped, catalogEntries_);
-    catalogEntries_ += joiner_.openAction();
+    catalogEntries_ += joiner_->openAction();
     writeInformation(&document, &copier);
     const Object id = document.reader().resolve(document.reader().trailer()["ID"]);
     if (id.array() && !id.array()->empty() && id.array()->front().string()) firstId_ = *id.array()->front().string();

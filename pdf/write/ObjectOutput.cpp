@@ -4,7 +4,6 @@
 #include "pdf/security/StringRewriter.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace quillon::pdf {
 
@@ -63,20 +62,18 @@ void ObjectOutput::writeApart(std::uint32_t number, std::size_t begin) {
 void ObjectOutput::flushBody() {
     if (packed_.empty()) return;
     const std::uint32_t stream = reserve();
-    char* index = body_.data();
-    for (std::size_t i = 0; i < packed_.size(); ++i) {
-        for (const std::uint32_t value : {packed_[i].number, packed_[i].offset}) {
-            index = std::to_chars(index, body_.data() + indexRoom, value).ptr + 1;  // a blank is there already
-        }
-        places_.setInStream(packed_[i].number, stream, i);
+    for (std::size_t i = 0; i < packed_.size(); ++i) places_.setInStream(packed_[i].number, stream, i);
+    if (bodies_++ % bodiesOfCodes == 0) {
+        writeObjectStreamIndex(packed_, body_);  // which is part of the sample
+        codes_ = std::make_shared<const DeflateCodes>(body_);
     }
-    if (bodies_++ % bodiesOfCodes == 0) codes_ = std::make_shared<const DeflateCodes>(body_);
-    pipeline_.writeDeflated(stream,
-                            "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom),
-                            std::move(body_), codes_);
+    std::string entries =
+        "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom);
+    pipeline_.writeObjectStream(stream, std::move(entries), std::move(body_), std::move(packed_), codes_);
     body_ = pipeline_.buffer(indexRoom + bodyBytes);
     beginBody();
-    packed_.clear();
+    packed_ = {};
+    packed_.reserve(bodyObjects);
 }
 
 void ObjectOutput::beginBody() {
@@ -264,13 +261,17 @@ void ObjectOutput::hold(const std::shared_ptr<InputFile>& file) {
     if (held_.empty() || held_.back() != file) held_.push_back(file);
 }
 
-bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
+bool ObjectOutput::finishObjects() {
     flushBody();
     flushChunk();
     if (!pipeline_.finish()) return false;
     for (const std::string& path : pipeline_.shortened()) noteShortened(path);
     for (const auto& placed : pipeline_.places()) places_.setInFile(placed.number, placed.offset);
     streams_.clear();  // makes room for the cross-reference data
+    return true;
+}
+
+bool ObjectOutput::finish(std::string_view trailer, std::string_view firstId) {
     const std::string encryption = encryptionEntry();
     const std::uint32_t own = reserve();
     const std::uint64_t offset = file_.size();

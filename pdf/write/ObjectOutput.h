@@ -46,20 +46,17 @@ public:
     std::uint32_t addStream(std::string_view entries, const std::shared_ptr<InputFile>& file,
                             std::span<const FileRange> ranges) override;
 
-    /// Writes what is left, the cross-reference stream with `trailer` (the text of its entries besides its own and
-    /// `ID`) and the end of the file. `firstId` is the first half of the `ID` if the document has one already. False if
-    /// any writing failed; the last of it may be left to the file's `commit`.
+    /// Writes what is left, and waits for it; no object may follow. False if any writing failed.
+    [[nodiscard]] bool finishObjects();
+    /// After that: writes the cross-reference stream with `trailer` (the text of its entries besides its own and `ID`)
+    /// and the end of the file. `firstId` is the first half of the `ID` if the document has one already. False if
+    /// writing failed; the last of it may be left to the file's `commit`.
     [[nodiscard]] bool finish(std::string_view trailer, std::string_view firstId);
 
-    /// After finish(): inputs that became shorter while they were copied.
+    /// After finishObjects(): inputs that became shorter while they were copied.
     [[nodiscard]] const std::vector<std::string>& shortened() const noexcept { return shortened_; }
 
 private:
-    struct Packed {
-        std::uint32_t number;
-        std::uint32_t offset;  // where it begins, before the body is full
-    };
-
     void beginBody();
     void writeApart(std::uint32_t number, std::size_t begin);
     void flushBody();
@@ -109,7 +106,7 @@ private:
     StreamIndex streams_;
     std::vector<std::shared_ptr<InputFile>> held_;  // files of the index that nobody else may hold
     std::string body_;
-    std::vector<Packed> packed_;
+    std::vector<PackedObject> packed_;
     std::shared_ptr<const DeflateCodes> codes_;
     std::size_t bodies_ = 0;
     std::string chunk_;

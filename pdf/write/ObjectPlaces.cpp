@@ -2,9 +2,9 @@
 
 #include "pdf/filter/FastDeflater.h"
 #include "pdf/filter/Flate.h"
-#include "pdf/filter/Predictor.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -14,34 +14,47 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
-/// Writes `value` in `bytes` bytes, 1 to 8, the highest first. What stands behind them, up to eight bytes in all, is
-/// overwritten.
-void putBigEndian(char* out, std::uint64_t value, unsigned bytes) {
-    const std::uint64_t turned = __builtin_bswap64(value << (64 - 8 * bytes));
-    std::memcpy(out, &turned, sizeof turned);
+/// The bytes of a row, of which only the first count: the longest has eleven.
+using Row = std::array<std::uint64_t, 2>;
+
+/// The fields are given as numbers; `width` is that of `place` in bytes, 1 to 8.
+Row rowOf(std::uint64_t type, std::uint64_t place, std::uint64_t index, unsigned width) noexcept {
+    __extension__ using Wide = unsigned __int128;
+    const Wide value = Wide{type} << (8 * width + 16) | Wide{place} << 16U | index;
+    const Wide high = value << (8 * (sizeof(Row) - ObjectPlaces::rowBytes(width)));
+    return {__builtin_bswap64(static_cast<std::uint64_t>(high >> 64U)),
+            __builtin_bswap64(static_cast<std::uint64_t>(high))};
+}
+
+/// The differences of eight bytes each, a borrow never going from one to the next.
+std::uint64_t differences(std::uint64_t bytes, std::uint64_t less) noexcept {
+    constexpr std::uint64_t high = 0x8080808080808080;
+    return ((bytes | high) - (less & ~high)) ^ ((bytes ^ ~less) & high);
 }
 
 }  // namespace
 
-std::string ObjectPlaces::rows(std::size_t begin, std::size_t end, unsigned width) const {
-    constexpr std::uint64_t indexMask = 0xffff;
-    std::string rows((end - begin) * rowBytes(width) + sizeof(std::uint64_t), '\0');
-    char* row = rows.data();
-    auto place = places_.begin() + static_cast<std::ptrdiff_t>(begin);
-    for (std::size_t number = begin; number < end; ++number, ++place, row += rowBytes(width)) {
-        const bool packed = (*place & inStream) != 0;
-        putBigEndian(row, packed ? 2 : *place != 0 ? 1 : 0, 1);
-        putBigEndian(row + 1, packed ? (*place & ~inStream) >> 16U : *place, width);
-        putBigEndian(row + 1 + width, packed ? *place & indexMask : number == 0 ? indexMask : 0, 2);
-    }
-    rows.resize((end - begin) * rowBytes(width));
-    return rows;
-}
-
 std::string ObjectPlaces::predictedRows(std::size_t begin, std::size_t end, unsigned width) const {
-    if (begin == 0) return predictUp(rows(begin, end, width), rowBytes(width));
-    // Of the row above only what it predicts is wanted.
-    return predictUp(rows(begin - 1, end, width), rowBytes(width)).substr(1 + rowBytes(width));
+    constexpr std::uint64_t indexMask = 0xffff;
+    const auto rowAt = [&](std::size_t number, std::uint64_t place) {
+        if ((place & inStream) != 0) return rowOf(2, (place & ~inStream) >> 16U, place & indexMask, width);
+        return rowOf(place != 0 ? 1 : 0, place, number == 0 ? indexMask : 0, width);
+    };
+    Row above = begin == 0 ? Row{} : rowAt(begin - 1, places_[begin - 1]);
+    std::string rows((end - begin) * (1 + rowBytes(width)) + sizeof(Row), '\0');
+    char* to = rows.data();
+    auto place = places_.begin() + static_cast<std::ptrdiff_t>(begin);
+    for (std::size_t number = begin; number < end; ++number, ++place) {
+        const Row row = rowAt(number, *place);
+        const Row predicted{differences(row[0], above[0]), differences(row[1], above[1])};
+        *to++ = 2;  // predicted from above
+        // What goes beyond the row is where the next is written.
+        std::memcpy(to, predicted.data(), sizeof predicted);
+        to += rowBytes(width);
+        above = row;
+    }
+    rows.resize(rows.size() - sizeof(Row));
+    return rows;
 }
 
 /// Some predicted rows from all over.

@@ -31,7 +31,6 @@ public:
     [[nodiscard]] static constexpr std::size_t rowBytes(unsigned width) noexcept { return 3U + width; }
 
 private:
-    [[nodiscard]] std::string rows(std::size_t begin, std::size_t end, unsigned width) const;
     [[nodiscard]] std::string sample(unsigned width) const;
     [[nodiscard]] std::string predictedRows(std::size_t begin, std::size_t end, unsigned width) const;
 

@@ -35,12 +35,13 @@ void OutputPipeline::write(std::string bytes, std::vector<Placed> objects, std::
     push(std::move(item));
 }
 
-void OutputPipeline::writeDeflated(std::uint32_t number, std::string dictionary, std::string body,
-                                   std::shared_ptr<const DeflateCodes> codes) {
+void OutputPipeline::writeObjectStream(std::uint32_t number, std::string dictionary, std::string body,
+                                       std::vector<PackedObject> objects, std::shared_ptr<const DeflateCodes> codes) {
     auto item = std::make_unique<Item>();
     item->state = State::ToPrepare;
     item->bytes = std::move(body);
     item->dictionary = std::move(dictionary);
+    item->packed = std::move(objects);
     item->codes = std::move(codes);
     item->objects.push_back({number, 0});
     push(std::move(item));
@@ -159,6 +160,7 @@ void OutputPipeline::prepareForWriter(Item& item, std::unique_lock<std::mutex>& 
 }
 
 void OutputPipeline::deflate(Item& item, FastDeflater& deflater) {
+    writeObjectStreamIndex(item.packed, item.bytes);
     std::string deflated = takeSpare(item.bytes.size() / 2);
     deflater.deflate(item.bytes, *item.codes, deflated);
     item.bytes.swap(deflated);

@@ -4,6 +4,7 @@
 #include "pdf/security/DecryptingReader.h"
 #include "pdf/security/Encryptor.h"
 #include "pdf/write/ObjectSink.h"
+#include "pdf/write/ObjectStreamIndex.h"
 #include "pdf/write/OutputFile.h"
 
 #include <xxhash.h>
@@ -51,10 +52,10 @@ public:
     /// Whole objects as they stand, but for the data in `sealed`, which is enciphered; `objects` with offsets from the
     /// beginning of `bytes`.
     void write(std::string bytes, std::vector<Placed> objects, std::vector<Sealed> sealed = {});
-    /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`, `body` is not
-    /// deflated yet, which `codes` are for.
-    void writeDeflated(std::uint32_t number, std::string dictionary, std::string body,
-                       std::shared_ptr<const DeflateCodes> codes);
+    /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`. The index of
+    /// `objects` is yet to be written into `body`, which is then deflated with `codes`.
+    void writeObjectStream(std::uint32_t number, std::string dictionary, std::string body,
+                           std::vector<PackedObject> objects, std::shared_ptr<const DeflateCodes> codes);
     /// A stream's data, one byte at least, that is copied from a file when its turn comes. A file that has become
     /// shorter is made up with zeros.
     void copy(std::shared_ptr<InputFile> file, std::vector<FileRange> ranges);
@@ -80,7 +81,8 @@ private:
         std::string bytes;
         std::vector<Placed> objects;
         std::vector<Sealed> sealed;
-        std::string dictionary;  // of an object stream
+        std::string dictionary;  // of an object stream, as the next two
+        std::vector<PackedObject> packed;
         std::shared_ptr<const DeflateCodes> codes;
         std::shared_ptr<InputFile> file;  // where the bytes, a piece of a stream's data, are to be read from
         FileRange range;

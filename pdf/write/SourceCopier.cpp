@@ -75,7 +75,7 @@ std::uint32_t SourceCopier::discover(Reference reference) {
     const CrossReferenceTable& table = reader_.table();
     const CrossReferenceEntry entry = table.entries.get(reference.number);
     using enum CrossReferenceEntry::Kind;
-    if (!reader_.exists(reference)) return 0;
+    if (!reader_.exists(reference, entry)) return 0;
     Pending pending{.reference = reference};
     if (entry.kind == InObjectStream) {
         reader_.fetchAhead(entry);
@@ -123,8 +123,10 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
     const std::string_view dictionary = withoutCrypt.empty() ? object.value() : std::string_view(withoutCrypt);
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
-    std::string entries;
-    std::string length;
+    // What the dictionary refers to may be a stream as well.
+    std::string entries = std::exchange(entries_, {});
+    entries.clear();
+    std::string_view length;
     bool structured = false;
     std::string repaired;
     if (!writeStreamEntries(dictionary, entries, length, structured)) {
@@ -144,11 +146,13 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
                                static_cast<std::int64_t>(object.offset));
         extent.length = 0;
     }
-    return output_.addFileStream(number, entries, reader_.file(), extent, std::move(key));
+    number = output_.addFileStream(number, entries, reader_.file(), extent, std::move(key));
+    entries_ = std::move(entries);
+    return number;
 }
 
 /// False when the dictionary is malformed.
-bool SourceCopier::writeStreamEntries(std::string_view dictionary, std::string& out, std::string& length,
+bool SourceCopier::writeStreamEntries(std::string_view dictionary, std::string& out, std::string_view& length,
                                       bool& structured) {
     DictionaryScanner scanner(dictionary);
     for (DictionaryScanner::Entry entry; scanner.next(entry);) {
@@ -307,11 +311,11 @@ bool SourceCopier::copyPage(const PageJob& job) {
         if (editor_->edit({job.page->number, job.number, overlay_}, text, changed)) text = std::move(changed);
     }
     // The page is put together apart, since resources written for it go into the body as well.
-    std::string page;
-    writePage(job, text, page);
+    page_.clear();
+    writePage(job, text, page_);
     std::string& body = output_.body();
     const std::size_t begin = body.size();
-    body += page;
+    body += page_;
     output_.close(job.number, begin);
     charged_ = job.overlay;
     for (const Pending& copy : copies) copyObject(copy);

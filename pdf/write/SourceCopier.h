@@ -128,7 +128,7 @@ private:
     void writePlain(std::uint32_t number, std::string_view text);
     bool tryPlain(std::uint32_t number, std::string_view text);
     void closePlain(std::uint32_t number, std::size_t begin);
-    bool writeStreamEntries(std::string_view dictionary, std::string& out, std::string& length, bool& structured);
+    bool writeStreamEntries(std::string_view dictionary, std::string& out, std::string_view& length, bool& structured);
     void writeEntry(const DictionaryScanner::Entry& entry, std::string& out);
     void writeEntries(std::string_view dictionary, std::span<const std::string_view> dropped, std::string& out);
     void writePage(const PageJob& job, std::string_view text, std::string& out);
@@ -153,10 +153,13 @@ private:
     ObjectEditor* editor_ = nullptr;
     bool editsLinks_ = false;
     std::shared_ptr<const ObjectStream> packed_;  // that of the object being copied
-    std::string edited_;                          // what the editor makes of an object; kept for its room
+    // Kept for their room.
+    std::string edited_;   // what the editor makes of an object
+    std::string entries_;  // of a stream's dictionary
+    std::string page_;     // the dictionary of a page
+    std::string text_;     // of the object being copied, if it has waited in `texts_`
     std::vector<Pending> pending_;
     std::string texts_;  // of objects that wait, one behind the other in their order
-    std::string text_;   // of the one being copied; kept for its room
     std::vector<std::pair<std::uint32_t, std::uint32_t>>
         openStreams_;  // source number and number in the output, 0 if none yet
     std::unordered_map<std::int64_t, std::uint32_t> resources_;  // of page tree nodes

@@ -1,6 +1,7 @@
 #include "pdf/write/SourcePlan.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <unordered_map>
 #include <utility>
@@ -11,8 +12,9 @@ namespace {
 
 /// Chooses the first copies among those of one source.
 void chooseFirst(std::span<SourcePlan::Copy> copies) {
-    if (copies.size() == 1) {
-        copies.front().first = true;
+    // Nearly always each page is taken once, in their order.
+    if (std::ranges::adjacent_find(copies, std::greater_equal(), &SourcePlan::Copy::sourcePage) == copies.end()) {
+        for (SourcePlan::Copy& copy : copies) copy.first = true;
         return;
     }
     std::unordered_map<std::uint32_t, std::size_t> pagesOfOpening;

@@ -1,7 +1,7 @@
 #include "pdf/filter/Filters.h"
 #include "pdf/filter/Flate.h"
-#include "pdf/filter/Predictor.h"
 #include "pdf/object/Parser.h"
+#include "tests/support/PredictedUp.h"
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ TEST(Filters, AreKnownByTheirShortNames) {
 }
 
 TEST(Filters, EachHasTheParametersAtItsPlace) {
-    const std::string data = deflated(predictUp("abcdabce", 4));
+    const std::string data = deflated(predictedUp("abcdabce", 4));
     EXPECT_EQ(decoded("<</Filter/FlateDecode/DecodeParms<</Predictor 12/Columns 4>>>>", data), "abcdabce");
     EXPECT_EQ(decoded("<</Filter[/FlateDecode]/DecodeParms[<</Predictor 12/Columns 4>>]>>", data), "abcdabce");
     std::string hex;

@@ -1,5 +1,6 @@
 #include "pdf/filter/Predictor.h"
 #include "pdf/object/Parser.h"
+#include "tests/support/PredictedUp.h"
 
 #include <gtest/gtest.h>
 
@@ -105,12 +106,12 @@ TEST(Predictor, RowsLongerThanAnyMemoryDoNoHarm) {
     }
 }
 
-TEST(Predictor, PredictingUpIsUndone) {
+TEST(Predictor, RowsOfAnyWidthArePredictedFromTheOneAbove) {
     for (std::size_t width = 1; width < 20; ++width) {
         const std::string columns = "<</Predictor 12/Columns " + std::to_string(width) + ">>";
         for (const std::size_t count : {1U, 2U, 3U, 9U}) {
             const std::string rows = noise(width * count);
-            EXPECT_EQ(undoPrediction(parameters(columns), predictUp(rows, width)), rows) << width << ' ' << count;
+            EXPECT_EQ(undoPrediction(parameters(columns), predictedUp(rows, width)), rows) << width << ' ' << count;
         }
     }
 }

@@ -1,8 +1,8 @@
 #include "pdf/filter/Flate.h"
-#include "pdf/filter/Predictor.h"
 #include "pdf/read/CrossReferenceReader.h"
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/PdfFixture.h"
+#include "tests/support/PredictedUp.h"
 #include "tests/support/RawPdf.h"
 
 #include <chrono>
@@ -74,7 +74,7 @@ TEST_F(CrossReferences, AStreamWithAPredictorAndWideFieldsIsRead) {
     for (const std::size_t offset : places.offsets)
         rows += RawPdf::bigEndian(1, 2) + RawPdf::bigEndian(offset, 8) + RawPdf::bigEndian(0, 4);
     std::string data;
-    Deflater(6).deflate(predictUp(rows, 14), data);
+    Deflater(6).deflate(predictedUp(rows, 14), data);
     const std::size_t start = places.pdf.size();
     places.pdf.stream(9,
                       "/Type/XRef/Root 1 0 R/Size 5/W[2 8 4]/Filter/FlateDecode"

@@ -1,3 +1,4 @@
+#include "pdf/filter/Flate.h"
 #include "pdf/object/Parser.h"
 #include "pdf/security/FileKey.h"
 #include "pdf/write/OutputPipeline.h"
@@ -44,7 +45,7 @@ protected:
         for (std::uint32_t i = 1; i <= 400; ++i) {
             const std::string label = std::to_string(i) + " 0 obj";
             if (i % 3 == 0) {
-                pipeline.writeDeflated(i, "/Number " + std::to_string(i), noise(random, 60'000), codes);
+                pipeline.writeObjectStream(i, "/Number " + std::to_string(i), noise(random, 60'000), {{i, 0}}, codes);
             } else if (i % 7 == 0) {
                 pipeline.copy(input, {{i, 100'000}, {5, 10}});
             } else {
@@ -88,6 +89,18 @@ TEST_F(OutputPipelineTest, GivesTheSameBytesAndDigestEveryTime) {
         EXPECT_TRUE(writeMany("b") == first);
         EXPECT_TRUE(XXH128_isEqual(digest, firstDigest));
     }
+}
+
+TEST_F(OutputPipelineTest, WritesTheIndexOfAnObjectStream) {
+    const auto file = OutputFile::create(dir.file("out"));
+    OutputPipeline pipeline(*file);
+    const auto codes = std::make_shared<const DeflateCodes>("an object");
+    pipeline.writeObjectStream(1, "", std::string(20, ' ') + "true\nfalse\n", {{17, 0}, {4, 5}}, codes);
+    EXPECT_TRUE(pipeline.finish());
+    EXPECT_TRUE(file->commit(false));
+    const std::string text = contentOf(dir.file("out"));
+    const std::size_t data = text.find("stream\n") + std::string_view("stream\n").size();
+    EXPECT_EQ(inflate(std::string_view(text).substr(data), 1000), "17 0 4 5" + std::string(12, ' ') + "true\nfalse\n");
 }
 
 TEST_F(OutputPipelineTest, CopiesRangesOfAFile) {
