@@ -82,11 +82,11 @@ struct Surroundings {
     }
 };
 
-/// Whether the text of an array names a page by a reference at its beginning.
-bool namesPage(std::string_view array) {
-    const std::size_t begin = skipBlank(array, 1);
-    const std::size_t end = skipValue(array, begin).value_or(begin);
-    return end != begin && isDigit(array[begin]) && array[end - 1] == 'R';
+/// Whether the array that begins with the text begins with a reference, to its page.
+bool namesPage(std::string_view text) {
+    const std::size_t begin = skipBlank(text, 1);
+    if (begin == text.size() || !isDigit(text[begin])) return false;
+    return text[skipValue(text, begin).value_or(begin + 1) - 1] == 'R';
 }
 
 }  // namespace
@@ -95,11 +95,12 @@ std::string_view destinationBehind(std::string_view text, std::size_t place) {
     const std::size_t afterKey = afterDestinationKey(text, place);
     if (afterKey == 0) return {};
     const std::size_t begin = skipBlank(text, afterKey);
-    const auto end = skipValue(text, begin);
+    const char first = begin < text.size() ? text[begin] : '\0';
+    if (first == '[' && namesPage(text.substr(begin))) return {};
+    const auto end = first == '(' ? skipLiteralString(text, begin) : skipValue(text, begin);
     if (!end) return {};
     const std::string_view value = text.substr(begin, *end - begin);
-    const char first = value.front();
-    if (first == '[') return namesPage(value) ? std::string_view() : value;
+    if (first == '[') return value;
     const bool isString = first == '(' || (first == '<' && !value.starts_with("<<"));
     return isString || first == '/' || (isDigit(first) && value.back() == 'R') ? value : std::string_view();
 }

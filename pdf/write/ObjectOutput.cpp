@@ -67,8 +67,7 @@ void ObjectOutput::flushBody() {
         writeObjectStreamIndex(packed_, body_);  // which is part of the sample
         codes_ = std::make_shared<const DeflateCodes>(body_);
     }
-    std::string entries =
-        "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom);
+    std::string entries = "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom);
     pipeline_.writeObjectStream(stream, std::move(entries), std::move(body_), std::move(packed_), codes_);
     body_ = pipeline_.buffer(indexRoom + bodyBytes);
     beginBody();

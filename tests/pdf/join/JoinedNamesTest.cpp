@@ -61,6 +61,7 @@ protected:
         const std::string pages = std::to_string(output.addObject("<</Type/Pages/Count 1/Kids[" + page + " 0 R]>>"));
         const std::string catalog = std::to_string(
             output.addObject("<</Type/Catalog/Pages " + pages + " 0 R/Names<</Dests " + root + " 0 R>>>>"));
+        EXPECT_TRUE(output.finishObjects());
         EXPECT_TRUE(output.finish("/Root " + catalog + " 0 R", {}));
         EXPECT_TRUE(file->commit(false));
         const auto source = Source::open(target);

@@ -95,7 +95,7 @@ TEST_F(OutputPipelineTest, WritesTheIndexOfAnObjectStream) {
     const auto file = OutputFile::create(dir.file("out"));
     OutputPipeline pipeline(*file);
     const auto codes = std::make_shared<const DeflateCodes>("an object");
-    pipeline.writeObjectStream(1, "", std::string(20, ' ') + "true\nfalse\n", {{17, 0}, {4, 5}}, codes);
+    pipeline.writeObjectStream(1, "/N 2", std::string(20, ' ') + "true\nfalse\n", {{17, 0}, {4, 5}}, codes);
     EXPECT_TRUE(pipeline.finish());
     EXPECT_TRUE(file->commit(false));
     const std::string text = contentOf(dir.file("out"));

@@ -35,6 +35,7 @@ protected:
         const std::size_t begin = output.body().size();
         output.body() += "<</Type/Catalog/Pages " + std::to_string(tree.root()) + " 0 R>>";
         output.close(catalog, begin);
+        EXPECT_TRUE(output.finishObjects());
         EXPECT_TRUE(output.finish("/Root " + std::to_string(catalog) + " 0 R", {}));
         EXPECT_TRUE(file->commit(false));
         return written;
