@@ -32,17 +32,24 @@ void ObjectStreamPrefetcher::wakeReader() {
     if (readerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
 }
 
-void ObjectStreamPrefetcher::waitFor(const Job& job, std::unique_lock<std::mutex>& lock) {
+/// Waits for a stream that is being read, but only a little while for one that the caller can read as quickly. A long
+/// one is not to be in memory twice.
+bool ObjectStreamPrefetcher::isReadSoon(const Job& job, std::unique_lock<std::mutex>& lock) {
+    const auto isRead = [&job] { return job.state == State::Ready; };
     takerWaits_ = true;
-    while (job.state == State::Reading) changed_.wait(lock);
+    if (!changed_.wait_for(lock, patience, isRead) && dataBytes_ > longStream) changed_.wait(lock, isRead);
     takerWaits_ = false;
+    return isRead();
 }
 
 std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::take(const InputFile& file, std::uint32_t number) {
     std::unique_lock lock(mutex_);
     const auto job = jobs_.find({&file, number});
-    if (job == jobs_.end()) return nullptr;
-    waitFor(job->second, lock);
+    if (job == jobs_.end() || job->second.state == State::Unwanted) return nullptr;
+    if (job->second.state == State::Reading && !isReadSoon(job->second, lock)) {
+        job->second.state = State::Unwanted;
+        return nullptr;
+    }
     auto objects = std::move(job->second.objects);
     jobs_.erase(job);
     if (objects) {
@@ -53,11 +60,13 @@ std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::take(const InputFile
 }
 
 void ObjectStreamPrefetcher::forget(const InputFile& file) {
-    std::unique_lock lock(mutex_);
-    for (auto job = jobs_.lower_bound({&file, 0}); job != jobs_.end() && job->first.first == &file;) {
-        waitFor(job->second, lock);
+    const std::lock_guard lock(mutex_);
+    for (auto next = jobs_.lower_bound({&file, 0}); next != jobs_.end() && next->first.first == &file;) {
+        const auto job = next++;
+        if (job->second.state == State::Reading) job->second.state = State::Unwanted;
+        if (job->second.state == State::Unwanted) continue;
         if (job->second.objects) ahead_ -= job->second.objects->bytes().size();
-        job = jobs_.erase(job);
+        jobs_.erase(job);
     }
     wakeReader();
 }
@@ -82,14 +91,19 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
     order_.pop_front();
     const auto job = jobs_.find(key);
     if (job == jobs_.end() || job->second.state != State::Waiting) return;
-    job->second.state = State::Reading;  // keeps the job where it is until it is Ready
+    job->second.state = State::Reading;  // keeps the job where it is
     const std::shared_ptr<InputFile> input = job->second.file;
     const std::shared_ptr<const Decryptor> decryptor = job->second.decryptor;
     const std::uint64_t offset = job->second.offset;
     lock.unlock();
     if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input);
-    auto objects = read(*file_, decryptor.get(), key.second, offset);
+    auto objects = read(decryptor.get(), key.second, offset);
     lock.lock();
+    dataBytes_ = 0;
+    if (job->second.state == State::Unwanted) {
+        jobs_.erase(job);
+        return;
+    }
     if (objects) ahead_ += objects->bytes().size();
     job->second.objects = std::move(objects);
     job->second.state = State::Ready;
@@ -97,14 +111,15 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
 }
 
 /// Only a stream that describes itself without other objects can be read apart from the rest of its file.
-std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(BlockCache& file, const Decryptor* decryptor,
-                                                                 std::uint32_t number, std::uint64_t offset) {
+std::shared_ptr<const ObjectStream> ObjectStreamPrefetcher::read(const Decryptor* decryptor, std::uint32_t number,
+                                                                 std::uint64_t offset) {
     bool plain = true;
-    auto stream = readStreamAt(file, offset, [&plain](Reference) {
+    auto stream = readStreamAt(*file_, offset, [&plain](Reference) {
         plain = false;
         return Object();
     });
     if (!stream || !plain || stream->reference.number != number) return nullptr;
+    dataBytes_ = stream->data.size();
     for (const char* key : {"N", "First", "Filter", "DecodeParms"}) {
         if (stream->dictionary[key].reference()) return nullptr;
     }

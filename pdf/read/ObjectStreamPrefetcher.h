@@ -4,6 +4,8 @@
 #include "pdf/read/ObjectStream.h"
 #include "pdf/security/Decryptor.h"
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -41,7 +43,7 @@ public:
     void forget(const InputFile& file);
 
 private:
-    enum class State { Waiting, Reading, Ready };
+    enum class State { Waiting, Reading, Unwanted, Ready };  // Unwanted: still being read
     struct Job {
         std::shared_ptr<InputFile> file;
         std::shared_ptr<const Decryptor> decryptor;
@@ -53,13 +55,18 @@ private:
 
     void run();
     void wakeReader();
-    void waitFor(const Job& job, std::unique_lock<std::mutex>& lock);
+    [[nodiscard]] bool isReadSoon(const Job& job, std::unique_lock<std::mutex>& lock);
     void readNext(std::unique_lock<std::mutex>& lock);
-    [[nodiscard]] static std::shared_ptr<const ObjectStream> read(BlockCache& file, const Decryptor* decryptor,
-                                                                  std::uint32_t number, std::uint64_t offset);
+    [[nodiscard]] std::shared_ptr<const ObjectStream> read(const Decryptor* decryptor, std::uint32_t number,
+                                                           std::uint64_t offset);
 
     // Bytes inflated and not taken yet beyond which the thread waits.
     static constexpr std::size_t mostAhead = 3U << 20U;
+    // About as long as most streams take. With fewer processors than threads the one that reads may be interrupted for
+    // many times that.
+    static constexpr std::chrono::microseconds patience{100};
+    // Of a stream with more deflated data than this, which takes longer.
+    static constexpr std::size_t longStream = 64U << 10U;
 
     std::mutex mutex_;
     std::condition_variable changed_;
@@ -69,8 +76,9 @@ private:
     bool stop_ = false;
     bool readerWaits_ = false;
     bool takerWaits_ = false;
-    std::unique_ptr<BlockCache> file_;  // the thread's own
-    std::thread thread_;                // from the first streams on
+    std::unique_ptr<BlockCache> file_;        // the thread's own
+    std::atomic<std::size_t> dataBytes_ = 0;  // of the stream that it reads, once they are known
+    std::thread thread_;                      // from the first streams on
 };
 
 }  // namespace quillon::pdf

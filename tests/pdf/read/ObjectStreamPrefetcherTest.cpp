@@ -1,0 +1,129 @@
+#include "pdf/filter/Flate.h"
+#include "pdf/read/ObjectStreamPrefetcher.h"
+#include "tests/support/RawPdf.h"
+#include "tests/support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace quillon::pdf {
+namespace {
+
+using test::RawPdf;
+
+class ObjectStreamPrefetcherTest : public testing::Test {
+protected:
+    /// A file with object streams, each of one object: a string of `length` characters, which are all the last digit of
+    /// the stream's number.
+    void open(std::uint32_t count, std::size_t length) {
+        RawPdf pdf;
+        for (std::uint32_t number = 1; number <= count; ++number) {
+            std::string data;
+            const std::string value = '(' + std::string(length, static_cast<char>('0' + number % 10)) + ')';
+            Deflater(1).deflate(std::to_string(1000 + number) + " 0 " + value, data);
+            const std::string index = std::to_string(std::string_view("1000 0 ").size());
+            wanted.push_back({number, pdf.size()});
+            pdf.stream(static_cast<int>(number), "/Type/ObjStm/N 1/First " + index + "/Filter/FlateDecode", data);
+        }
+        file = InputFile::open(dir.write("in.pdf", pdf.bytes()));
+    }
+
+    /// What is wrong with a stream; empty if nothing is. Null is none.
+    static std::string faultOf(const ObjectStream& objects, std::uint32_t number, std::size_t length) {
+        if (objects.count() != 1 || objects.numberAt(0) != 1000 + number) return "another index";
+        const std::string value = '(' + std::string(length, static_cast<char>('0' + number % 10)) + ')';
+        return objects.textAt(0) == value ? "" : "another text";
+    }
+
+    test::TempDir dir;
+    std::shared_ptr<InputFile> file;
+    std::vector<ObjectStreamPrefetcher::Wanted> wanted;
+};
+
+TEST_F(ObjectStreamPrefetcherTest, GivesEachStreamOnce) {
+    constexpr std::size_t length = 1000;
+    open(50, length);
+    ObjectStreamPrefetcher prefetcher;
+    prefetcher.expect(file, wanted);
+    std::size_t given = 0;
+    for (const auto& [number, offset] : wanted) {
+        // Those at the end have been read by the time they are asked for, unless they are not read at all.
+        if (number > 40) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        const auto objects = prefetcher.take(*file, number);
+        if (objects) {
+            ++given;
+            EXPECT_EQ(faultOf(*objects, number, length), "") << number;
+        }
+        EXPECT_EQ(prefetcher.take(*file, number), nullptr) << number;
+    }
+    EXPECT_GT(given, 0U);
+}
+
+TEST_F(ObjectStreamPrefetcherTest, AStreamIsTakenOrGivenUpAtAnyMoment) {
+    constexpr std::size_t length = 300'000;
+    open(9, length);
+    for (int round = 0; round < 200; ++round) {
+        ObjectStreamPrefetcher prefetcher;
+        prefetcher.expect(file, wanted);
+        std::this_thread::sleep_for(std::chrono::microseconds(10 * round));
+        for (const auto& [number, offset] : wanted) {
+            const auto objects = prefetcher.take(*file, number);
+            if (objects) {
+                ASSERT_EQ(faultOf(*objects, number, length), "") << number;
+            }
+        }
+    }
+}
+
+TEST_F(ObjectStreamPrefetcherTest, ALongStreamIsWaitedFor) {
+    // Noise, which takes many times longer to inflate than the caller waits for others.
+    constexpr std::size_t length = 16U << 20U;
+    std::string noise(length, '\0');
+    std::uint32_t state = 1;
+    for (char& c : noise) c = static_cast<char>('A' + (state = state * 1664525 + 1013904223) / (UINT32_MAX / 32));
+    std::string data;
+    Deflater(1).deflate("7 0 (" + noise + ')', data);
+    RawPdf pdf;
+    wanted.push_back({1, pdf.size()});
+    pdf.stream(1, "/Type/ObjStm/N 1/First 4/Filter/FlateDecode", data);
+    file = InputFile::open(dir.write("in.pdf", pdf.bytes()));
+    std::shared_ptr<const ObjectStream> objects;
+    for (int round = 0; round < 20 && !objects; ++round) {
+        ObjectStreamPrefetcher prefetcher;
+        prefetcher.expect(file, wanted);
+        // Time to begin with it; on a busy machine it may not be enough.
+        std::this_thread::sleep_for(std::chrono::milliseconds(15));
+        objects = prefetcher.take(*file, 1);
+    }
+    ASSERT_NE(objects, nullptr);
+    EXPECT_TRUE(objects->textAt(0) == '(' + noise + ')');
+}
+
+TEST_F(ObjectStreamPrefetcherTest, WhatIsForgottenIsNotGiven) {
+    open(20, 100'000);
+    for (int round = 0; round < 50; ++round) {
+        ObjectStreamPrefetcher prefetcher;
+        prefetcher.expect(file, wanted);
+        static_cast<void>(prefetcher.take(*file, 1));
+        prefetcher.forget(*file);
+        for (const auto& [number, offset] : wanted) EXPECT_EQ(prefetcher.take(*file, number), nullptr) << number;
+    }
+}
+
+TEST_F(ObjectStreamPrefetcherTest, AStreamUnderAnotherNumberIsNotGiven) {
+    open(2, 100);
+    ObjectStreamPrefetcher prefetcher;
+    prefetcher.expect(file, {{7, wanted[0].offset}, {8, wanted[1].offset + 1}, {9, file->size() + 10}});
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    for (const std::uint32_t number : {7U, 8U, 9U}) EXPECT_EQ(prefetcher.take(*file, number), nullptr) << number;
+}
+
+}  // namespace
+}  // namespace quillon::pdf
