@@ -1,6 +1,7 @@
 #include "pdf/object/ContentBalance.h"
 
 #include "pdf/object/Characters.h"
+#include "pdf/object/StopFinder.h"
 
 #include <array>
 #include <cstddef>
@@ -10,7 +11,8 @@ namespace quillon::pdf {
 
 namespace {
 
-/// What may begin at a byte. Numbers, by far the most of any content, end nothing and are passed over byte by byte.
+/// What may begin at a byte. Numbers and the blanks between them, by far the most of any content, end nothing and are
+/// passed over many at a time.
 enum class Start : std::uint8_t { Blank, Operand, Keyword, Name, String, Angle, Open, Close, CloseAngle, Comment };
 
 constexpr auto starts = [] {
@@ -33,24 +35,18 @@ constexpr auto starts = [] {
     return table;
 }();
 
-constexpr auto stringStops = [] {
-    std::array<bool, 256> stops{};
-    for (const char c : std::string_view("()\\")) stops[static_cast<unsigned char>(c)] = true;
-    return stops;
-}();
-
 class Scanner {
 public:
-    explicit Scanner(std::string_view text) noexcept : text_(text) {}
+    explicit Scanner(std::string_view text) noexcept : text_(text), numbers_(text), strings_(text) {}
 
     bool run() noexcept {
-        while (at_ < text_.size()) {
-            const Start start = starts[static_cast<unsigned char>(text_[at_])];
-            if (start == Start::Blank || start == Start::Operand) {
-                operandsLeft_ = operandsLeft_ || start == Start::Operand;
-                ++at_;
-                continue;
-            }
+        while (true) {
+            const std::size_t begin = at_;
+            at_ = numbers_.findOther(at_);
+            const Start start = at_ < text_.size() ? startAt(at_) : Start::Blank;
+            // Whatever else follows says itself whether there are operands.
+            if (start == Start::Blank || start == Start::Comment) noteOperands(begin);
+            if (at_ == text_.size()) break;
             if (!step(start)) return false;
         }
         return saved_ == 0 && marked_ == 0 && open_ == 0 && !inText_ && !operandsLeft_;
@@ -85,7 +81,9 @@ private:
                 --open_;
                 at_ += 2;
                 break;
-            case Start::Blank:
+            case Start::Blank:  // a zero byte
+                ++at_;
+                return true;
             case Start::Operand:
                 break;
         }
@@ -93,16 +91,25 @@ private:
         return open_ >= 0;
     }
 
+    [[nodiscard]] Start startAt(std::size_t place) const noexcept {
+        return starts[static_cast<unsigned char>(text_[place])];
+    }
+
+    /// Looks for numbers from `begin` up to the present place.
+    void noteOperands(std::size_t begin) noexcept {
+        for (std::size_t i = begin; i < at_; ++i) operandsLeft_ = operandsLeft_ || startAt(i) == Start::Operand;
+    }
+
     void skipRegular() noexcept {
         while (at_ < text_.size() && isRegular(text_[at_])) ++at_;
     }
 
-    /// As skipLiteralString, but made for the short strings that are most of any text.
     bool string() noexcept {
         int depth = 0;
         while (at_ < text_.size()) {
+            at_ = strings_.find(at_);
+            if (at_ == text_.size()) break;
             const char c = text_[at_++];
-            if (!stringStops[static_cast<unsigned char>(c)]) continue;
             if (c == '\\') {
                 ++at_;
             } else if (c == '(') {
@@ -170,6 +177,8 @@ private:
     }
 
     std::string_view text_;
+    StopFinder<'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', '+', '-', '.', ' ', '\t', '\n', '\f', '\r'> numbers_;
+    StopFinder<'(', ')', '\\'> strings_;
     std::size_t at_ = 0;
     std::int64_t saved_ = 0;
     std::int64_t marked_ = 0;

@@ -11,8 +11,8 @@
 
 namespace quillon::pdf {
 
-/// Finds the characters `stops` of a text one after the other. Looks at 64 bytes at a time and remembers what it saw in
-/// them, which is several times faster than looking at each byte.
+/// Finds the characters `stops` of a text one after the other, or those that are none. Looks at 64 bytes at a time and
+/// remembers what it saw in them, which is several times faster than looking at each byte.
 template <char... stops>
 class StopFinder {
 public:
@@ -25,6 +25,18 @@ public:
             if (at >= end_) look(at);
             const std::uint64_t left = seen_ >> (at - begin_);
             if (left != 0) return at + static_cast<std::size_t>(std::countr_zero(left));
+            at = end_;
+        }
+        return text_.size();
+    }
+
+    /// The first place from `at` on that has none; the size of the text if all have. `at` never goes back.
+    [[nodiscard]] std::size_t findOther(std::size_t at) noexcept {
+        assert(at >= begin_);
+        while (at < text_.size()) {
+            if (at >= end_) look(at);
+            const std::uint64_t others = ~seen_ >> (at - begin_);
+            if (others != 0) return std::min(at + static_cast<std::size_t>(std::countr_zero(others)), text_.size());
             at = end_;
         }
         return text_.size();

@@ -156,12 +156,26 @@ void SourceDocument::readVersion(const Dictionary* catalog) {
     }
 }
 
+void SourceDocument::trim() {
+    reader_.trim();
+    pageOfText_ = nullptr;
+    pageText_ = {};
+}
+
 std::size_t SourceDocument::memory() const noexcept {
     constexpr std::size_t fixed = 2048;  // this object and the trailer
     return fixed + reader_.memory() + pages_->memory();
 }
 
-std::string SourceDocument::pageText(const PageTree::Page& page) {
+const std::string& SourceDocument::pageText(const PageTree::Page& page) {
+    if (pageOfText_ != &page) {
+        pageText_ = readPageText(page);
+        pageOfText_ = &page;
+    }
+    return pageText_;
+}
+
+std::string SourceDocument::readPageText(const PageTree::Page& page) {
     constexpr int mostLevels = 32;
     if (page.number == 0) return pages_->directPage(page);
     Reference reference{page.number, page.generation};
@@ -187,8 +201,8 @@ std::string SourceDocument::pageText(const PageTree::Page& page) {
 }
 
 Object SourceDocument::attribute(const PageTree::Page& page, InheritedAttribute attribute) {
-    const std::string text = pageText(page);
-    const std::string_view own = findValue(text, inheritedAttributeNames[static_cast<std::size_t>(attribute)]);
+    const std::string_view own =
+        findValue(pageText(page), inheritedAttributeNames[static_cast<std::size_t>(attribute)]);
     const Object value = reader_.resolve(own);
     return value.isNull() ? reader_.resolve(pages_->inherited(page, attribute)) : value;
 }

@@ -39,13 +39,13 @@ public:
     [[nodiscard]] CatalogKeys catalogKeys() const noexcept { return catalogKeys_; }
 
     /// Frees what was read of objects; the structure stays.
-    void trim() { reader_.trim(); }
+    void trim();
     /// Bytes of the structure.
     [[nodiscard]] std::size_t memory() const noexcept;
 
     /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a
-    /// page gives its first page.
-    [[nodiscard]] std::string pageText(const PageTree::Page& page);
+    /// page gives its first page. Valid until the next call, or `trim`; that of the same page again costs nothing.
+    [[nodiscard]] const std::string& pageText(const PageTree::Page& page);
     /// Whether `pageText` has met a node in the place of a page: the page tree must be read again without believing it.
     [[nodiscard]] bool wasMisled() const noexcept { return misled_; }
     /// MediaBox or CropBox, inherited if need be. Nothing when missing, or no rectangle, or without area.
@@ -62,6 +62,7 @@ private:
     bool readTree();
     bool collectPages();
     void readVersion(const Dictionary* catalog);
+    std::string readPageText(const PageTree::Page& page);
     Object attribute(const PageTree::Page& page, InheritedAttribute attribute);
 
     ObjectReader reader_;
@@ -71,6 +72,8 @@ private:
     Version version_ = 10;
     bool believeCounts_;
     bool misled_ = false;
+    std::string pageText_;  // of the page asked for last
+    const PageTree::Page* pageOfText_ = nullptr;
 };
 
 }  // namespace quillon::pdf

@@ -149,6 +149,7 @@ LineLayout layOutLine(const QString& text, const QString& family) {
     option.setFlags(QTextOption::IncludeTrailingSpaces);
     QTextLayout layout(singleLine(text), font);
     layout.setTextOption(option);
+    layout.setCacheEnabled(true);  // otherwise the glyphs are forgotten here and found a second time below
     layout.beginLayout();
     QTextLine line = layout.createLine();
     if (line.isValid()) line.setNumColumns(std::numeric_limits<int>::max());
