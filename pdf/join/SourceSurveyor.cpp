@@ -50,7 +50,7 @@ bool SourceSurveyor::isWorthReading(std::size_t index) const {
 
 void SourceSurveyor::discard(std::unique_ptr<SourceDocument> document) {
     document->reader().file().clear();  // blocks are mostly the caller's own memory
-    const std::size_t bytes = document->memory() + document->reader().textInMemory();
+    const std::size_t bytes = document->memory() + document->textInMemory();
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable() || bytesDiscarded_ + bytes > mostDiscarded) return;
     discarded_.push_back(std::move(document));
@@ -78,7 +78,7 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     // Of a source that is not whole only the names are kept that links use.
     if (!isFirst && survey.isWhole) survey.readExplicit(reader);
     if (!isFirst && survey.isWhole) reader.loadObjectStreams();
-    const std::size_t bytes = reader.textInMemory() + reader.file().memory();
+    const std::size_t bytes = access.document()->textInMemory() + reader.file().memory();
     Ready ready{std::move(survey), bytes, plan.source()->file(), {}, reader.decryptor()};
     if (!isFirst) ready.streams = reader.objectStreams();
     return ready;

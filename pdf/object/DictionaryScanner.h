@@ -44,8 +44,9 @@ private:
 [[nodiscard]] std::string decodedKey(std::string_view key);
 
 namespace detail {
+/// For a key that is longer than the name.
 [[nodiscard]] bool escapedKeyIs(std::string_view key, std::string_view name);
-}
+}  // namespace detail
 
 /// Whether a key as written in a file means `name`; `#xx` escapes are honoured.
 [[nodiscard]] inline bool keyIs(std::string_view key, std::string_view name) {

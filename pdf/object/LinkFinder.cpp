@@ -82,11 +82,13 @@ struct Surroundings {
     }
 };
 
-/// Whether the array that begins with the text begins with a reference, to its page.
+/// Whether the first element of the array at the beginning of `text`, which need not be closed, is a reference: that of
+/// a page.
 bool namesPage(std::string_view text) {
     const std::size_t begin = skipBlank(text, 1);
     if (begin == text.size() || !isDigit(text[begin])) return false;
-    return text[skipValue(text, begin).value_or(begin + 1) - 1] == 'R';
+    const auto end = skipValue(text, begin);
+    return end && text[*end - 1] == 'R';
 }
 
 }  // namespace

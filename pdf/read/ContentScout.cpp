@@ -43,8 +43,7 @@ ContentScout::~ContentScout() {
 void ContentScout::expect(SourceDocument& document, const PageTree::Page& page) {
     // What is enciphered needs keys, which are the document's.
     if (document.isEncrypted()) return;
-    const std::string text = document.pageText(page);
-    const auto stream = onlyStream(findValue(text, "Contents"));
+    const auto stream = onlyStream(findValue(document.pageText(page), "Contents"));
     ObjectReader& reader = document.reader();
     if (!stream || !reader.exists(*stream)) return;
     const CrossReferenceEntry entry = reader.table().entries.get(stream->number);

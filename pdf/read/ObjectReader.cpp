@@ -291,11 +291,13 @@ std::optional<std::int64_t> ObjectReader::integer(std::string_view text) {
         return isWhole ? std::optional(static_cast<std::int64_t>(*number)) : std::nullopt;
     };
     if (const auto number = plain(text)) return number;
-    if (const auto reference = plainReference(text)) {
-        const auto object = findWhole(*reference);
-        if (const auto number = object ? plain(object->value()) : std::nullopt) return number;
-    }
-    return resolve(text).integer();
+    const auto reference = plainReference(text);
+    if (!reference) return resolve(text).integer();
+    const auto object = findWhole(*reference);
+    if (!object) return std::nullopt;
+    const std::string_view value = object->value();
+    if (const auto number = plain(value.substr(skipBlank(value, 0)))) return number;
+    return resolve(Parser(object->text()).parse()).integer();
 }
 
 StreamExtent ObjectReader::streamExtent(std::uint32_t number, std::string_view length, std::uint64_t data) {

@@ -32,8 +32,8 @@ void ObjectStreamPrefetcher::wakeReader() {
     if (readerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
 }
 
-/// Waits for a stream that is being read, but only a little while for one that the caller can read as quickly. A long
-/// one is not to be in memory twice.
+/// Waits a little while for a stream that is being read; to its end once its data is there and turns out to be long, so
+/// that hardly any takes much memory and work twice.
 bool ObjectStreamPrefetcher::isReadSoon(const Job& job, std::unique_lock<std::mutex>& lock) {
     const auto isRead = [&job] { return job.state == State::Ready; };
     takerWaits_ = true;
@@ -102,6 +102,9 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
     dataBytes_ = 0;
     if (job->second.state == State::Unwanted) {
         jobs_.erase(job);
+        lock.unlock();
+        objects.reset();
+        lock.lock();
         return;
     }
     if (objects) ahead_ += objects->bytes().size();

@@ -37,9 +37,11 @@ public:
     /// `decryptor` deciphers them; null where they are not enciphered.
     void expect(const std::shared_ptr<InputFile>& file, const std::vector<Wanted>& streams,
                 const std::shared_ptr<const Decryptor>& decryptor = nullptr);
-    /// The stream, each once; null when the caller must read it itself.
+    // The next two are for one thread, the one that copies.
+    /// The stream, each once; null when the caller must read it itself. Waits for one that is just being read, but if
+    /// its data is short or not there yet only a moment.
     [[nodiscard]] std::shared_ptr<const ObjectStream> take(const InputFile& file, std::uint32_t number);
-    /// Drops what was announced of `file` and not taken.
+    /// Drops what was announced of `file` and not taken. What is just being read may be read to its end.
     void forget(const InputFile& file);
 
 private:

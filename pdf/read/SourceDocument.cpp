@@ -168,9 +168,12 @@ std::size_t SourceDocument::memory() const noexcept {
 }
 
 const std::string& SourceDocument::pageText(const PageTree::Page& page) {
-    if (pageOfText_ != &page) {
+    // What is found while the file is being repaired is read once more.
+    const bool isRecovered = reader_.table().recovered;
+    if (pageOfText_ != &page || wasRecovered_ != isRecovered) {
         pageText_ = readPageText(page);
         pageOfText_ = &page;
+        wasRecovered_ = isRecovered;
     }
     return pageText_;
 }

@@ -42,6 +42,8 @@ public:
     void trim();
     /// Bytes of the structure.
     [[nodiscard]] std::size_t memory() const noexcept;
+    /// Bytes of objects that are kept until `trim`.
+    [[nodiscard]] std::size_t textInMemory() const noexcept { return reader_.textInMemory() + pageText_.capacity(); }
 
     /// The text of the dictionary of a page, well-formed; empty when it cannot be read. A node that the tree took for a
     /// page gives its first page. Valid until the next call, or `trim`; that of the same page again costs nothing.
@@ -74,6 +76,7 @@ private:
     bool misled_ = false;
     std::string pageText_;  // of the page asked for last
     const PageTree::Page* pageOfText_ = nullptr;
+    bool wasRecovered_ = false;  // the file had been scanned by the time that it was read
 };
 
 }  // namespace quillon::pdf

@@ -3,6 +3,7 @@
 #include "pdf/read/ObjectReader.h"
 #include "pdf/write/ObjectPlaces.h"
 #include "pdf/write/ObjectSink.h"
+#include "pdf/write/ObjectStreamIndex.h"
 #include "pdf/write/OutputPipeline.h"
 #include "pdf/write/StreamIndex.h"
 

@@ -17,7 +17,7 @@ static_assert(std::endian::native == std::endian::little);
 /// The bytes of a row, of which only the first count: the longest has eleven.
 using Row = std::array<std::uint64_t, 2>;
 
-/// The fields are given as numbers; `width` is that of `place` in bytes, 1 to 8.
+/// The fields are given as numbers; `place` fits `width` bytes, 1 to 8.
 Row rowOf(std::uint64_t type, std::uint64_t place, std::uint64_t index, unsigned width) noexcept {
     __extension__ using Wide = unsigned __int128;
     const Wide value = Wide{type} << (8 * width + 16) | Wide{place} << 16U | index;

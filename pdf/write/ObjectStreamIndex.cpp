@@ -1,10 +1,12 @@
 #include "pdf/write/ObjectStreamIndex.h"
 
+#include <cassert>
 #include <charconv>
 
 namespace quillon::pdf {
 
 void writeObjectStreamIndex(std::span<const PackedObject> objects, std::string& body) noexcept {
+    assert(body.size() >= 22 * objects.size());
     char* at = body.data();
     char* const end = at + body.size();
     for (const PackedObject& object : objects) {

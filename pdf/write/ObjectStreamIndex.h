@@ -14,7 +14,7 @@ struct PackedObject {
 
 /// Writes the index that an object stream begins with (ISO 32000-2, 7.5.7) over the blanks at the beginning of `body`.
 /// There must be room for two numbers of ten digits and a blank behind each for every object; what is not needed stays
-/// blank.
+/// blank. May be done again.
 void writeObjectStreamIndex(std::span<const PackedObject> objects, std::string& body) noexcept;
 
 }  // namespace quillon::pdf

@@ -53,7 +53,7 @@ public:
     /// beginning of `bytes`.
     void write(std::string bytes, std::vector<Placed> objects, std::vector<Sealed> sealed = {});
     /// Object stream `number`: `dictionary` is the text of its entries but for `Length` and `Filter`. The index of
-    /// `objects` is yet to be written into `body`, which is then deflated with `codes`.
+    /// `objects` is written into `body`, see writeObjectStreamIndex, before that is deflated with `codes`.
     void writeObjectStream(std::uint32_t number, std::string dictionary, std::string body,
                            std::vector<PackedObject> objects, std::shared_ptr<const DeflateCodes> codes);
     /// A stream's data, one byte at least, that is copied from a file when its turn comes. A file that has become

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+
 namespace quillon::pdf {
 namespace {
 
@@ -26,6 +29,22 @@ TEST(ContentBalance, ClosingWhatIsNotOpenIsNot) {
     for (const char* content : {"Q", "Q q", "q Q Q q", "ET", "BT BT ET", "EMC /P BMC", "] [", ">> <<"}) {
         EXPECT_FALSE(isBalanced(content)) << content;
     }
+}
+
+TEST(ContentBalance, NumbersAndStringsOfAnyLengthArePassedOver) {
+    for (std::size_t length = 0; length < 200; ++length) {
+        const std::string numbers = std::string(length, ' ') + "1.5 " + std::string(length, '7') + "\t\r\n-3";
+        const std::string text = '(' + std::string(length, 'Q') + "\\)(" + std::string(length, '9') + "))";
+        EXPECT_TRUE(isBalanced("q " + numbers + " cm " + text + "Tj Q" + std::string(length, ' '))) << length;
+        EXPECT_FALSE(isBalanced("q " + numbers + " cm " + text + "Tj Q " + numbers)) << length;
+        EXPECT_FALSE(isBalanced("q " + numbers + " cm Q " + numbers + "% end\n")) << length;
+        EXPECT_FALSE(isBalanced(numbers + " cm Q " + text + "Tj q")) << length;
+    }
+}
+
+TEST(ContentBalance, AZeroByteIsABlank) {
+    EXPECT_TRUE(isBalanced(std::string_view("q\0\0 1\0\0002 m\0Q\0", 13)));
+    EXPECT_FALSE(isBalanced(std::string_view("q Q 1\0", 6)));
 }
 
 TEST(ContentBalance, InlineImagesAreSteppedOver) {

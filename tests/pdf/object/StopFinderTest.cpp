@@ -55,5 +55,30 @@ TEST(StopFinder, FindsInTextsOfAnyLengthWhatIsThere) {
     }
 }
 
+TEST(StopFinder, FindsWhatIsNoStop) {
+    StopFinder<'a', 'b'> finder("abcab");
+    EXPECT_EQ(finder.findOther(0), 2U);
+    EXPECT_EQ(finder.findOther(2), 2U);
+    EXPECT_EQ(finder.findOther(3), 5U);
+    EXPECT_EQ(finder.findOther(100), 5U);
+    EXPECT_EQ((StopFinder<'a'>("").findOther(0)), 0U);
+}
+
+TEST(StopFinder, FindsWhatIsNoStopInTextsOfAnyLength) {
+    for (std::size_t length = 0; length < 300; ++length) {
+        // What stands behind the end is no stop, and must not count.
+        const std::string stops = std::string(length, 'a') + "bbbb";
+        const std::string_view text = std::string_view(stops).substr(0, length);
+        ASSERT_EQ((StopFinder<'a'>(text).findOther(0)), length);
+        for (std::size_t place = 0; place < length; ++place) {
+            std::string other(text);
+            other[place] = '\0';
+            StopFinder<'a'> finder(other);
+            ASSERT_EQ(finder.findOther(0), place) << length;
+            ASSERT_EQ(finder.findOther(place + 1), length) << place;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace quillon::pdf

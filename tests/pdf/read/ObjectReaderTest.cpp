@@ -109,6 +109,21 @@ TEST_F(ObjectReading, AnIndirectLengthIsFollowed) {
     EXPECT_EQ(marks(withContent(stream, std::to_string(content.size()))), Strings{"one"});
     EXPECT_EQ(marks(withContent(stream, "3")), Strings{"one"});
     EXPECT_EQ(marks(withContent(stream, "null")), Strings{"one"});
+    // Nothing is repaired, so each of these is read as the number that it is.
+    const std::string length = std::to_string(content.size());
+    for (const std::string& written : {" " + length, "% of it\n" + length + " ", "+" + length, length + ".0"}) {
+        EXPECT_EQ(open(withContent(stream, written))->warnings(), Strings()) << written;
+    }
+}
+
+TEST_F(ObjectReading, OnlyNullAndWhatDoesNotExistIsNull) {
+    const auto source = open(RawPdf().catalogOf({3}).page(3, "one").table().bytes());
+    SourceAccess access(*source);
+    ObjectReader& reader = access.document()->reader();
+    for (const char* value : {"null", "99 0 R", "3 7 R"}) EXPECT_TRUE(reader.isNull(value)) << value;
+    for (const char* value : {"3 0 R", "[null]", "/null", "(null)", "<6e>", "<<>>", "<</A null>>", "0", "false"}) {
+        EXPECT_FALSE(reader.isNull(value)) << value;
+    }
 }
 
 TEST_F(ObjectReading, LengthsThatReferToEachOtherAreSearched) {

@@ -57,6 +57,28 @@ TEST_F(SourceTest, TheStructureIsReadAgainWhenItWasDropped) {
     EXPECT_EQ(access.document()->pages().pages().size(), 3U);
 }
 
+TEST_F(SourceTest, TheTextOfAPageIsThatOfTheObjectAsItIsFound) {
+    RawPdf pdf;
+    pdf.catalogOf({3, 5}).page(3, "one", "/Parent 2 0 R/MediaBox[0 0 100 100]").page(5, "two");
+    // An object of the same number that no table knows, but a search of the file finds.
+    const std::string other = "3 0 obj\n<</Type/Page/Parent 2 0 R/MediaBox[0 0 999 999]>>\nendobj\n";
+    pdf.raw(other).table();
+    const auto source = open(pdf.bytes());
+    SourceAccess access(*source);
+    SourceDocument& document = *access.document();
+    const auto& pages = document.pages().pages();
+    ASSERT_EQ(pages.size(), 2U);
+    EXPECT_NE(document.pageText(pages[0]).find("100 100"), std::string::npos);
+    EXPECT_EQ(document.pageText(pages[1]).find("100 100"), std::string::npos);
+    EXPECT_NE(document.pageText(pages[0]).find("100 100"), std::string::npos);
+    EXPECT_GE(document.textInMemory(), document.pageText(pages[0]).size());
+    EXPECT_TRUE(document.reader().recover("the file was scanned for objects"));
+    EXPECT_NE(document.pageText(pages[0]).find("999 999"), std::string::npos);
+    document.trim();
+    EXPECT_LT(document.textInMemory(), 100U);
+    EXPECT_NE(document.pageText(pages[0]).find("999 999"), std::string::npos);
+}
+
 TEST_F(SourceTest, TheVersionIsTheHigherOfHeaderAndCatalog) {
     const auto versionOf = [this](const std::string& header, const std::string& entry) {
         RawPdf pdf(header);
