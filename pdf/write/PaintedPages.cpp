@@ -106,7 +106,8 @@ std::uint32_t PaintedPages::writeForm(std::string entries, const PageValues& val
 std::string PaintedPages::writeResources(const PageValues& values, const std::vector<PaintWriter::Needed>& needed,
                                          std::string& out) {
     const Object object = document_.reader().resolve(values.resources);
-    const Dictionary own = object.dictionary() ? *object.dictionary() : Dictionary();
+    static const Dictionary none;
+    const Dictionary& own = object.dictionary() ? *object.dictionary() : none;
     out += "/Resources";
     if (!values.inheritsResources && !values.resources.ends_with('R')) {
         return writer_.writeResources(own, needed, origin(), out);
@@ -125,6 +126,10 @@ std::string PaintedPages::writeResources(const PageValues& values, const std::ve
 PaintWriter::Origin PaintedPages::origin() {
     return {[this](const Object& object) { return document_.reader().resolve(object); },
             [this](const Object& object, std::string& out) {
+                if (const Reference* reference = object.reference()) {
+                    writeReference(out, copier_.copyReference(*reference));
+                    return;
+                }
                 std::string text;
                 object.write(text);
                 copier_.copyValue(text, nullptr, out);
