@@ -32,8 +32,7 @@ void ObjectStreamPrefetcher::wakeReader() {
     if (readerWaits_ && ahead_ <= mostAhead / 2) changed_.notify_all();
 }
 
-/// Waits a little while for a stream that is being read; to its end once its data is there and turns out to be long, so
-/// that hardly any takes much memory and work twice.
+/// Waits a little while for a stream that is being read; to its end if it has much data, once that is there.
 bool ObjectStreamPrefetcher::isReadSoon(const Job& job, std::unique_lock<std::mutex>& lock) {
     const auto isRead = [&job] { return job.state == State::Ready; };
     takerWaits_ = true;

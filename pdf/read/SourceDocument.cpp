@@ -159,7 +159,7 @@ void SourceDocument::readVersion(const Dictionary* catalog) {
 void SourceDocument::trim() {
     reader_.trim();
     pageOfText_ = nullptr;
-    pageText_ = {};
+    std::string().swap(pageText_);  // an assignment would keep the memory
 }
 
 std::size_t SourceDocument::memory() const noexcept {

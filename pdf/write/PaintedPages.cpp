@@ -30,9 +30,7 @@ void PaintedPages::writeEntries(const PageTree::Page& page, const Painting& pain
     } else if (!streams.empty()) {
         out += std::to_string(writer_.addContent({}, "q")) + " 0 R ";
         for (const Reference& stream : streams) {
-            std::string text;
-            Object(stream).write(text);
-            copier_.copyValue(text, nullptr, out);
+            writeReference(out, copier_.copyReference(stream));
             out += ' ';
         }
         out += std::to_string(writer_.addContent({}, "Q")) + " 0 R ";

@@ -109,11 +109,17 @@ TEST_F(ObjectReading, AnIndirectLengthIsFollowed) {
     EXPECT_EQ(marks(withContent(stream, std::to_string(content.size()))), Strings{"one"});
     EXPECT_EQ(marks(withContent(stream, "3")), Strings{"one"});
     EXPECT_EQ(marks(withContent(stream, "null")), Strings{"one"});
-    // Nothing is repaired, so each of these is read as the number that it is.
+    const auto warnings = [&](const std::string& length) {
+        const auto source = open(withContent(stream, length));
+        static_cast<void>(write(planOf({source})));
+        return source->warnings().size();
+    };
+    // Where nothing is repaired it was read as the number that it is.
     const std::string length = std::to_string(content.size());
-    for (const std::string& written : {" " + length, "% of it\n" + length + " ", "+" + length, length + ".0"}) {
-        EXPECT_EQ(open(withContent(stream, written))->warnings(), Strings()) << written;
+    for (const std::string& written : {length, " " + length, "% of it\n" + length + " ", "+" + length}) {
+        EXPECT_EQ(warnings(written), 0U) << written;
     }
+    for (const char* wrong : {"3", "null", "(3)", "-1"}) EXPECT_EQ(warnings(wrong), 1U) << wrong;
 }
 
 TEST_F(ObjectReading, OnlyNullAndWhatDoesNotExistIsNull) {

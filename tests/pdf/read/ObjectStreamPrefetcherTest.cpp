@@ -76,20 +76,19 @@ TEST_F(ObjectStreamPrefetcherTest, AStreamIsTakenOrGivenUpAtAnyMoment) {
     constexpr std::size_t length = 300'000;
     open(9, length);
     std::size_t given = 0;
-    std::size_t givenUp = 0;
-    for (int round = 0; round < 200; ++round) {
+    const auto end = Clock::now() + longest;
+    for (int round = 0; round < 200 || (given == 0 && Clock::now() < end); ++round) {
         ObjectStreamPrefetcher prefetcher;
         prefetcher.expect(file, wanted);
         std::this_thread::sleep_for(std::chrono::microseconds(10 * round));
         for (const auto& [number, offset] : wanted) {
             const auto objects = prefetcher.take(*file, number);
-            (objects ? given : givenUp) += 1;
-            if (objects) {
-                ASSERT_EQ(faultOf(*objects, number, length), "") << number;
-            }
+            if (!objects) continue;
+            ++given;
+            ASSERT_EQ(faultOf(*objects, number, length), "") << number;
         }
     }
-    EXPECT_EQ(given + givenUp, 200 * wanted.size());
+    EXPECT_GT(given, 0U);
 }
 
 TEST_F(ObjectStreamPrefetcherTest, ALongStreamIsWaitedForOnceItsDataIsThere) {
@@ -111,13 +110,14 @@ TEST_F(ObjectStreamPrefetcherTest, ALongStreamIsWaitedForOnceItsDataIsThere) {
     const auto whole = Clock::now() - begin;
     // Asked for at moments all over the time that it takes to be read, until one hits that in which it is inflated.
     bool isWaitedFor = false;
-    for (int round = 0; !isWaitedFor && Clock::now() < begin + longest; ++round) {
+    const auto end = Clock::now() + longest;
+    for (int round = 0; !isWaitedFor && Clock::now() < end; ++round) {
         ObjectStreamPrefetcher prefetcher;
         prefetcher.expect(file, wanted);
         std::this_thread::sleep_for(whole * (round % 20) / 20);
         const auto asked = Clock::now();
         const auto objects = prefetcher.take(*file, 1);
-        isWaitedFor = objects && Clock::now() > asked + 1ms;
+        isWaitedFor = objects && Clock::now() > asked + whole / 8;
         if (objects) {
             ASSERT_TRUE(objects->textAt(0) == '(' + noise + ')');
         }
@@ -128,21 +128,27 @@ TEST_F(ObjectStreamPrefetcherTest, ALongStreamIsWaitedForOnceItsDataIsThere) {
 TEST_F(ObjectStreamPrefetcherTest, WhatIsForgottenIsNotGiven) {
     constexpr std::size_t length = 100'000;
     open(20, length);
-    for (int round = 0; round < 50; ++round) {
-        ObjectStreamPrefetcher prefetcher;
+    ObjectStreamPrefetcher prefetcher;
+    // Far more than it reads ahead in all, so that what is forgotten must not count.
+    for (int round = 0; round < 100; ++round) {
         prefetcher.expect(file, wanted);
-        std::this_thread::sleep_for(std::chrono::microseconds(20 * round));
+        std::this_thread::sleep_for(std::chrono::microseconds(50 * round));
         static_cast<void>(prefetcher.take(*file, 1));
         prefetcher.forget(*file);
         for (const auto& [number, offset] : wanted) EXPECT_EQ(prefetcher.take(*file, number), nullptr) << number;
-        // Even if one of them is still being read.
+    }
+    std::size_t given = 0;
+    for (auto pause = 1ms; given == 0 && pause < longest; pause *= 2) {
         prefetcher.expect(file, wanted);
+        std::this_thread::sleep_for(pause);
         for (const auto& [number, offset] : wanted) {
-            if (const auto objects = prefetcher.take(*file, number)) {
-                EXPECT_EQ(faultOf(*objects, number, length), "") << number;
-            }
+            const auto objects = prefetcher.take(*file, number);
+            if (!objects) continue;
+            ++given;
+            EXPECT_EQ(faultOf(*objects, number, length), "") << number;
         }
     }
+    EXPECT_GT(given, 0U);
 }
 
 TEST_F(ObjectStreamPrefetcherTest, AStreamUnderAnotherNumberIsNotGiven) {

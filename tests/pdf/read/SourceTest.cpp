@@ -61,7 +61,8 @@ TEST_F(SourceTest, TheTextOfAPageIsThatOfTheObjectAsItIsFound) {
     RawPdf pdf;
     pdf.catalogOf({3, 5}).page(3, "one", "/Parent 2 0 R/MediaBox[0 0 100 100]").page(5, "two");
     // An object of the same number that no table knows, but a search of the file finds.
-    const std::string other = "3 0 obj\n<</Type/Page/Parent 2 0 R/MediaBox[0 0 999 999]>>\nendobj\n";
+    const std::string other =
+        "3 0 obj\n<</Type/Page/Parent 2 0 R/MediaBox[0 0 999 999]/Pad(" + std::string(1000, 'x') + ")>>\nendobj\n";
     pdf.raw(other).table();
     const auto source = open(pdf.bytes());
     SourceAccess access(*source);
@@ -75,7 +76,7 @@ TEST_F(SourceTest, TheTextOfAPageIsThatOfTheObjectAsItIsFound) {
     EXPECT_TRUE(document.reader().recover("the file was scanned for objects"));
     EXPECT_NE(document.pageText(pages[0]).find("999 999"), std::string::npos);
     document.trim();
-    EXPECT_LT(document.textInMemory(), 100U);
+    EXPECT_LE(document.textInMemory(), std::string().capacity());
     EXPECT_NE(document.pageText(pages[0]).find("999 999"), std::string::npos);
 }
 
