@@ -104,6 +104,7 @@ private:
         while (at_ < text_.size() && isRegular(text_[at_])) ++at_;
     }
 
+    /// As skipLiteralString, but it goes on with the bytes that were looked at for the string before.
     bool string() noexcept {
         int depth = 0;
         while (at_ < text_.size()) {

@@ -268,11 +268,12 @@ std::optional<std::size_t> ReferenceRewriter<Mapper>::scalar(std::string_view te
         writeReference(out, mapper_(*target));
         return end;
     }
+    // Which string it is does not matter.
     const bool isString = whole.front() == '(' || whole.front() == '<';
-    const Object object = isString ? Object() : Parser(whole).parse();
+    const Object object = isString ? Object(std::string()) : Parser(whole).parse();
     if (const Reference* target = object.reference()) {
         writeReference(out, mapper_(*target));
-    } else if (object.isNull() && !isString) {
+    } else if (object.isNull()) {
         writeReference(out, 0);  // also for a stray keyword
     } else {
         if (!out.empty() && isRegular(out.back()) && isRegular(whole.front())) out += ' ';

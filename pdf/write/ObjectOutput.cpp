@@ -63,11 +63,13 @@ void ObjectOutput::flushBody() {
     if (packed_.empty()) return;
     const std::uint32_t stream = reserve();
     for (std::size_t i = 0; i < packed_.size(); ++i) places_.setInStream(packed_[i].number, stream, i);
+    std::string entries = "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom);
     if (bodies_++ % bodiesOfCodes == 0) {
-        writeObjectStreamIndex(packed_, body_);  // which is part of the sample
+        // The index is part of the sample, so here it is not left to the pipeline.
+        writeObjectStreamIndex(packed_, body_);
+        packed_.clear();
         codes_ = std::make_shared<const DeflateCodes>(body_);
     }
-    std::string entries = "/Type/ObjStm/N " + std::to_string(packed_.size()) + "/First " + std::to_string(indexRoom);
     pipeline_.writeObjectStream(stream, std::move(entries), std::move(body_), std::move(packed_), codes_);
     body_ = pipeline_.buffer(indexRoom + bodyBytes);
     beginBody();

@@ -92,9 +92,9 @@ private:
     static constexpr std::size_t longestPacked = 16U << 20U;
     // Object streams that are deflated with the same codes: objects of a document resemble each other.
     static constexpr std::size_t bodiesOfCodes = 32;
-    // The index of an object stream is written in front of the objects when all are there: at most two numbers of ten
-    // digits each. What it does not need stays blank, and deflates to nothing.
-    static constexpr std::size_t indexRoom = bodyObjects * 22;
+    // The index of an object stream is written in front of the objects when all are there. What it does not need stays
+    // blank, and deflates to nothing.
+    static constexpr std::size_t indexRoom = bodyObjects * indexBytesOfObject;
     static constexpr std::size_t chunkBytes = 64 * 1024;
     // Enciphered data up to this length is deciphered in memory.
     static constexpr std::uint64_t mostInMemory = 4U << 20U;

@@ -6,7 +6,7 @@
 namespace quillon::pdf {
 
 void writeObjectStreamIndex(std::span<const PackedObject> objects, std::string& body) noexcept {
-    assert(body.size() >= 22 * objects.size());
+    assert(body.size() >= indexBytesOfObject * objects.size());
     char* at = body.data();
     char* const end = at + body.size();
     for (const PackedObject& object : objects) {

@@ -48,6 +48,18 @@ protected:
         return objects.textAt(0) == value ? "" : "another text";
     }
 
+    /// Asks for all streams and looks at those that are given. Returns how many that are.
+    std::size_t takeAll(ObjectStreamPrefetcher& prefetcher, std::size_t length) const {
+        std::size_t given = 0;
+        for (const auto& [number, offset] : wanted) {
+            const auto objects = prefetcher.take(*file, number);
+            if (!objects) continue;
+            ++given;
+            EXPECT_EQ(faultOf(*objects, number, length), "") << number;
+        }
+        return given;
+    }
+
     test::TempDir dir;
     std::shared_ptr<InputFile> file;
     std::vector<ObjectStreamPrefetcher::Wanted> wanted;
@@ -61,13 +73,8 @@ TEST_F(ObjectStreamPrefetcherTest, GivesEachStreamOnce) {
         ObjectStreamPrefetcher prefetcher;
         prefetcher.expect(file, wanted);
         std::this_thread::sleep_for(pause);
-        for (const auto& [number, offset] : wanted) {
-            if (const auto objects = prefetcher.take(*file, number)) {
-                ++given;
-                EXPECT_EQ(faultOf(*objects, number, length), "") << number;
-            }
-            EXPECT_EQ(prefetcher.take(*file, number), nullptr) << number;
-        }
+        given = takeAll(prefetcher, length);
+        EXPECT_EQ(takeAll(prefetcher, length), 0U);
     }
     EXPECT_GT(given, 0U);
 }
@@ -81,12 +88,7 @@ TEST_F(ObjectStreamPrefetcherTest, AStreamIsTakenOrGivenUpAtAnyMoment) {
         ObjectStreamPrefetcher prefetcher;
         prefetcher.expect(file, wanted);
         std::this_thread::sleep_for(std::chrono::microseconds(10 * round));
-        for (const auto& [number, offset] : wanted) {
-            const auto objects = prefetcher.take(*file, number);
-            if (!objects) continue;
-            ++given;
-            ASSERT_EQ(faultOf(*objects, number, length), "") << number;
-        }
+        given += takeAll(prefetcher, length);
     }
     EXPECT_GT(given, 0U);
 }
@@ -135,18 +137,13 @@ TEST_F(ObjectStreamPrefetcherTest, WhatIsForgottenIsNotGiven) {
         std::this_thread::sleep_for(std::chrono::microseconds(50 * round));
         static_cast<void>(prefetcher.take(*file, 1));
         prefetcher.forget(*file);
-        for (const auto& [number, offset] : wanted) EXPECT_EQ(prefetcher.take(*file, number), nullptr) << number;
+        EXPECT_EQ(takeAll(prefetcher, length), 0U);
     }
     std::size_t given = 0;
     for (auto pause = 1ms; given == 0 && pause < longest; pause *= 2) {
         prefetcher.expect(file, wanted);
         std::this_thread::sleep_for(pause);
-        for (const auto& [number, offset] : wanted) {
-            const auto objects = prefetcher.take(*file, number);
-            if (!objects) continue;
-            ++given;
-            EXPECT_EQ(faultOf(*objects, number, length), "") << number;
-        }
+        given = takeAll(prefetcher, length);
     }
     EXPECT_GT(given, 0U);
 }

@@ -95,12 +95,13 @@ TEST_F(OutputPipelineTest, WritesTheIndexOfAnObjectStream) {
     const auto file = OutputFile::create(dir.file("out"));
     OutputPipeline pipeline(*file);
     const auto codes = std::make_shared<const DeflateCodes>("an object");
-    pipeline.writeObjectStream(1, "/N 2", std::string(20, ' ') + "true\nfalse\n", {{17, 0}, {4, 5}}, codes);
+    pipeline.writeObjectStream(1, "/N 2", std::string(2 * indexBytesOfObject, ' ') + "true\nfalse\n", {{17, 0}, {4, 5}},
+                               codes);
     EXPECT_TRUE(pipeline.finish());
     EXPECT_TRUE(file->commit(false));
     const std::string text = contentOf(dir.file("out"));
     const std::size_t data = text.find("stream\n") + std::string_view("stream\n").size();
-    EXPECT_EQ(inflate(std::string_view(text).substr(data), 1000), "17 0 4 5" + std::string(12, ' ') + "true\nfalse\n");
+    EXPECT_EQ(inflate(std::string_view(text).substr(data), 1000), "17 0 4 5" + std::string(36, ' ') + "true\nfalse\n");
 }
 
 TEST_F(OutputPipelineTest, CopiesRangesOfAFile) {
