@@ -34,7 +34,7 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
         result->index_.push_back({static_cast<std::uint32_t>(*number), static_cast<std::uint32_t>(place)});
     }
     result->mayHaveValueKey_ = pdf::mayHaveValueKey(text);
-    if (!std::ranges::is_sorted(result->index_, {}, &Place::number)) result->sortNumbers();
+    if (result->index_.size() > shortIndex) result->sortNumbers();
     return result;
 }
 
@@ -52,10 +52,9 @@ std::string_view ObjectStream::textAt(std::size_t index) const noexcept {
 
 std::optional<std::size_t> ObjectStream::find(std::uint32_t number, std::size_t hint) const noexcept {
     if (hint < index_.size() && index_[hint].number == number) return hint;
-    if (byNumber_.empty()) {
-        const auto found = std::ranges::lower_bound(index_, number, {}, &Place::number);
-        if (found == index_.end() || found->number != number) return std::nullopt;
-        return static_cast<std::size_t>(found - index_.begin());
+    if (index_.size() <= shortIndex) {
+        const auto place = std::ranges::find(index_, number, &Place::number);
+        return place == index_.end() ? std::nullopt : std::optional(static_cast<std::size_t>(place - index_.begin()));
     }
     const auto found =
         std::ranges::lower_bound(byNumber_, number, {}, [this](std::uint32_t i) { return index_[i].number; });

@@ -40,12 +40,15 @@ private:
         std::uint32_t offset;
     };
 
+    // Of so many objects at most the index is gone through to find one, if the hint is ever wrong.
+    static constexpr std::size_t shortIndex = 256;
+
     void sortNumbers();
 
     std::string bytes_;
     bool mayHaveValueKey_ = false;
     std::vector<Place> index_;
-    std::vector<std::uint32_t> byNumber_;  // places in the index, by object number; empty if that is their order
+    std::vector<std::uint32_t> byNumber_;  // places in a long index, by object number
 };
 
 }  // namespace quillon::pdf
