@@ -6,13 +6,9 @@
 
 namespace quillon::pdf {
 
-void FieldRenames::add(std::string_view name, std::string ending) {
+void FieldRenames::add(const std::string& comparable, std::string ending) {
     any_ = any_ || !ending.empty();
-    endings_[FieldNames::comparable(name)] = std::move(ending);
-}
-
-bool FieldRenames::knows(std::string_view name) const {
-    return endings_.contains(FieldNames::comparable(name));
+    endings_[comparable] = std::move(ending);
 }
 
 const std::string* FieldRenames::endingOf(std::string_view name) const {

@@ -12,9 +12,10 @@ namespace quillon::pdf {
 /// How the fields at the top of a form are called in the joined one, and so all below them. Names are PDF text strings.
 class FieldRenames {
 public:
-    /// `ending`: what stands behind the name from now on; empty if it stays.
-    void add(std::string_view name, std::string ending);
-    [[nodiscard]] bool knows(std::string_view name) const;
+    /// Adds a name as FieldNames::comparable() has it. `ending`: what stands behind it from now on; empty if it stays.
+    void add(const std::string& comparable, std::string ending);
+    /// Whether the name, in the same form, was added.
+    [[nodiscard]] bool knows(const std::string& comparable) const { return endings_.contains(comparable); }
     /// Whether any name is another now.
     [[nodiscard]] bool isAny() const noexcept { return any_; }
 

@@ -148,8 +148,10 @@ void FieldTree::add(ObjectReader& reader, Reference field, const Entries& entrie
     takeType(reader, entries, place);
     const Object name = nodes_[place].isNamed ? Object() : reader.resolve(entries.name);
     static const std::string nameless = FieldNames::comparable({});
-    if (name.string() && FieldNames::comparable(*name.string()) != nameless) {
+    std::string comparable = name.string() ? FieldNames::comparable(*name.string()) : nameless;
+    if (comparable != nameless) {
         nodes_[place].name = *name.string();
+        nodes_[place].comparable = std::move(comparable);
         nodes_[place].isNamed = true;
     }
     nodes_[place].isAnnotation = !entries.subtype.isNull();

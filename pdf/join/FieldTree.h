@@ -27,6 +27,7 @@ public:
         std::uint32_t parent = none;  ///< index
         std::uint32_t kids = 0;       ///< how many fields stand directly below it
         std::string name;             ///< a PDF text string; empty below a field that has one
+        std::string comparable;       ///< the name as FieldNames::comparable() has it
         Type type = Type::None;       ///< its own, or that of the field above it
         bool holdsSignature = false;  ///< its value is that of a signature, at it or below
         bool namesParent = false;     ///< what it says of the field above it is right

@@ -21,7 +21,9 @@ void FormJoiner::begin(const SourceCopies& source) {
     ownResources_ = {};
     signatures_.begin(*reader_);
     const Object form = reader_->resolve(source.catalog["AcroForm"]);
-    if (!form.dictionary()) return;
+    hasForm_ = form.dictionary() != nullptr;
+    if (!hasForm_) return;
+    ownOrder_ = (*form.dictionary())["CO"];
     tree_ = std::move(source.survey.fields);
     groups_.resize(source.pages.groups());
     findWidgets(source);
@@ -75,7 +77,9 @@ void FormJoiner::takeNumbers(const SourceCopies& source) {
                 if (group != 0) source.pages.overlay(group)->set(node.reference.number, number);
             }
             FieldRenames& names = groups_[group].names;
-            if (!node.name.empty() && !names.knows(node.name)) names.add(node.name, names_.reserve(node.name));
+            if (!node.name.empty() && !names.knows(node.comparable)) {
+                names.add(node.comparable, names_.reserve(node.name, node.comparable));
+            }
         }
         clearButtons(groups_[group]);
     }
@@ -235,8 +239,7 @@ void FormJoiner::end(const SourceCopies& source) {
         if (isWidget(field)) number = source.copier.numberOf(tree_.nodes()[field].reference.number);
     }
     for (std::uint32_t group = 0; group < groups_.size(); ++group) writeFields(source, group);
-    const Object form = reader_->resolve(source.catalog["AcroForm"]);
-    if (form.dictionary()) writeOrder(source, *form.dictionary());
+    writeOrder(source);
 }
 
 /// Writes the fields that are no annotations.
@@ -280,8 +283,8 @@ Object FormJoiner::withActions(Object field, std::uint32_t group) {
 }
 
 /// The order in which fields are calculated, one source after the other.
-void FormJoiner::writeOrder(const SourceCopies& source, const Dictionary& form) {
-    const Object order = source.reader().resolve(form["CO"]);
+void FormJoiner::writeOrder(const SourceCopies& source) {
+    const Object order = source.reader().resolve(ownOrder_);
     if (!order.array()) return;
     for (const Group& group : groups_) {
         for (const Object& element : *order.array()) {

@@ -34,6 +34,10 @@ public:
     /// Before the pages of a source are copied, which must be announced. `source` must stay until the last call of
     /// `edit` for it. To be called for a source without a form as well.
     void begin(const SourceCopies& source);
+    /// False for an object of the source that surely stays as it is.
+    [[nodiscard]] bool mayEdit(const ObjectEditor::Copied& object) const noexcept {
+        return hasForm_ || object.mayHaveValueKey;
+    }
     /// Changes what belongs to forms in an object of a page or of the document: a field that is an annotation as well,
     /// a signature field outside of the form, fonts of the form that an annotation names, and actions that name
     /// fields. `group` is that of the page. False when there is nothing to change.
@@ -69,7 +73,7 @@ private:
     [[nodiscard]] std::optional<Object> renamedAppearance(const Object& value);
     [[nodiscard]] Object withActions(Object field, std::uint32_t group);
     void writeFields(const SourceCopies& source, std::uint32_t group);
-    void writeOrder(const SourceCopies& source, const Dictionary& form);
+    void writeOrder(const SourceCopies& source);
 
     ObjectOutput*& output_;
     FieldNames names_;
@@ -82,12 +86,14 @@ private:
     // Of the source being copied.
     const SourceCopies* source_ = nullptr;
     ObjectReader* reader_ = nullptr;
+    bool hasForm_ = false;
     FieldTree tree_;
     std::vector<bool> widgets_;  // fields that are annotations of pages
     std::vector<Group> groups_;
     StraySignatures signatures_;
     std::unordered_map<std::uint32_t, Object> states_;  // of buttons, by object number
     Object ownResources_;                               // of a form without fields, until an annotation asks for them
+    Object ownOrder_;                                   // in which fields are calculated, of the fields of the source
     FontNames fonts_;
     std::optional<std::string> ownAppearance_;  // if it is not that of the joined form
     std::optional<std::int64_t> ownQuadding_;

@@ -1,3 +1,4 @@
+#include "pdf/join/FieldNames.h"
 #include "pdf/join/FieldRenames.h"
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/JudgedPdf.h"
@@ -84,9 +85,9 @@ TEST_F(ActionsOnFields, OfFieldsThatAreNoAnnotationsAreChanged) {
 
 TEST(FieldRenames, KeepWhatStandsBehindTheFirstName) {
     FieldRenames names;
-    names.add("a", "-2");
-    names.add("b", "");
-    names.add("c.d", "-3");
+    names.add(FieldNames::comparable("a"), "-2");
+    names.add(FieldNames::comparable("b"), "");
+    names.add(FieldNames::comparable("c.d"), "-3");
     EXPECT_EQ(names.renamed("a"), "a-2");
     EXPECT_EQ(names.renamed("a.b.c"), "a-2.b.c");
     EXPECT_EQ(names.renamed("c.d"), "c.d-3");
