@@ -19,12 +19,12 @@ OwnedText BlockCache::view(std::uint64_t offset, std::size_t wanted) {
     const std::uint64_t size = file_->size();
     if (offset >= size) return {};
     wanted = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset));
-    const std::size_t within = offset % blockSize;
+    const std::size_t within = offset % blockBytes_;
     if (whole_) {
-        return {whole_, wholeText_.substr(static_cast<std::size_t>(offset), std::max(wanted, blockSize - within))};
+        return {whole_, wholeText_.substr(static_cast<std::size_t>(offset), std::max(wanted, blockBytes_ - within))};
     }
-    if (within + wanted <= blockSize) {
-        const Block& found = block(offset / blockSize);
+    if (within + wanted <= blockBytes_) {
+        const Block& found = block(offset / blockBytes_);
         if (within >= found.length) return {};
         return {found.bytes, found.text().substr(within)};
     }
@@ -42,7 +42,7 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
         out += wholeText_.substr(static_cast<std::size_t>(offset), length);
         return out.size() - before;
     }
-    if (length > blockSize) {
+    if (length > blockBytes_) {
         out.resize(before + length);
         const std::size_t got = file_->readAt(offset, std::span(out).subspan(before));
         out.resize(before + got);
@@ -50,8 +50,8 @@ std::size_t BlockCache::append(std::uint64_t offset, std::size_t length, std::st
     }
     while (out.size() - before < length) {
         const std::uint64_t at = offset + (out.size() - before);
-        const std::string_view text = block(at / blockSize).text();
-        const std::size_t within = at % blockSize;
+        const std::string_view text = block(at / blockBytes_).text();
+        const std::size_t within = at % blockBytes_;
         if (within >= text.size()) break;
         out += text.substr(within, length - (out.size() - before));
     }
@@ -77,8 +77,8 @@ const BlockCache::Block& BlockCache::block(std::uint64_t index) {
         last_ = static_cast<std::size_t>(found - blocks_.begin());
         return *found;
     }
-    const std::uint64_t offset = index * blockSize;
-    const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockSize, file_->size() - offset));
+    const std::uint64_t offset = index * blockBytes_;
+    const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockBytes_, file_->size() - offset));
     Block block = recycledBlock();
     block.index = index;
     block.lastUse = ++clock_;
@@ -97,20 +97,20 @@ BlockCache::Block BlockCache::recycledBlock() {
         blocks_.erase(oldest);
     }
     auto& spare = spareBlocks();
-    if (!block.bytes && !spare.empty()) {
+    if (!block.bytes && blockBytes_ == blockSize && !spare.empty()) {
         block.bytes = std::move(spare.back());
         spare.pop_back();
     }
     if (!block.bytes) {
         spare.reserve(mostBlocks);  // so that `clear` never fails
-        block.bytes = std::make_shared_for_overwrite<char[]>(blockSize);
+        block.bytes = std::make_shared_for_overwrite<char[]>(blockBytes_);
     }
     return block;
 }
 
 void BlockCache::clear() {
     auto& spare = spareBlocks();
-    for (Block& block : blocks_) {
+    for (Block& block : blockBytes_ == blockSize ? std::span(blocks_) : std::span<Block>()) {
         if (block.bytes.use_count() == 1 && spare.size() < spare.capacity()) spare.push_back(std::move(block.bytes));
     }
     blocks_ = {};

@@ -24,7 +24,9 @@ public:
     static constexpr std::size_t blockSize = 16 * 1024;
     static constexpr std::size_t mostBlocks = 64;
 
-    explicit BlockCache(std::shared_ptr<InputFile> file) : file_(std::move(file)) {}
+    /// `blockBytes`: the size of the blocks, not 0; small ones for who reads a little here and there.
+    explicit BlockCache(std::shared_ptr<InputFile> file, std::size_t blockBytes = blockSize)
+        : file_(std::move(file)), blockBytes_(blockBytes) {}
     BlockCache(const BlockCache&) = delete;
     BlockCache& operator=(const BlockCache&) = delete;
     ~BlockCache() { clear(); }
@@ -40,9 +42,9 @@ public:
     /// one is left, and one that cannot be read to its end. What the other calls give stays the same.
     void readWhole();
     /// Bytes read and kept.
-    [[nodiscard]] std::size_t memory() const noexcept { return blocks_.size() * blockSize + wholeText_.size(); }
-    /// Frees what was read. The memory of the blocks, a MiB at most, is left to the next cache that this thread fills:
-    /// memory that the system has to give anew costs as much as reading into it.
+    [[nodiscard]] std::size_t memory() const noexcept { return blocks_.size() * blockBytes_ + wholeText_.size(); }
+    /// Frees what was read. The memory of blocks of the usual size, a MiB at most, is left to the next cache that this
+    /// thread fills: memory that the system has to give anew costs as much as reading into it.
     void clear();
 
     [[nodiscard]] InputFile& file() const noexcept { return *file_; }
@@ -62,6 +64,7 @@ private:
     Block recycledBlock();
 
     std::shared_ptr<InputFile> file_;
+    const std::size_t blockBytes_;
     std::shared_ptr<const char[]> whole_;  // null while the file is read in blocks
     std::string_view wholeText_;           // what stands in `whole_`
     std::vector<Block> blocks_;

@@ -77,7 +77,6 @@ SourceSurveyor::Ready SourceSurveyor::read(std::size_t index, SourceHolds& holds
     SourceSurvey survey = SourceSurvey::read(plan, *access.document(), wishes_(index));
     // Of a source that is not whole only the names are kept that links use.
     if (!isFirst && survey.isWhole) survey.readExplicit(reader);
-    if (!isFirst && survey.isWhole) reader.loadObjectStreams();
     const std::size_t bytes = access.document()->textInMemory() + reader.file().memory();
     Ready ready{std::move(survey), bytes, plan.source()->file(), {}, reader.decryptor()};
     if (!isFirst) ready.streams = reader.objectStreams();

@@ -239,20 +239,16 @@ std::shared_ptr<const ObjectStream> ObjectReader::objectStream(std::uint32_t num
     }
     streams_[number] = {nullptr, ++clock_};  // a stream that describes itself by its own objects ends here
     auto objects = prefetcher_ ? prefetcher_->take(file_.file(), number) : nullptr;
-    if (!objects) objects = readObjectStream(number, true);
-    keepObjectStream(number, objects);
-    return objects;
-}
-
-void ObjectReader::keepObjectStream(std::uint32_t number, const std::shared_ptr<const ObjectStream>& objects) {
+    if (!objects) objects = readObjectStream(number);
     const std::size_t bytes = objects ? objects->bytes().size() : 0;
     makeRoom(bytes);
     streamBytes_ += bytes;
     decodedBytes_ += bytes;
     streams_[number] = {objects, ++clock_};
+    return objects;
 }
 
-std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t number, bool warns) {
+std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t number) {
     const CrossReferenceEntry entry = table_.entries.get(number);
     if (entry.kind != CrossReferenceEntry::Kind::InFile) return nullptr;
     // What describes an object stream must not be in one itself; following it there could go round in circles.
@@ -269,7 +265,7 @@ std::shared_ptr<const ObjectStream> ObjectReader::readObjectStream(std::uint32_t
         if (decryptor_ && !decryptor_->decrypt(stream->reference, stream->dictionary, stream->data)) return nullptr;
         if (auto objects = ObjectStream::decode(*stream)) return objects;
     }
-    if (warns) warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
+    warnings_.add("the object stream cannot be read", number, static_cast<std::int64_t>(entry.place));
     return nullptr;
 }
 
@@ -399,17 +395,6 @@ std::vector<ObjectStreamPrefetcher::Wanted> ObjectReader::objectStreams() const 
         wanted.push_back({number, stream.place});
     });
     return wanted;
-}
-
-void ObjectReader::loadObjectStreams() {
-    constexpr std::size_t usualStream = 64U << 10U;
-    for (const auto& stream : objectStreams()) {
-        if (streamBytes_ + usualStream > streamCacheBytes || table_.recovered) return;
-        streams_[stream.number] = {nullptr, ++clock_};  // as in objectStream
-        const auto objects = readObjectStream(stream.number, false);
-        streams_.erase(stream.number);
-        if (objects) keepObjectStream(stream.number, objects);
-    }
 }
 
 void ObjectReader::trim() {

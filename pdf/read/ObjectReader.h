@@ -120,9 +120,6 @@ public:
 
     /// The object streams of the file that are not in memory, in the order in which their objects are numbered.
     [[nodiscard]] std::vector<ObjectStreamPrefetcher::Wanted> objectStreams() const;
-    /// Reads object streams into memory, as far as there is room for them. Those that cannot be read are left to
-    /// whoever needs them.
-    void loadObjectStreams();
     /// Takes object streams from `prefetcher` where it has them; null: from the file alone. It must outlive its use.
     /// A file that was scanned in the meantime is not asked of it: its object streams are where they were not thought
     /// to be.
@@ -151,8 +148,7 @@ private:
     std::optional<ObjectText> findInFile(Reference reference, const CrossReferenceEntry& entry, std::size_t wanted);
     std::optional<std::string_view> findInStream(std::uint32_t number, const CrossReferenceEntry& entry);
     std::shared_ptr<const ObjectStream> objectStream(std::uint32_t number);
-    std::shared_ptr<const ObjectStream> readObjectStream(std::uint32_t number, bool warns);
-    void keepObjectStream(std::uint32_t number, const std::shared_ptr<const ObjectStream>& objects);
+    std::shared_ptr<const ObjectStream> readObjectStream(std::uint32_t number);
     Object resolveDeep(const Object& object);
     std::optional<std::int64_t> integer(std::string_view text);
     void makeRoom(std::size_t bytes);

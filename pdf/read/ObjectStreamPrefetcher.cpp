@@ -95,7 +95,7 @@ void ObjectStreamPrefetcher::readNext(std::unique_lock<std::mutex>& lock) {
     const std::shared_ptr<const Decryptor> decryptor = job->second.decryptor;
     const std::uint64_t offset = job->second.offset;
     lock.unlock();
-    if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input);
+    if (!file_ || &file_->file() != input.get()) file_ = std::make_unique<BlockCache>(input, blockBytes);
     auto objects = read(decryptor.get(), key.second, offset);
     lock.lock();
     dataBytes_ = 0;

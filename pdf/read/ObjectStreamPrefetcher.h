@@ -62,6 +62,8 @@ private:
     [[nodiscard]] std::shared_ptr<const ObjectStream> read(const Decryptor* decryptor, std::uint32_t number,
                                                            std::uint64_t offset);
 
+    // Object streams mostly have a few KiB each, and stand between other objects, which the copying thread reads.
+    static constexpr std::size_t blockBytes = 4U << 10U;
     // Bytes inflated and not taken yet beyond which the thread waits.
     static constexpr std::size_t mostAhead = 3U << 20U;
     // About as long as most streams take. With fewer processors than threads the one that reads may be interrupted for

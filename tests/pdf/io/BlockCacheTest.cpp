@@ -94,6 +94,32 @@ TEST_F(BlockCacheTest, AppendsAnyRange) {
     }
 }
 
+TEST_F(BlockCacheTest, SmallBlocksGiveTheSame) {
+    make(3 * block + 100);
+    // The blocks of the first go to the next cache, which must not take them for its own.
+    for (std::size_t i = 0; i < 4; ++i) (void)cache->view(i * block, 1);
+    cache.reset();
+    BlockCache small(InputFile::open(path), 1000);
+    std::mt19937 random(53);
+    for (int round = 0; round < 400; ++round) {
+        const std::size_t offset = random() % bytes.size();
+        const std::size_t wanted = 1 + random() % 3000;
+        const OwnedText view = small.view(offset, wanted);
+        EXPECT_GE(view.text.size(), std::min(wanted, bytes.size() - offset));
+        EXPECT_EQ(view.text, std::string_view(bytes).substr(offset, view.text.size()));
+        std::string out;
+        small.append(offset, wanted, out);
+        EXPECT_EQ(out, bytes.substr(offset, wanted));
+    }
+    EXPECT_LE(small.memory(), BlockCache::mostBlocks * 1000);
+    small.clear();
+    BlockCache usual(InputFile::open(path));
+    for (std::size_t i = 0; i < 3; ++i) {
+        const OwnedText view = usual.view(i * block, block);
+        EXPECT_EQ(view.text, std::string_view(bytes).substr(i * block, block));
+    }
+}
+
 TEST_F(BlockCacheTest, AFileThatBecameShorterGivesShorterViews) {
     make(3 * block);
     std::filesystem::resize_file(path, block + 10);
