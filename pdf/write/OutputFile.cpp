@@ -79,8 +79,13 @@ OutputFile::~OutputFile() {
 bool OutputFile::write(std::string_view data) {
     if (failed_) return false;
     size_ += data.size();
-    if (gathered_.size() + data.size() >= worthWriting) return writeOut(data);
-    gathered_ += data;
+    if (gathered_.size() + data.size() < worthWriting) {
+        gathered_ += data;
+        return true;
+    }
+    const std::size_t whole = data.size() - std::min<std::size_t>(data.size(), size_ % alignment);
+    if (!writeOut(data.substr(0, whole))) return false;
+    gathered_ = data.substr(whole);
     return true;
 }
 

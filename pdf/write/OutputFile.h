@@ -42,6 +42,9 @@ private:
 
     // Bytes from which on a call of the system pays: from there on the page cache takes them in large pieces.
     static constexpr std::size_t worthWriting = 64U << 10U;
+    // What is written ends at a multiple of this if it can: a piece that begins anywhere else is taken in small ones
+    // first.
+    static constexpr std::size_t alignment = 16U << 10U;
 
     std::string target_;
     std::string temporary_;  // empty while the file has no name
