@@ -21,25 +21,26 @@ struct OwnedText {
 /// small file may be read as a whole instead. Not thread-safe.
 class BlockCache {
 public:
-    static constexpr std::size_t blockSize = 16 * 1024;
+    static constexpr std::size_t blockSize = 16 * 1024;  ///< the usual size
     static constexpr std::size_t mostBlocks = 64;
 
-    /// `blockBytes`: the size of the blocks, not 0; small ones for who reads a little here and there.
+    /// `blockBytes`: the size of the blocks, 1 to `blockSize`; small ones for who reads a little here and there.
     explicit BlockCache(std::shared_ptr<InputFile> file, std::size_t blockBytes = blockSize)
         : file_(std::move(file)), blockBytes_(blockBytes) {}
     BlockCache(const BlockCache&) = delete;
     BlockCache& operator=(const BlockCache&) = delete;
     ~BlockCache() { clear(); }
 
-    /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more. Stays valid as
-    /// long as the result is held.
+    /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more, up to the end of
+    /// a block, which no result may depend on. Stays valid as long as the result is held.
     [[nodiscard]] OwnedText view(std::uint64_t offset, std::size_t wanted);
 
     /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.
     std::size_t append(std::uint64_t offset, std::size_t length, std::string& out);
 
-    /// Reads all of a file of up to `mostBlocks` blocks at once, which pays if most of it will be asked for. A larger
-    /// one is left, and one that cannot be read to its end. What the other calls give stays the same.
+    /// Reads all of a file of up to `mostBlocks` blocks of the usual size at once, which pays if most of it will be
+    /// asked for. A larger one is left, and one that cannot be read to its end. What the other calls give stays the
+    /// same.
     void readWhole();
     /// Bytes read and kept.
     [[nodiscard]] std::size_t memory() const noexcept { return blocks_.size() * blockBytes_ + wholeText_.size(); }

@@ -169,7 +169,8 @@ void DocumentJoiner::writeNames(std::string& catalogEntries) {
 
 bool DocumentJoiner::edit(const Copied& object, std::string_view text, std::string& changed) {
     const bool mayEditStructure = joinsStructure_ || (isBaseTagged_ && !source_->isBase);
-    if (!mayEditStructure && !forms_.mayEdit(object)) return false;
+    const bool mayEditForm = forms_.mayEdit(object);
+    if (!mayEditStructure && !mayEditForm) return false;
     const std::uint32_t group = object.overlay ? group_ : 0;
     bool any = false;
     // Each goes on with what the one before it has made.
@@ -180,7 +181,9 @@ bool DocumentJoiner::edit(const Copied& object, std::string_view text, std::stri
         std::swap(changed, after_);
         any = true;
     };
-    apply([&](std::string_view from, std::string& to) { return forms_.edit(object, group, from, to); });
+    if (mayEditForm) {
+        apply([&](std::string_view from, std::string& to) { return forms_.edit(object, group, from, to); });
+    }
     if (mayEditStructure) {
         apply(
             [&](std::string_view from, std::string& to) { return structure_.edit(*source_, object, group, from, to); });

@@ -79,12 +79,12 @@ std::size_t FieldNames::firstLength(std::string_view name) {
     return name.size();
 }
 
-std::string FieldNames::reserve(std::string_view name, const std::string& comparable) {
-    if (used_.insert(comparable).second) return {};
-    std::size_t& last = last_.try_emplace(comparable, 1).first->second;
+std::string FieldNames::reserve(std::string_view name, const std::string& comparableName) {
+    if (used_.insert(comparableName).second) return {};
+    std::size_t& last = last_.try_emplace(comparableName, 1).first->second;
     while (true) {
         std::string ending = "-" + std::to_string(++last);
-        if (used_.insert(FieldNames::comparable(ended(name, ending))).second) return ending;
+        if (used_.insert(comparable(ended(name, ending))).second) return ending;
     }
 }
 

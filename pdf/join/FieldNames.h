@@ -13,8 +13,8 @@ namespace quillon::pdf {
 class FieldNames {
 public:
     /// Takes `name` over and returns what has to stand behind it then: nothing, or if the name is taken `-2`, `-3` and
-    /// so on. `comparable`: the name as comparable() has it.
-    [[nodiscard]] std::string reserve(std::string_view name, const std::string& comparable);
+    /// so on. `comparableName`: the name as comparable() has it.
+    [[nodiscard]] std::string reserve(std::string_view name, const std::string& comparableName);
 
     /// `name` with an ending as `reserve` gives it.
     [[nodiscard]] static std::string ended(std::string_view name, std::string_view ending);

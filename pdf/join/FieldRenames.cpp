@@ -6,9 +6,9 @@
 
 namespace quillon::pdf {
 
-void FieldRenames::add(const std::string& comparable, std::string ending) {
+void FieldRenames::add(const std::string& comparableName, std::string ending) {
     any_ = any_ || !ending.empty();
-    endings_[comparable] = std::move(ending);
+    endings_[comparableName] = std::move(ending);
 }
 
 const std::string* FieldRenames::endingOf(std::string_view name) const {

@@ -13,9 +13,9 @@ namespace quillon::pdf {
 class FieldRenames {
 public:
     /// Adds a name as FieldNames::comparable() has it. `ending`: what stands behind it from now on; empty if it stays.
-    void add(const std::string& comparable, std::string ending);
+    void add(const std::string& comparableName, std::string ending);
     /// Whether the name, in the same form, was added.
-    [[nodiscard]] bool knows(const std::string& comparable) const { return endings_.contains(comparable); }
+    [[nodiscard]] bool knows(const std::string& comparableName) const { return endings_.contains(comparableName); }
     /// Whether any name is another now.
     [[nodiscard]] bool isAny() const noexcept { return any_; }
 

@@ -19,6 +19,7 @@ void FormJoiner::begin(const SourceCopies& source) {
     states_.clear();
     fonts_.clear();
     ownResources_ = {};
+    ownOrder_ = {};
     signatures_.begin(*reader_);
     const Object form = reader_->resolve(source.catalog["AcroForm"]);
     hasForm_ = form.dictionary() != nullptr;

@@ -41,6 +41,7 @@ std::shared_ptr<const ObjectStream> ObjectStream::decode(const StreamText& strea
 void ObjectStream::sortNumbers() {
     byNumber_.resize(index_.size());
     std::iota(byNumber_.begin(), byNumber_.end(), 0U);
+    if (std::ranges::is_sorted(index_, {}, &Place::number)) return;
     std::ranges::stable_sort(byNumber_, {}, [this](std::uint32_t i) { return index_[i].number; });
 }
 

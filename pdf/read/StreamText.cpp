@@ -79,10 +79,17 @@ std::optional<std::size_t> streamDataBegin(std::string_view text, std::size_t po
 }
 
 bool endsStreamAt(BlockCache& file, std::uint64_t offset) {
-    const OwnedText view = file.view(offset, 32);
-    std::size_t at = 0;
-    skipWhiteSpace(view.text, at);
-    return view.text.substr(std::min(at, view.text.size())).starts_with("endstream");
+    constexpr std::string_view keyword = "endstream";
+    constexpr std::size_t usual = 32;
+    constexpr std::size_t longest = 1024;
+    for (std::size_t looked = usual;; looked = longest) {
+        const OwnedText view = file.view(offset, looked);
+        // What a view has beyond that depends on the reader, and must not matter.
+        const std::string_view text = view.text.substr(0, looked);
+        std::size_t at = 0;
+        skipWhiteSpace(text, at);
+        if (at + keyword.size() <= text.size() || looked == longest) return text.substr(at).starts_with(keyword);
+    }
 }
 
 std::uint64_t searchStreamLength(BlockCache& file, std::uint64_t offset, std::uint64_t limit) {

@@ -95,11 +95,12 @@ TEST_F(BlockCacheTest, AppendsAnyRange) {
 }
 
 TEST_F(BlockCacheTest, SmallBlocksGiveTheSame) {
-    make(3 * block + 100);
-    // The blocks of the first go to the next cache, which must not take them for its own.
+    constexpr std::size_t smallBlock = 1000;
+    make(2 * BlockCache::mostBlocks * smallBlock);
+    // The blocks of the first go to the next cache.
     for (std::size_t i = 0; i < 4; ++i) (void)cache->view(i * block, 1);
     cache.reset();
-    BlockCache small(InputFile::open(path), 1000);
+    BlockCache small(InputFile::open(path), smallBlock);
     std::mt19937 random(53);
     for (int round = 0; round < 400; ++round) {
         const std::size_t offset = random() % bytes.size();
@@ -111,8 +112,13 @@ TEST_F(BlockCacheTest, SmallBlocksGiveTheSame) {
         small.append(offset, wanted, out);
         EXPECT_EQ(out, bytes.substr(offset, wanted));
     }
-    EXPECT_LE(small.memory(), BlockCache::mostBlocks * 1000);
+    EXPECT_EQ(small.memory(), BlockCache::mostBlocks * smallBlock);
     small.clear();
+    small.readWhole();
+    EXPECT_EQ(small.memory(), bytes.size());
+    EXPECT_EQ(small.view(3, 5000).text.substr(0, 5000), std::string_view(bytes).substr(3, 5000));
+    small.clear();
+    // Its own blocks do not, since they are too small.
     BlockCache usual(InputFile::open(path));
     for (std::size_t i = 0; i < 3; ++i) {
         const OwnedText view = usual.view(i * block, block);

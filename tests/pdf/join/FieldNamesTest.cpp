@@ -63,6 +63,16 @@ TEST_F(NamesOfFields, BelowOneWithoutANameAreRenamed) {
     EXPECT_EQ(fieldLines(pdf), (Strings{"a.in@1=x", "a-2.in@2=y"}));
 }
 
+TEST_F(NamesOfFields, InObjectStreamsWithoutAnyValueAreRenamed) {
+    const auto packed = [this](const std::string& file) {
+        RawPdf pdf = beginPdf("/AcroForm<</Fields[30 0 R]>>", {"/Annots[30 0 R]"});
+        pdf.packed(40, {{30, "<<" + widget + "/FT/Tx/T(a)>>"}}).crossStream(41);
+        return open(pdf.bytes(), file);
+    };
+    const JudgedPdf pdf(write(planOf({packed("x"), packed("y")})));
+    EXPECT_EQ(fieldLines(pdf), (Strings{"a@1=", "a-2@2="}));
+}
+
 std::string reserve(FieldNames& names, std::string_view name) {
     return names.reserve(name, FieldNames::comparable(name));
 }

@@ -17,10 +17,12 @@
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
 bool fallsShort = false;
+std::vector<off_t> ends;  // of what was written at one go
 
 }  // namespace
 
@@ -28,7 +30,11 @@ bool fallsShort = false;
 extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
     static unsigned calls = 0;
     constexpr std::size_t most = 50'000;
-    if (!fallsShort) return ::syscall(SYS_writev, descriptor, parts, count);
+    if (!fallsShort) {
+        const ssize_t written = ::syscall(SYS_writev, descriptor, parts, count);
+        ends.push_back(::lseek(descriptor, 0, SEEK_CUR));
+        return written;
+    }
     if (++calls % 2 == 0) {
         errno = EINTR;
         return -1;
@@ -97,6 +103,29 @@ TEST_P(LittleAndMuch, ComeOutInTheirOrder) {
         EXPECT_EQ(file->size(), expected.size());
     }
     EXPECT_TRUE(file->commit(true));
+    EXPECT_EQ(contentOf(dir.file("a")), expected);
+}
+
+TEST(OutputFile, IsWrittenUpToMultiplesOfLargePages) {
+    const test::TempDir dir;
+    const auto file = OutputFile::create(dir.file("a"));
+    std::string expected;
+    ends.clear();
+    const auto write = [&](std::size_t length) {
+        const std::string data(length, static_cast<char>('a' + expected.size() % 26));
+        EXPECT_TRUE(file->write(data));
+        expected += data;
+    };
+    for (int i = 0; i < 40; ++i) write(30'001);
+    write(300'000);
+    EXPECT_GE(ends.size(), 10U);
+    for (const off_t end : ends) EXPECT_EQ(end % (16 << 10), 0) << end;
+    // From anywhere.
+    EXPECT_TRUE(file->flush());
+    EXPECT_EQ(ends.back(), static_cast<off_t>(expected.size()));
+    for (const std::size_t length : {60'000U, 6'000U, 70'000U}) write(length);
+    EXPECT_EQ(ends.back() % (16 << 10), 0);
+    EXPECT_TRUE(file->commit(false));
     EXPECT_EQ(contentOf(dir.file("a")), expected);
 }
 
