@@ -97,7 +97,7 @@ BlockCache::Block BlockCache::recycledBlock() {
         blocks_.erase(oldest);
     }
     auto& spare = spareBlocks();
-    if (!block.bytes && !spare.empty()) {
+    if (!block.bytes && blockBytes_ == blockSize && !spare.empty()) {
         block.bytes = std::move(spare.back());
         spare.pop_back();
     }

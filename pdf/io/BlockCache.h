@@ -2,6 +2,7 @@
 
 #include "pdf/io/InputFile.h"
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -26,13 +27,15 @@ public:
 
     /// `blockBytes`: the size of the blocks, 1 to `blockSize`; small ones for who reads a little here and there.
     explicit BlockCache(std::shared_ptr<InputFile> file, std::size_t blockBytes = blockSize)
-        : file_(std::move(file)), blockBytes_(blockBytes) {}
+        : file_(std::move(file)), blockBytes_(blockBytes) {
+        assert(blockBytes != 0 && blockBytes <= blockSize);
+    }
     BlockCache(const BlockCache&) = delete;
     BlockCache& operator=(const BlockCache&) = delete;
     ~BlockCache() { clear(); }
 
     /// At least `wanted` bytes from `offset`, or what there is up to the end of the file; often more, up to the end of
-    /// a block, which no result may depend on. Stays valid as long as the result is held.
+    /// a block, and so more or less in another cache. Stays valid as long as the result is held.
     [[nodiscard]] OwnedText view(std::uint64_t offset, std::size_t wanted);
 
     /// Appends `length` bytes from `offset` to `out`. Returns the bytes appended: fewer where the file ends.

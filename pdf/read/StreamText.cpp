@@ -81,7 +81,7 @@ std::optional<std::size_t> streamDataBegin(std::string_view text, std::size_t po
 bool endsStreamAt(BlockCache& file, std::uint64_t offset) {
     constexpr std::string_view keyword = "endstream";
     constexpr std::size_t usual = 32;
-    constexpr std::size_t longest = 1024;
+    constexpr std::size_t longest = BlockCache::blockSize;
     for (std::size_t looked = usual;; looked = longest) {
         const OwnedText view = file.view(offset, looked);
         // What a view has beyond that depends on the reader, and must not matter.
@@ -123,7 +123,7 @@ std::optional<StreamText> readStreamAt(BlockCache& file, std::uint64_t offset,
                                        const std::function<Object(Reference)>& resolve) {
     // Nearly every dictionary is short, and what a view has beyond one block is a copy.
     constexpr std::size_t usual = 512;
-    constexpr std::size_t longest = 16 * 1024;
+    constexpr std::size_t longest = BlockCache::blockSize;  // a view of so much is never longer
     auto stream = readBeginningAt(file, offset, usual, true);
     if (!stream) stream = readBeginningAt(file, offset, longest, false);
     if (!stream) return std::nullopt;

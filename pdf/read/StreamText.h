@@ -23,7 +23,7 @@ struct ObjectHeader {
 /// If the keyword `stream` stands at `position` (white space before it allowed), where the data begins.
 [[nodiscard]] std::optional<std::size_t> streamDataBegin(std::string_view text, std::size_t position) noexcept;
 
-/// Whether `endstream` follows at `offset`, behind white space, of which there may be about a KiB.
+/// Whether `endstream` follows at `offset`, behind white space, of which there may be nearly `BlockCache::blockSize`.
 [[nodiscard]] bool endsStreamAt(BlockCache& file, std::uint64_t offset);
 
 /// The length of stream data that begins at `offset`, found by searching `endstream`, or an `endobj` that ends an

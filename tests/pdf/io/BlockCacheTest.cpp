@@ -97,7 +97,7 @@ TEST_F(BlockCacheTest, AppendsAnyRange) {
 TEST_F(BlockCacheTest, SmallBlocksGiveTheSame) {
     constexpr std::size_t smallBlock = 1000;
     make(2 * BlockCache::mostBlocks * smallBlock);
-    // The blocks of the first go to the next cache.
+    // Blocks of the usual size go to the next cache of that size.
     for (std::size_t i = 0; i < 4; ++i) (void)cache->view(i * block, 1);
     cache.reset();
     BlockCache small(InputFile::open(path), smallBlock);
@@ -118,7 +118,7 @@ TEST_F(BlockCacheTest, SmallBlocksGiveTheSame) {
     EXPECT_EQ(small.memory(), bytes.size());
     EXPECT_EQ(small.view(3, 5000).text.substr(0, 5000), std::string_view(bytes).substr(3, 5000));
     small.clear();
-    // Its own blocks do not, since they are too small.
+    // Small ones would be too small for it.
     BlockCache usual(InputFile::open(path));
     for (std::size_t i = 0; i < 3; ++i) {
         const OwnedText view = usual.view(i * block, block);

@@ -56,6 +56,14 @@ TEST_P(ObjectStreamOfSize, FindsEveryObjectWhateverTheHint) {
     }
 }
 
+TEST_P(ObjectStreamOfSize, FindsObjectsThatStandInOrder) {
+    std::vector<std::uint32_t> all = numbers();
+    std::ranges::sort(all);
+    const auto stream = streamOf(all);
+    ASSERT_TRUE(stream);
+    for (std::size_t place = 0; place < all.size(); ++place) ASSERT_EQ(stream->find(all[place], place + 1), place);
+}
+
 TEST_P(ObjectStreamOfSize, FindsNothingElse) {
     const auto stream = streamOf(numbers());
     ASSERT_TRUE(stream);

@@ -35,13 +35,13 @@ TEST(StreamText, IsTheSameWhoeverReadsIt) {
     const test::TempDir dir;
     constexpr std::size_t smallBlock = 4096;
     const std::string begin = "1 0 obj\n<</Length 35>>stream\n";
-    const std::string data = "(a endstream b) (and nothing more) !";
+    const std::string data = "(a endstream b) (and nothing more) ";
     std::size_t whole = 0;
     for (const std::size_t blanks : {0U, 1U, 22U, 23U, 24U, 31U, 32U, 33U, 100U, 1014U, 1015U, 1016U, 2000U, 20'000U}) {
         for (std::size_t end = smallBlock - 40; end < smallBlock + 10; ++end) {
             std::string text(end - data.size() - begin.size(), '%');
             const std::size_t place = text.size();
-            text += begin + data.substr(0, 35) + std::string(blanks + 1, ' ') + "endstream\nendobj\n";
+            text += begin + data + std::string(blanks + 1, ' ') + "endstream\nendobj\n";
             text.append(1000, '%');
             const std::string path = dir.write("file", text);
             BlockCache usual(InputFile::open(path));
@@ -50,10 +50,10 @@ TEST(StreamText, IsTheSameWhoeverReadsIt) {
             const auto other = readStreamAt(small, place);
             ASSERT_TRUE(one && other);
             ASSERT_EQ(one->data, other->data) << blanks << " blanks, data that ends at " << end;
-            if (one->data.size() == 35) ++whole;
+            if (one->data == data) ++whole;
         }
     }
-    EXPECT_EQ(whole, 10 * 50U);
+    EXPECT_EQ(whole, 13 * 50U);  // all but those with the most blanks
 }
 
 TEST(StreamText, ADictionaryMayBeLong) {
