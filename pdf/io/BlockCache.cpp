@@ -110,8 +110,9 @@ BlockCache::Block BlockCache::recycledBlock() {
 
 void BlockCache::clear() {
     auto& spare = spareBlocks();
-    for (Block& block : blockBytes_ == blockSize ? std::span(blocks_) : std::span<Block>()) {
-        if (block.bytes.use_count() == 1 && spare.size() < spare.capacity()) spare.push_back(std::move(block.bytes));
+    const std::size_t most = blockBytes_ == blockSize ? spare.capacity() : 0;
+    for (Block& block : blocks_) {
+        if (block.bytes.use_count() == 1 && spare.size() < most) spare.push_back(std::move(block.bytes));
     }
     blocks_ = {};
     whole_.reset();
