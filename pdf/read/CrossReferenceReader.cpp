@@ -9,16 +9,56 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 
 namespace quillon::pdf {
 
 namespace {
 
-/// Takes a big-endian number of `width` bytes from the front of `row`.
-std::uint64_t takeField(const char*& row, std::size_t width) {
-    std::uint64_t value = 0;
-    for (const char* const end = row + width; row != end; ++row) value = value << 8U | static_cast<unsigned char>(*row);
-    return value;
+static_assert(std::endian::native == std::endian::little);
+
+// Bytes of a field of a cross-reference stream.
+constexpr int widestField = 8;
+
+std::uint64_t eightBytes(const char* at) noexcept {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, at, sizeof bytes);
+    return bytes;
+}
+
+/// Takes a big-endian number of `width` bytes from the front of `row`, of which `widestField` are read.
+std::uint64_t takeField(const char*& row, std::size_t width) noexcept {
+    if (width == 0) return 0;
+    const std::uint64_t bytes = __builtin_bswap64(eightBytes(row));
+    row += width;
+    return bytes >> (64 - 8 * width);
+}
+
+/// The number that eight digits are; nothing for any other characters.
+std::optional<std::uint64_t> eightDigits(const char* at) noexcept {
+    constexpr std::uint64_t zeros = 0x3030303030303030;
+    constexpr std::uint64_t highHalves = 0xf0f0f0f0f0f0f0f0;
+    constexpr std::uint64_t toSixteen = 0x0606060606060606;
+    std::uint64_t digits = eightBytes(at);
+    if ((digits & highHalves) != zeros || ((digits + toSixteen) & highHalves) != zeros) return std::nullopt;
+    // Neighbours are put together: digits to numbers of two, these to numbers of four, and those to one of eight.
+    digits -= zeros;
+    digits = (10 * digits + (digits >> 8U)) & 0x00ff00ff00ff00ff;
+    digits = (100 * digits + (digits >> 16U)) & 0x0000ffff0000ffff;
+    return (10'000 * digits + (digits >> 32U)) & 0xffffffff;
+}
+
+/// The place in an entry as nearly all are, of ten digits and ` 00000 n`; nothing for any other.
+std::optional<std::uint64_t> usualPlace(std::string_view text, std::size_t at) noexcept {
+    constexpr std::size_t digits = 10;
+    constexpr std::string_view inUse = " 00000 n";
+    if (at + digits + inUse.size() > text.size() || text.substr(at + digits, inUse.size()) != inUse)
+        return std::nullopt;
+    const auto low = eightDigits(text.data() + at + 2);
+    if (!low || !isDigit(text[at]) || !isDigit(text[at + 1])) return std::nullopt;
+    const auto high = static_cast<std::uint64_t>(10 * (text[at] - '0') + (text[at + 1] - '0'));
+    return 100'000'000 * high + *low;
 }
 
 std::optional<std::uint64_t> offsetIn(const Dictionary& dictionary, std::string_view key) {
@@ -123,6 +163,13 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
         std::size_t at = 0;
         for (; done < count && (last || at + longestEntry <= text.size()); ++done) {
             skipWhiteSpace(text, at);
+            const auto number = static_cast<std::uint32_t>(first + done);
+            using enum CrossReferenceEntry::Kind;
+            if (const auto place = usualPlace(text, at)) {
+                table_.addOlder(number, {*place != 0 ? InFile : Free, *place + bias_, 0});
+                at += 18;
+                continue;
+            }
             const std::size_t begin = at;
             const auto place = readUnsigned(text, at);
             skipWhiteSpace(text, at);
@@ -135,9 +182,7 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
                 return text.substr(std::min(begin, text.size())).starts_with("trailer");
             }
             ++at;
-            using enum CrossReferenceEntry::Kind;
             const CrossReferenceEntry entry(kind == 'n' && *place != 0 ? InFile : Free, *place + bias_, *generation);
-            const auto number = static_cast<std::uint32_t>(first + done);
             if (kind == 'f') {
                 freed_.emplace_back(number, entry);
             } else {
@@ -154,20 +199,22 @@ bool CrossReferenceReader::readStream(std::uint64_t offset, Dictionary& trailer)
     if (!stream || !stream->dictionary["Type"].isName("XRef")) return false;
     constexpr std::uint64_t widestRow = 24;
     const std::uint64_t most = (file_.file().size() + limits::tableMargin) * widestRow;
-    const auto data =
-        decodeStream(stream->dictionary, stream->data, std::min<std::uint64_t>(most, limits::decodedStream));
+    auto data = decodeStream(stream->dictionary, stream->data, std::min<std::uint64_t>(most, limits::decodedStream));
     if (!data) return false;
     trailer = stream->dictionary;
-    return addStreamEntries(stream->dictionary, *data);
+    const std::size_t size = data->size();
+    data->append(widestField, '\0');
+    return addStreamEntries(stream->dictionary, std::string_view(*data).substr(0, size));
 }
 
+/// Behind `data` there must be `widestField` bytes more, which may be read.
 bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::string_view data) {
     const Array* widths = dictionary["W"].array();
     if (!widths || widths->size() < 3) return false;
     std::array<std::size_t, 3> width{};
     for (std::size_t i = 0; i < width.size(); ++i) {
         const auto value = (*widths)[i].integer();
-        if (!value || *value < 0 || *value > 8) return false;
+        if (!value || *value < 0 || *value > widestField) return false;
         width[i] = static_cast<std::size_t>(*value);
     }
     const std::size_t row = width[0] + width[1] + width[2];

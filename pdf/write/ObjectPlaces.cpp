@@ -4,7 +4,6 @@
 #include "pdf/filter/Flate.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstring>
 
@@ -14,47 +13,62 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
-/// The bytes of a row, of which only the first count: the longest has eleven.
-using Row = std::array<std::uint64_t, 2>;
+// The longest row has eleven bytes, that of a file below 1 TiB seven or eight.
+__extension__ using LongWord = unsigned __int128;
+using Word = std::uint64_t;
 
-/// The fields are given as numbers; `place` fits `width` bytes, 1 to 8.
-Row rowOf(std::uint64_t type, std::uint64_t place, std::uint64_t index, unsigned width) noexcept {
-    __extension__ using Wide = unsigned __int128;
-    const Wide value = Wide{type} << (8 * width + 16) | Wide{place} << 16U | index;
-    const Wide high = value << (8 * (sizeof(Row) - ObjectPlaces::rowBytes(width)));
-    return {__builtin_bswap64(static_cast<std::uint64_t>(high >> 64U)),
-            __builtin_bswap64(static_cast<std::uint64_t>(high))};
+Word swapped(Word value) noexcept {
+    return __builtin_bswap64(value);
 }
 
-/// The differences of eight bytes each, a borrow never going from one to the next.
-std::uint64_t differences(std::uint64_t bytes, std::uint64_t less) noexcept {
-    constexpr std::uint64_t high = 0x8080808080808080;
+LongWord swapped(LongWord value) noexcept {
+    return __builtin_bswap128(value);
+}
+
+/// The bytes of a row in the order of the file, of which only the first count. The fields are given as numbers; `place`
+/// fits `width` bytes, 1 to 8.
+template <class Bytes>
+Bytes rowOf(std::uint64_t type, std::uint64_t place, std::uint64_t index, unsigned width) noexcept {
+    const Bytes value = Bytes{type} << (8 * width + 16) | Bytes{place} << 16U | index;
+    return swapped(static_cast<Bytes>(value << (8 * (sizeof(Bytes) - ObjectPlaces::rowBytes(width)))));
+}
+
+/// The differences of the single bytes, a borrow never going from one to the next.
+template <class Bytes>
+Bytes differences(Bytes bytes, Bytes less) noexcept {
+    constexpr Bytes high = ~Bytes{0} / 0xff * 0x80;
     return ((bytes | high) - (less & ~high)) ^ ((bytes ^ ~less) & high);
 }
 
 }  // namespace
 
-std::string ObjectPlaces::predictedRows(std::size_t begin, std::size_t end, unsigned width) const {
+template <class Bytes>
+std::string ObjectPlaces::predictedRowsOf(std::size_t begin, std::size_t end, unsigned width) const {
     constexpr std::uint64_t indexMask = 0xffff;
     const auto rowAt = [&](std::size_t number, std::uint64_t place) {
-        if ((place & inStream) != 0) return rowOf(2, (place & ~inStream) >> 16U, place & indexMask, width);
-        return rowOf(place != 0 ? 1 : 0, place, number == 0 ? indexMask : 0, width);
+        if ((place & inStream) != 0) return rowOf<Bytes>(2, (place & ~inStream) >> 16U, place & indexMask, width);
+        return rowOf<Bytes>(place != 0 ? 1 : 0, place, number == 0 ? indexMask : 0, width);
     };
-    Row above = begin == 0 ? Row{} : rowAt(begin - 1, places_[begin - 1]);
-    std::string rows((end - begin) * (1 + rowBytes(width)) + sizeof(Row), '\0');
+    Bytes above = begin == 0 ? Bytes{0} : rowAt(begin - 1, places_[begin - 1]);
+    std::string rows((end - begin) * (1 + rowBytes(width)) + sizeof(Bytes), '\0');
     char* to = rows.data();
     auto place = places_.begin() + static_cast<std::ptrdiff_t>(begin);
     for (std::size_t number = begin; number < end; ++number, ++place) {
-        const Row row = rowAt(number, *place);
-        const Row predicted{differences(row[0], above[0]), differences(row[1], above[1])};
+        const Bytes row = rowAt(number, *place);
+        const Bytes predicted = differences(row, above);
         *to++ = 2;  // predicted from above
         // What goes beyond the row is where the next is written.
-        std::memcpy(to, predicted.data(), sizeof predicted);
+        std::memcpy(to, &predicted, sizeof predicted);
         to += rowBytes(width);
         above = row;
     }
-    rows.resize(rows.size() - sizeof(Row));
+    rows.resize(rows.size() - sizeof(Bytes));
     return rows;
+}
+
+std::string ObjectPlaces::predictedRows(std::size_t begin, std::size_t end, unsigned width) const {
+    return rowBytes(width) <= sizeof(Word) ? predictedRowsOf<Word>(begin, end, width)
+                                           : predictedRowsOf<LongWord>(begin, end, width);
 }
 
 /// Some predicted rows from all over.

@@ -33,6 +33,8 @@ public:
 private:
     [[nodiscard]] std::string sample(unsigned width) const;
     [[nodiscard]] std::string predictedRows(std::size_t begin, std::size_t end, unsigned width) const;
+    template <class Bytes>
+    [[nodiscard]] std::string predictedRowsOf(std::size_t begin, std::size_t end, unsigned width) const;
 
     static constexpr std::uint64_t inStream = std::uint64_t{1} << 63U;
 

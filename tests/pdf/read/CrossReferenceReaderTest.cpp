@@ -198,6 +198,55 @@ TEST_F(CrossReferences, DamagedSectionsAreRefused) {
     EXPECT_FALSE(readable(""));
 }
 
+class CrossReferenceRows : public EngineTest {
+protected:
+    /// A table of objects 0 to 4, of which that of object 3 has the row `row`.
+    [[nodiscard]] std::optional<CrossReferenceTable> tableWith(std::string_view row) const {
+        const std::string bytes =
+            "%PDF-1.4\nxref\n0 5\n0000000000 65535 f \n0000000017 00000 n \n0000000018 00000 n \n" + std::string(row) +
+            "\n0000000019 00000 n \ntrailer<</Size 5>>\nstartxref 9\n%%EOF";
+        const auto file = InputFile::open(dir.write("a.pdf", bytes));
+        BlockCache cache(file);
+        auto table = CrossReferenceReader(cache, 0).read();
+        EXPECT_TRUE(!table || table->entries.get(4).place == 19) << row;
+        return table;
+    }
+};
+
+TEST_F(CrossReferenceRows, HaveAPlaceAGenerationAndAKindInAnyWidth) {
+    using enum CrossReferenceEntry::Kind;
+    const auto expect = [this](std::string_view row, CrossReferenceEntry::Kind kind, std::uint64_t place,
+                               std::uint64_t generation) {
+        const auto table = tableWith(row);
+        ASSERT_TRUE(table) << row;
+        const CrossReferenceEntry entry = table->entries.get(3);
+        EXPECT_EQ(entry.kind, kind) << row;
+        EXPECT_EQ(entry.place, place) << row;
+        EXPECT_EQ(entry.detail, generation) << row;
+    };
+    expect("1234567890 00000 n ", InFile, 1'234'567'890, 0);
+    expect("9876543210 00000 n ", InFile, 9'876'543'210, 0);
+    expect("0000000001 00000 n", InFile, 1, 0);
+    expect("0000000000 00000 n ", Free, 0, 0);
+    expect("0000000123 00007 n ", InFile, 123, 7);
+    expect("0000000123 00007 f ", Free, 123, 7);
+    expect("0000000123 00000 f ", Free, 123, 0);
+    expect("123 0 n", InFile, 123, 0);
+    expect("00000000123 00000 n", InFile, 123, 0);
+    expect("12345678901 00000 n", InFile, 12'345'678'901, 0);
+    expect("0000000123  00000  n", InFile, 123, 0);
+}
+
+TEST_F(CrossReferenceRows, WithAnythingButDigitsForAPlaceAreRefused) {
+    for (std::size_t at = 0; at < 10; ++at) {
+        for (const char wrong : {'/', ':', 'p', '\xb5'}) {
+            std::string row = "1234567890 00000 n ";
+            row[at] = wrong;
+            EXPECT_FALSE(tableWith(row)) << row;
+        }
+    }
+}
+
 TEST(CrossReferenceEntries, ThatAreBeyondAllFilesStayBeyondThem) {
     using enum CrossReferenceEntry::Kind;
     const CrossReferenceEntry usual(InFile, 70'000'000'000'000, 65535);
