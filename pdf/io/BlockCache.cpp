@@ -79,33 +79,32 @@ const BlockCache::Block& BlockCache::block(std::uint64_t index) {
     }
     const std::uint64_t offset = index * blockBytes_;
     const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockBytes_, file_->size() - offset));
-    Block block = recycledBlock();
+    Block& block = blockToFill();
     block.index = index;
     block.lastUse = ++clock_;
     block.length = file_->readAt(offset, std::span(block.bytes.get(), length));
-    last_ = blocks_.size();
-    return blocks_.emplace_back(std::move(block));
+    last_ = static_cast<std::size_t>(&block - blocks_.data());
+    return block;
 }
 
-/// A block to be filled: once the cache is full, the one used longest ago, with its memory unless somebody still reads
-/// there.
-BlockCache::Block BlockCache::recycledBlock() {
-    Block block;
-    if (blocks_.size() == mostBlocks) {
-        const auto oldest = std::ranges::min_element(blocks_, {}, &Block::lastUse);
-        if (oldest->bytes.use_count() == 1) block = std::move(*oldest);
-        blocks_.erase(oldest);
-    }
+/// A new block, or the one used longest ago once the cache is full; with its memory, unless somebody still reads there.
+BlockCache::Block& BlockCache::blockToFill() {
+    if (blocks_.size() < mostBlocks) return blocks_.emplace_back(Block{.bytes = freshBytes()});
+    Block& oldest = *std::ranges::min_element(blocks_, {}, &Block::lastUse);
+    if (oldest.bytes.use_count() != 1) oldest.bytes = freshBytes();
+    return oldest;
+}
+
+/// Memory for a block.
+std::shared_ptr<char[]> BlockCache::freshBytes() const {
     auto& spare = spareBlocks();
-    if (!block.bytes && blockBytes_ == blockSize && !spare.empty()) {
-        block.bytes = std::move(spare.back());
+    if (blockBytes_ == blockSize && !spare.empty()) {
+        auto bytes = std::move(spare.back());
         spare.pop_back();
+        return bytes;
     }
-    if (!block.bytes) {
-        spare.reserve(mostBlocks);  // so that `clear` never fails
-        block.bytes = std::make_shared_for_overwrite<char[]>(blockBytes_);
-    }
-    return block;
+    spare.reserve(mostBlocks);  // so that `clear` never fails
+    return std::make_shared_for_overwrite<char[]>(blockBytes_);
 }
 
 void BlockCache::clear() {

@@ -65,7 +65,8 @@ private:
     };
 
     const Block& block(std::uint64_t index);
-    Block recycledBlock();
+    Block& blockToFill();
+    [[nodiscard]] std::shared_ptr<char[]> freshBytes() const;
 
     std::shared_ptr<InputFile> file_;
     const std::size_t blockBytes_;

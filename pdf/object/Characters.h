@@ -32,6 +32,10 @@ inline constexpr auto characterClasses = [] {
     return c >= '0' && c <= '9';
 }
 
+[[nodiscard]] constexpr bool isOctalDigit(char c) noexcept {
+    return c >= '0' && c <= '7';
+}
+
 /// The value of a hexadecimal digit, -1 for any other character.
 [[nodiscard]] constexpr int hexDigit(char c) noexcept {
     if (isDigit(c)) return c - '0';

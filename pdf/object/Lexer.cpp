@@ -126,18 +126,20 @@ void Lexer::readLiteralString(std::string& value) {
 void Lexer::readEscape(std::string& value) {
     if (++position_ >= text_.size()) return;
     const char c = text_[position_];
+    if (isOctalDigit(c)) {
+        unsigned code = 0;
+        const std::size_t end = std::min(position_ + 3, text_.size());
+        while (position_ < end && isOctalDigit(text_[position_])) {
+            code = code * 8 + static_cast<unsigned>(text_[position_++] - '0');
+        }
+        --position_;
+        value += static_cast<char>(code);
+        return;
+    }
     constexpr std::string_view letters = "nrtbf";
     constexpr std::string_view meanings = "\n\r\t\b\f";
     if (const auto at = letters.find(c); at != std::string_view::npos) {
         value += meanings[at];
-    } else if (c >= '0' && c <= '7') {
-        int code = 0;
-        const std::size_t end = std::min(position_ + 3, text_.size());
-        while (position_ < end && text_[position_] >= '0' && text_[position_] <= '7') {
-            code = code * 8 + (text_[position_++] - '0');
-        }
-        --position_;
-        value += static_cast<char>(code);
     } else if (c == '\r') {
         if (position_ + 1 < text_.size() && text_[position_ + 1] == '\n') ++position_;
     } else if (c != '\n') {

@@ -12,7 +12,15 @@ namespace quillon::pdf {
 
 namespace {
 
-using StringStops = StopFinder<'\\', '(', ')'>;
+// Backslashes are not among them: in some strings every other character is escaped.
+using StringStops = StopFinder<'(', ')'>;
+
+/// Whether the character at `at` of a literal string that begins at `begin` stands behind an odd number of backslashes.
+bool isEscaped(std::string_view text, std::size_t begin, std::size_t at) noexcept {
+    std::size_t from = at;
+    while (from > begin && text[from - 1] == '\\') --from;
+    return (at - from) % 2 != 0;
+}
 
 std::size_t skipRegular(std::string_view text, std::size_t position) noexcept {
     while (position < text.size() && isRegular(text[position])) ++position;
@@ -91,18 +99,14 @@ std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t 
     // Most are short, and nothing but their end is special in them.
     constexpr std::size_t shortString = 32;
     const std::size_t begin = position + 1;
-    if (begin + shortString <= text.size()) {
-        const std::uint64_t seen = StopMask<'\\', '(', ')'>::of(text.substr(begin, shortString));
-        const std::size_t first = begin + static_cast<std::size_t>(std::countr_zero(seen));
-        if (seen != 0 && text[first] == ')') return first + 1;
-    }
-    std::size_t depth = 0;
+    const std::uint64_t seen = StopMask<'(', ')'>::of(text.substr(begin, shortString));
+    const std::size_t first = begin + static_cast<std::size_t>(std::countr_zero(seen));
+    if (seen != 0 && text[first] == ')' && text[first - 1] != '\\') return first + 1;
+    std::size_t depth = 1;
     StringStops stops(text);
-    for (std::size_t at = stops.find(position); at < text.size(); at = stops.find(at + 1)) {
-        const char c = text[at];
-        if (c == '\\') {
-            ++at;
-        } else if (c == '(') {
+    for (std::size_t at = stops.find(begin); at < text.size(); at = stops.find(at + 1)) {
+        if (isEscaped(text, begin, at)) continue;
+        if (text[at] == '(') {
             ++depth;
         } else if (--depth == 0) {
             return at + 1;

@@ -133,7 +133,7 @@ private:
             reader_.resolve(node.leaves).write(array);
             takeLeaves(array);
         }
-        return Parser(node.kids).parse();
+        return node.kids.empty() ? Object() : Parser(node.kids).parse();
     }
 
     /// Each pair is read by itself, since the leaves of a large tree are most of its text.

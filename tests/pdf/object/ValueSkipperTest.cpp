@@ -43,8 +43,15 @@ TEST(ValueSkipper, BracketsInStringsAndCommentsDoNotCount) {
 TEST(ValueSkipper, FindsTheEndOfALiteralStringOfAnyLength) {
     for (std::size_t length = 0; length < 100; ++length) {
         const std::string plain = '(' + std::string(length, 'x');
-        for (const auto& [inside, rest] :
-             {std::pair<std::string, std::string>{"", ")"}, {"()", ")"}, {"\\)", ")"}, {"((", ")))"}}) {
+        for (const auto& [inside, rest] : {std::pair<std::string, std::string>{"", ")"},
+                                           {"()", ")"},
+                                           {"\\)", ")"},
+                                           {"((", ")))"},
+                                           {"", "\\))"},
+                                           {"", "\\\\)"},
+                                           {"", "\\\\\\))"},
+                                           {"\\\\(", "))"},
+                                           {"\\\\\\(", ")"}}) {
             const std::string whole = plain + inside + 'x' + rest;
             EXPECT_EQ(skipLiteralString(whole, 0), whole.size()) << whole;
             EXPECT_EQ(skipLiteralString(whole + std::string(40, ')'), 0), whole.size()) << whole;
