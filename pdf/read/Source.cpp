@@ -44,9 +44,9 @@ Access Source::unlock(std::string_view utf8Password) {
     Access access = Access::None;
     {
         const std::lock_guard lock(mutex_);
-        const bool hadKey = keys_.decryptor()->hasKey();
+        const bool wasLocked = keys_.decryptor()->isLocked();
         access = keys_.open(utf8Password);
-        if (hadKey || !keys_.decryptor()->hasKey()) return access;
+        if (!wasLocked || access == Access::None) return access;
         document_.reset();  // what was read without the key is not all there is
         SourceRegistry::instance().drop(*this);
     }

@@ -24,9 +24,7 @@ public:
         : dictionary_(std::move(dictionary)), key_(std::move(key)) {}
 
     [[nodiscard]] const std::shared_ptr<const EncryptionDictionary>& dictionary() const noexcept { return dictionary_; }
-    [[nodiscard]] bool hasKey() const noexcept { return key_.has_value(); }
-    /// Whether the pages cannot be read yet.
-    [[nodiscard]] bool isLocked() const noexcept { return !key_ && !dictionary_->leavesPagesOpen; }
+    [[nodiscard]] bool isLocked() const noexcept { return !key_; }
     [[nodiscard]] bool hasStringCipher() const noexcept { return key_ && dictionary_->strings != Cipher::Identity; }
 
     /// A string of the object `object`, which stands directly in the file and not in an object stream. Without the key

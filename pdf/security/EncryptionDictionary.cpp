@@ -68,11 +68,6 @@ bool readFilters(EncryptionDictionary& result, const Dictionary& dictionary) {
     result.streams = *streams;
     result.strings = *strings;
     result.embeddedFiles = find("EFF", *streams).value_or(*streams);
-    // A filter without a method is something else: it leaves deciphering to the handler, which does not know how.
-    const auto isIdentity = [&](std::string_view key) {
-        return dictionary[key].isNull() || dictionary[key].isName("Identity");
-    };
-    result.leavesPagesOpen = isIdentity("StmF") && isIdentity("StrF");
     return true;
 }
 
@@ -115,7 +110,6 @@ EncryptionDictionary EncryptionDictionary::read(const Dictionary& dictionary, st
     const bool filtered = version >= 4;
     if (!filtered) result.strings = result.streams = result.embeddedFiles = Cipher::Rc4;
     result.supported = (!filtered || readFilters(result, dictionary)) && readKeys(result, dictionary);
-    result.leavesPagesOpen = result.leavesPagesOpen && result.supported;
     return result;
 }
 

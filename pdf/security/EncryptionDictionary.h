@@ -36,8 +36,7 @@ struct EncryptionDictionary {
     Cipher streams = Cipher::Identity;    ///< `StmF`
     Cipher embeddedFiles = Cipher::Identity;              ///< `EFF`
     std::vector<std::pair<std::string, Cipher>> filters;  ///< crypt filters by their names, for streams that name one
-    bool leavesPagesOpen = false;  ///< nothing is enciphered but embedded files and streams that name a crypt filter
-    std::string fileId;            ///< the first string of the file's `ID`
+    std::string fileId;                                   ///< the first string of the file's `ID`
 
     /// Reads `dictionary`, in which no reference is left. Real files are not all as they should be: lengths in bytes
     /// instead of bits or missing, strings too long or too short and numbers of the wrong sign are tolerated.

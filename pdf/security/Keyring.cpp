@@ -16,9 +16,8 @@ Access Keyring::open(std::string_view utf8Password) {
     std::string password(utf8Password);
     if (const auto known = tried.find(password); known != tried.end()) return known->second;
     auto key = openWithPassword(*decryptor->dictionary(), password);
-    Access access = password.empty() && decryptor->dictionary()->leavesPagesOpen ? Access::User : Access::None;
-    if (key) access = key->isOwner ? Access::Owner : Access::User;
-    if (key && !decryptor->hasKey()) {
+    const Access access = !key ? Access::None : key->isOwner ? Access::Owner : Access::User;
+    if (key && decryptor->isLocked()) {
         decryptor = std::make_shared<const Decryptor>(decryptor->dictionary(), std::move(key->key));
     }
     if (tried.size() == most) tried.clear();

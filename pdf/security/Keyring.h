@@ -27,8 +27,8 @@ public:
     /// Takes over how the file is protected, and tries the empty password.
     void learn(EncryptionDictionary dictionary);
 
-    /// Once a password has opened the file, its data can be deciphered, also for those who know no password. A file
-    /// that leaves its pages open is the user's without one. To be called after `learn`.
+    /// Once a password has opened the file, its data can be deciphered, also for those who know no password. To be
+    /// called after `learn`.
     [[nodiscard]] Access open(std::string_view utf8Password);
 
     /// To be called after `learn`.

@@ -113,18 +113,13 @@ std::optional<std::uint32_t> SourceCopier::copyStreamNow(Reference reference, Pe
     }
     if (openStreams_.size() == deepestStream) return std::nullopt;
     const std::uint32_t number = writeStream(reference, 0, *object);
-    numbers_.at(reference.number) = number == 0 ? null : number;
+    numbers_.at(reference.number) = number;
     return number;
 }
 
 std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t number, const ObjectText& object) {
     std::string withoutCrypt;
-    std::optional<StreamKey> key = reader_.streamKey(reference.number, object, withoutCrypt);
-    if (!key) {
-        reader_.warnings().add("its data is protected by a password that was not given; it is left out",
-                               reference.number, static_cast<std::int64_t>(object.offset));
-        return 0;
-    }
+    StreamKey key = reader_.streamKey(reference.number, object, withoutCrypt).value_or(StreamKey());
     const std::string_view dictionary = withoutCrypt.empty() ? object.value() : std::string_view(withoutCrypt);
     const Overlay* const overlay = std::exchange(overlay_, nullptr);  // what a stream refers to is shared by all copies
     openStreams_.emplace_back(reference.number, number);
@@ -151,7 +146,7 @@ std::uint32_t SourceCopier::writeStream(Reference reference, std::uint32_t numbe
                                static_cast<std::int64_t>(object.offset));
         extent.length = 0;
     }
-    number = output_.addFileStream(number, entries, reader_.file(), extent, std::move(*key));
+    number = output_.addFileStream(number, entries, reader_.file(), extent, std::move(key));
     entries_ = std::move(entries);
     return number;
 }

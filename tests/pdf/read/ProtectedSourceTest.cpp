@@ -1,4 +1,3 @@
-#include "pdf/security/Encryptor.h"
 #include "tests/pdf/EngineTest.h"
 #include "tests/support/ExternalReader.h"
 #include "tests/support/JudgedPdf.h"
@@ -307,65 +306,6 @@ TEST_F(OddProtection, AStreamLosesItsCryptFilterInAnOpenFileToo) {
     EXPECT_FALSE(judged.dictionary(extra).contains(QStringLiteral("/Filter")));
     EXPECT_FALSE(judged.dictionary(extra).contains(QStringLiteral("/DecodeParms")));
     EXPECT_EQ(judged.rawStream(extra), "clear");
-}
-
-/// Files in which nothing but attachments is protected.
-class ProtectedAttachment : public OddProtection {
-protected:
-    static constexpr std::string_view secret = "nobody is to read this";
-
-    /// A page with an attachment, which `passwords` protect.
-    static std::string bytesWith(const Protection& passwords) {
-        const Encryptor encryptor(passwords);
-        std::string dictionary = encryptor.dictionary();
-        for (const std::string filter : {"/StmF/StdCF", "/StrF/StdCF"}) {
-            const std::size_t at = dictionary.find(filter);
-            if (at == std::string::npos) throw std::logic_error(dictionary);
-            dictionary.replace(at, filter.size(), filter.substr(0, 5) + "/Identity");
-        }
-        dictionary.replace(dictionary.size() - 2, 2, "/EFF/StdCF>>");
-        std::string sealed(static_cast<std::size_t>(Encryptor::lengthOf(secret.size())), '\0');
-        std::ranges::copy(secret, sealed.begin() + 16);
-        encryptor.seal(sealed, secret.size());
-        RawPdf pdf;
-        pdf.object(1, "<</Type/Catalog/Pages 2 0 R/Names<</EmbeddedFiles<</Names[(a)21 0 R]>>>>>>");
-        pdf.object(2, "<</Type/Pages/Count 1/Kids[10 0 R]>>").page(10, "A1");
-        pdf.object(20, dictionary).object(21, "<</Type/Filespec/F(a)/EF<</F 22 0 R>>>>");
-        pdf.stream(22, "/Type/EmbeddedFile", sealed);
-        return pdf.table("/Root 1 0 R/Encrypt 20 0 R/ID[(0123456789abcdef)(0123456789abcdef)]").bytes();
-    }
-    /// What the file specification of a merged copy has as its data.
-    static QJsonValue dataIn(const JudgedPdf& merged) {
-        const QJsonObject names = merged.dictionary(merged.catalog().value(QStringLiteral("/Names")));
-        const QJsonObject tree = merged.dictionary(names.value(QStringLiteral("/EmbeddedFiles")));
-        const QJsonArray entries = merged.resolve(tree.value(QStringLiteral("/Names"))).toArray();
-        const QJsonObject specification = merged.dictionary(entries.at(1));
-        return merged.dictionary(specification.value(QStringLiteral("/EF"))).value(QStringLiteral("/F"));
-    }
-};
-
-TEST_F(ProtectedAttachment, PagesAreReadWithoutAPasswordAndTheAttachmentIsLeftOut) {
-    const auto source = open(bytesWith({.userPassword = "user", .ownerPassword = "owner"}));
-    EXPECT_TRUE(source->isEncrypted());
-    EXPECT_EQ(source->unlock("wrong"), Access::None);
-    ASSERT_EQ(source->unlock(""), Access::User);
-    EXPECT_EQ(source->pageCount(), 1U);
-    const std::string merged = write(planOf({source}));
-    EXPECT_EQ(test::pageMarks(merged), Strings{"A1"});
-    EXPECT_TRUE(dataIn(JudgedPdf(merged)).isUndefined());
-    const auto warnings = source->warnings();
-    ASSERT_EQ(warnings.size(), 1U);
-    EXPECT_NE(warnings[0].find("object 22"), std::string::npos) << warnings[0];
-    EXPECT_NE(warnings[0].find("password that was not given"), std::string::npos) << warnings[0];
-}
-
-TEST_F(ProtectedAttachment, ThePasswordGivenLaterBringsTheAttachment) {
-    const auto source = open(bytesWith({.userPassword = "user", .ownerPassword = "owner"}));
-    ASSERT_EQ(source->unlock(""), Access::User);
-    EXPECT_EQ(test::pageMarks(write(planOf({source}))), Strings{"A1"});
-    EXPECT_EQ(source->unlock("owner"), Access::Owner);
-    const JudgedPdf judged(write(planOf({source})));
-    EXPECT_EQ(judged.rawStream(dataIn(judged)).toStdString(), secret);
 }
 
 TEST_F(OddProtection, EncipheredDataThatIsCutOffOrMissingItsBeginningDoesNoHarm) {

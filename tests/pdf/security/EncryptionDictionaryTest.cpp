@@ -89,19 +89,6 @@ TEST(EncryptionDictionaryTest, CryptFiltersSayTheCiphers) {
     EXPECT_FALSE(standard("/V 4/R 4/CF 5/StmF/A").supported);
 }
 
-TEST(EncryptionDictionaryTest, PagesAreOpenIfNeitherStreamsNorStringsAreEnciphered) {
-    const std::string filters = "/V 4/R 4/CF<</A<</CFM/AESV2>>/C<</CFM/None>>/D<<>>>>/EFF/A";
-    EXPECT_TRUE(standard(filters + "/StmF/Identity/StrF/Identity").leavesPagesOpen);
-    EXPECT_TRUE(standard(filters).leavesPagesOpen);
-    EXPECT_FALSE(standard(filters + "/StmF/A").leavesPagesOpen);
-    EXPECT_FALSE(standard(filters + "/StrF/A").leavesPagesOpen);
-    EXPECT_FALSE(standard(filters + "/StmF/C/StrF/C").leavesPagesOpen);
-    EXPECT_FALSE(standard(filters + "/StmF/D/StrF/D").leavesPagesOpen);
-    EXPECT_FALSE(standard("/V 2/R 3/StmF/Identity/StrF/Identity").leavesPagesOpen);
-    EXPECT_FALSE(EncryptionDictionary::read({}, {}).leavesPagesOpen);
-    EXPECT_FALSE(read("/Filter/Standard/V 4/R 4/StmF/Identity/StrF/Identity").leavesPagesOpen);  // no password to check
-}
-
 TEST(EncryptionDictionaryTest, WithoutCryptFiltersAllIsRc4) {
     const auto dictionary = standard("/V 2/R 3/StmF/Identity");
     EXPECT_EQ(dictionary.streams, Cipher::Rc4);
