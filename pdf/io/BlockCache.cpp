@@ -80,9 +80,10 @@ const BlockCache::Block& BlockCache::block(std::uint64_t index) {
     const std::uint64_t offset = index * blockBytes_;
     const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockBytes_, file_->size() - offset));
     Block& block = blockToFill();
+    block.index = UINT64_MAX;  // none, should the reading throw
+    block.length = file_->readAt(offset, std::span(block.bytes.get(), length));
     block.index = index;
     block.lastUse = ++clock_;
-    block.length = file_->readAt(offset, std::span(block.bytes.get(), length));
     last_ = static_cast<std::size_t>(&block - blocks_.data());
     return block;
 }

@@ -15,10 +15,11 @@ namespace {
 // Backslashes are not among them: in some strings every other character is escaped.
 using StringStops = StopFinder<'(', ')'>;
 
-/// Whether the character at `at` of a literal string that begins at `begin` stands behind an odd number of backslashes.
-bool isEscaped(std::string_view text, std::size_t begin, std::size_t at) noexcept {
+/// Whether the character at `at` of a literal string, which is not its first, stands behind an odd number of
+/// backslashes.
+bool isEscaped(std::string_view text, std::size_t at) noexcept {
     std::size_t from = at;
-    while (from > begin && text[from - 1] == '\\') --from;
+    while (text[from - 1] == '\\') --from;  // no further than to the bracket that the string begins with
     return (at - from) % 2 != 0;
 }
 
@@ -105,7 +106,7 @@ std::optional<std::size_t> skipLiteralString(std::string_view text, std::size_t 
     std::size_t depth = 1;
     StringStops stops(text);
     for (std::size_t at = stops.find(begin); at < text.size(); at = stops.find(at + 1)) {
-        if (isEscaped(text, begin, at)) continue;
+        if (isEscaped(text, at)) continue;
         if (text[at] == '(') {
             ++depth;
         } else if (--depth == 0) {

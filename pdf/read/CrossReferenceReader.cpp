@@ -19,7 +19,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little);
 
 // Bytes of a field of a cross-reference stream.
-constexpr int widestField = 8;
+constexpr std::size_t widestField = 8;
 
 std::uint64_t eightBytes(const char* at) noexcept {
     std::uint64_t bytes = 0;
@@ -199,22 +199,20 @@ bool CrossReferenceReader::readStream(std::uint64_t offset, Dictionary& trailer)
     if (!stream || !stream->dictionary["Type"].isName("XRef")) return false;
     constexpr std::uint64_t widestRow = 24;
     const std::uint64_t most = (file_.file().size() + limits::tableMargin) * widestRow;
-    auto data = decodeStream(stream->dictionary, stream->data, std::min<std::uint64_t>(most, limits::decodedStream));
+    const auto data =
+        decodeStream(stream->dictionary, stream->data, std::min<std::uint64_t>(most, limits::decodedStream));
     if (!data) return false;
     trailer = stream->dictionary;
-    const std::size_t size = data->size();
-    data->append(widestField, '\0');
-    return addStreamEntries(stream->dictionary, std::string_view(*data).substr(0, size));
+    return addStreamEntries(stream->dictionary, *data);
 }
 
-/// Behind `data` there must be `widestField` bytes more, which may be read.
 bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::string_view data) {
     const Array* widths = dictionary["W"].array();
     if (!widths || widths->size() < 3) return false;
     std::array<std::size_t, 3> width{};
     for (std::size_t i = 0; i < width.size(); ++i) {
         const auto value = (*widths)[i].integer();
-        if (!value || *value < 0 || *value > widestField) return false;
+        if (!value || *value < 0 || static_cast<std::size_t>(*value) > widestField) return false;
         width[i] = static_cast<std::size_t>(*value);
     }
     const std::size_t row = width[0] + width[1] + width[2];
@@ -231,9 +229,12 @@ bool CrossReferenceReader::addStreamEntries(const Dictionary& dictionary, std::s
         if (rows_ > file_.file().size() + limits::tableMargin) return false;
         if (rows != 0 && begin + rows > maximumObjectNumber + 1) return false;
         table_.entries.expect(begin + rows);
+        std::array<char, 4 * widestField> last{};  // room for the last rows, behind which nothing may be read
         for (std::uint64_t n = 0; n < rows; ++n, data.remove_prefix(row)) {
             const auto number = static_cast<std::uint32_t>(begin + n);
-            table_.addOlder(number, streamEntry(data.data(), width));
+            const bool isLast = data.size() < row + widestField;
+            if (isLast) std::ranges::copy(data.substr(0, row), last.begin());
+            table_.addOlder(number, streamEntry(isLast ? last.data() : data.data(), width));
         }
     }
     return true;

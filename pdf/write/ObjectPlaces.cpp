@@ -22,7 +22,8 @@ Word swapped(Word value) noexcept {
 }
 
 LongWord swapped(LongWord value) noexcept {
-    return __builtin_bswap128(value);
+    constexpr unsigned half = 64;
+    return LongWord{swapped(static_cast<Word>(value))} << half | swapped(static_cast<Word>(value >> half));
 }
 
 /// The bytes of a row in the order of the file, of which only the first count. The fields are given as numbers; `place`
