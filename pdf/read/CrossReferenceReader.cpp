@@ -49,12 +49,14 @@ std::optional<std::uint64_t> eightDigits(const char* at) noexcept {
     return (10'000 * digits + (digits >> 32U)) & 0xffffffff;
 }
 
-/// The place in an entry as nearly all are, of ten digits and ` 00000 n`; nothing for any other.
+// Nearly all entries are so many digits and this.
+constexpr std::size_t placeDigits = 10;
+constexpr std::string_view inUse = " 00000 n";
+constexpr std::size_t usualEntry = placeDigits + inUse.size();
+
+/// The place in such an entry; nothing for any other.
 std::optional<std::uint64_t> usualPlace(std::string_view text, std::size_t at) noexcept {
-    constexpr std::size_t digits = 10;
-    constexpr std::string_view inUse = " 00000 n";
-    if (at + digits + inUse.size() > text.size() || text.substr(at + digits, inUse.size()) != inUse)
-        return std::nullopt;
+    if (at + usualEntry > text.size() || text.substr(at + placeDigits, inUse.size()) != inUse) return std::nullopt;
     const auto low = eightDigits(text.data() + at + 2);
     if (!low || !isDigit(text[at]) || !isDigit(text[at + 1])) return std::nullopt;
     const auto high = static_cast<std::uint64_t>(10 * (text[at] - '0') + (text[at + 1] - '0'));
@@ -167,7 +169,7 @@ bool CrossReferenceReader::readSubsection(std::uint64_t& offset, std::uint64_t f
             using enum CrossReferenceEntry::Kind;
             if (const auto place = usualPlace(text, at)) {
                 table_.addOlder(number, {*place != 0 ? InFile : Free, *place + bias_, 0});
-                at += 18;
+                at += usualEntry;
                 continue;
             }
             const std::size_t begin = at;
