@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <pthread.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -17,18 +18,16 @@ void giveWay(int steps) noexcept {
     if (errno == 0 && gives) static_cast<void>(::setpriority(PRIO_PROCESS, thread, wanted));
 }
 
-int currentProcessor() noexcept {
-    return ::sched_getcpu();
-}
-
-void leaveProcessor(int processor) noexcept {
-    if (processor < 0 || processor >= CPU_SETSIZE || currentProcessor() != processor) return;
+void sendAway(std::thread& thread) noexcept {
+    const int processor = ::sched_getcpu();
     cpu_set_t allowed;
-    if (::sched_getaffinity(0, sizeof allowed, &allowed) != 0) return;
+    if (processor < 0 || processor >= CPU_SETSIZE) return;
+    if (::pthread_getaffinity_np(thread.native_handle(), sizeof allowed, &allowed) != 0) return;
     cpu_set_t others = allowed;
     CPU_CLR(static_cast<std::size_t>(processor), &others);
-    if (CPU_COUNT(&others) == 0 || ::sched_setaffinity(0, sizeof others, &others) != 0) return;
-    static_cast<void>(::sched_setaffinity(0, sizeof allowed, &allowed));
+    if (CPU_COUNT(&others) == 0) return;
+    if (::pthread_setaffinity_np(thread.native_handle(), sizeof others, &others) != 0) return;
+    static_cast<void>(::pthread_setaffinity_np(thread.native_handle(), sizeof allowed, &allowed));
 }
 
 }  // namespace quillon::pdf

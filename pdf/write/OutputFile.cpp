@@ -79,11 +79,13 @@ OutputFile::~OutputFile() {
 bool OutputFile::write(std::string_view data) {
     if (failed_) return false;
     size_ += data.size();
-    if (gathered_.size() + data.size() < worthWriting) {
+    const std::size_t surplus = size_ % alignment;
+    if (gathered_.size() + data.size() < worthWriting || data.size() < surplus) {
         gathered_ += data;
         return true;
     }
-    const std::size_t whole = data.size() - std::min<std::size_t>(data.size(), size_ % alignment);
+    reserve(size_);
+    const std::size_t whole = data.size() - surplus;
     if (!writeOut(data.substr(0, whole))) return false;
     gathered_ = data.substr(whole);
     return true;
@@ -111,8 +113,20 @@ bool OutputFile::writeOut(std::string_view data) {
     return !failed_;
 }
 
+/// Takes disk space for the first `end` bytes and some more. Where the file system cannot do that, or is so full that
+/// only the bytes themselves may fit, they are written without.
+void OutputFile::reserve(std::uint64_t end) {
+    while (reserved_ < end) {
+        const int done = ::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(reserved_),
+                                     static_cast<off_t>(reservedAtATime));
+        reserved_ = done == 0 ? reserved_ + reservedAtATime : UINT64_MAX;
+    }
+}
+
 bool OutputFile::commit(bool sync) {
     if (!flush()) return false;
+    // Gives back the space that was taken and is not needed.
+    if (::ftruncate(descriptor_, static_cast<off_t>(size_)) != 0) return false;
     takeModeOfTarget();
     if (sync && ::fsync(descriptor_) != 0) return false;
     if (temporary_.empty() && !giveName()) return false;

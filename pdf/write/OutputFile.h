@@ -37,20 +37,25 @@ private:
     OutputFile(std::string target, int descriptor, std::string temporary);
 
     bool writeOut(std::string_view data);
+    void reserve(std::uint64_t end);
     bool giveName();
     void takeModeOfTarget();
 
     // Bytes from which on a call of the system pays: from there on the page cache takes them in large pieces.
     static constexpr std::size_t worthWriting = 64U << 10U;
-    // What is written ends at a multiple of this if it can: a piece that begins anywhere else is taken in small ones
-    // first.
-    static constexpr std::size_t alignment = 16U << 10U;
+    // What is written before the end ends at a multiple of this: a piece that begins anywhere else is taken in small
+    // ones first.
+    static constexpr std::size_t alignment = 64U << 10U;
+    // Disk space is taken ahead of what is written, this many bytes at a time: ext4 then has nothing to find out for
+    // each block, and takes the bytes in half the time.
+    static constexpr std::uint64_t reservedAtATime = 8U << 20U;
 
     std::string target_;
     std::string temporary_;  // empty while the file has no name
     int descriptor_;
     std::string gathered_;  // appended, and not written yet
     std::uint64_t size_ = 0;
+    std::uint64_t reserved_ = 0;  // bytes from the beginning that have disk space; all, where none can be taken ahead
     bool failed_ = false;
 };
 

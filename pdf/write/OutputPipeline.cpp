@@ -19,7 +19,7 @@ OutputPipeline::OutputPipeline(OutputFile& file, const Encryptor* encryptor)
     : file_(file), encryptor_(encryptor), hash_(XXH3_createState()) {
     if (!hash_) throw std::bad_alloc();
     XXH3_128bits_reset(hash_.get());
-    thread_ = std::thread([this] { run(); });
+    thread_ = backgroundThread([this] { run(); });
 }
 
 OutputPipeline::~OutputPipeline() {
@@ -89,8 +89,8 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
 
 void OutputPipeline::wakeWriter() {
     if (!writerWaits_) return;
-    callersProcessor_ = currentProcessor();
     changed_.notify_all();
+    sendAway(thread_);
 }
 
 bool OutputPipeline::finish() {
@@ -207,13 +207,8 @@ void OutputPipeline::run() {
             return;
         } else {
             writerWaits_ = true;
-            const bool isWoken = changed_.wait_for(lock, patience) == std::cv_status::no_timeout;
+            changed_.wait_for(lock, patience);
             writerWaits_ = false;
-            if (!isWoken) continue;
-            const int processor = callersProcessor_;
-            lock.unlock();
-            leaveProcessor(processor);
-            lock.lock();
         }
     }
 }

@@ -113,15 +113,15 @@ private:
     void put(std::string_view bytes);
     void put(std::string_view bytes, std::uint32_t sum);
 
-    static constexpr std::size_t mostAhead = 2U << 20U;
+    static constexpr std::size_t mostAhead = 1U << 20U;
     // Waking a thread costs the waker as much as rewriting a hundred objects, so an idle writer is woken for a batch.
     static constexpr std::size_t wakeBytes = 512U << 10U;
     // It looks for less by itself after this long, so that little waits where the caller is slow.
     static constexpr std::chrono::milliseconds patience{2};
     // More are hardly ever asked for again.
-    static constexpr std::size_t mostSpare = 6;
+    static constexpr std::size_t mostSpare = 16;
     // What is copied from a file is read in pieces of this many bytes.
-    static constexpr std::uint64_t pieceBytes = 256U << 10U;
+    static constexpr std::uint64_t pieceBytes = 64U << 10U;
 
     OutputFile& file_;
     const Encryptor* encryptor_;
@@ -140,7 +140,6 @@ private:
     bool done_ = false;
     bool writerWaits_ = false;
     bool callerWaits_ = false;
-    int callersProcessor_ = -1;  // when it last woke the writer
     std::thread thread_;
 };
 

@@ -3,8 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
+#include <fstream>
+#include <iterator>
+#include <pthread.h>
 #include <sched.h>
+#include <sstream>
+#include <string>
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
@@ -41,38 +47,94 @@ cpu_set_t allowedProcessors() {
     return allowed;
 }
 
-TEST(BackgroundThread, LeavesAProcessorAndMayComeBackToIt) {
-    const cpu_set_t before = allowedProcessors();
-    if (CPU_COUNT(&before) < 2) GTEST_SKIP() << "there is one processor";
-    std::thread([&] {
-        // Between leaving and looking the system may move the thread itself.
-        bool left = false;
-        for (int i = 0; i < 100 && !left; ++i) {
-            const int processor = currentProcessor();
-            ASSERT_GE(processor, 0);
-            leaveProcessor(processor);
-            left = currentProcessor() != processor;
+/// Keeps a thread busy until the end of a test.
+class BusyThread {
+public:
+    BusyThread() : thread_([this] { run(); }) {
+        while (id_ == 0) std::this_thread::yield();
+    }
+    BusyThread(const BusyThread&) = delete;
+    BusyThread& operator=(const BusyThread&) = delete;
+    ~BusyThread() {
+        done_ = true;
+        thread_.join();
+    }
+
+    [[nodiscard]] std::thread& thread() { return thread_; }
+    [[nodiscard]] cpu_set_t allowed() {
+        cpu_set_t allowed;
+        EXPECT_EQ(::pthread_getaffinity_np(thread_.native_handle(), sizeof allowed, &allowed), 0);
+        return allowed;
+    }
+    void allow(const cpu_set_t& processors) {
+        EXPECT_EQ(::pthread_setaffinity_np(thread_.native_handle(), sizeof processors, &processors), 0);
+    }
+    /// The processor that it runs on, or waits for.
+    [[nodiscard]] int processor() const {
+        std::ifstream stream("/proc/self/task/" + std::to_string(id_) + "/stat");
+        const std::string text(std::istreambuf_iterator<char>(stream), {});
+        std::istringstream fields(text.substr(text.rfind(')') + 1));
+        constexpr int before = 36;  // that come between the name and the processor
+        std::string field;
+        for (int i = 0; i < before; ++i) fields >> field;
+        int processor = -1;
+        fields >> processor;
+        return processor;
+    }
+
+private:
+    void run() {
+        id_ = ::gettid();
+        while (!done_) {
         }
-        EXPECT_TRUE(left);
-        const cpu_set_t after = allowedProcessors();
-        EXPECT_TRUE(CPU_EQUAL(&before, &after));
-    }).join();
+    }
+
+    std::atomic<pid_t> id_ = 0;
+    std::atomic<bool> done_ = false;
+    std::thread thread_;
+};
+
+cpu_set_t only(int processor) {
+    cpu_set_t result;
+    CPU_ZERO(&result);
+    CPU_SET(static_cast<std::size_t>(processor), &result);
+    return result;
+}
+
+TEST(BackgroundThread, IsSentAwayFromTheProcessorOfTheCaller) {
+    const cpu_set_t all = allowedProcessors();
+    if (CPU_COUNT(&all) < 2) GTEST_SKIP() << "there is one processor";
+    BusyThread busy;
+    int sentAway = 0;
+    for (int i = 0; i < 10; ++i) {
+        const int processor = ::sched_getcpu();
+        const cpu_set_t here = only(processor);
+        ASSERT_EQ(::sched_setaffinity(0, sizeof here, &here), 0);
+        busy.allow(here);
+        ASSERT_EQ(busy.processor(), processor);
+        busy.allow(all);
+        sendAway(busy.thread());
+        if (busy.processor() != processor) ++sentAway;
+        const cpu_set_t after = busy.allowed();
+        EXPECT_TRUE(CPU_EQUAL(&all, &after));
+        ASSERT_EQ(::sched_setaffinity(0, sizeof all, &all), 0);
+    }
+    // Between sending and looking the system may bring it back.
+    EXPECT_GE(sentAway, 8);
 }
 
 TEST(BackgroundThread, StaysWhereNoOtherProcessorIsAllowed) {
-    std::thread([] {
-        cpu_set_t one;
-        CPU_ZERO(&one);
-        const int processor = currentProcessor();
-        ASSERT_GE(processor, 0);
-        CPU_SET(static_cast<std::size_t>(processor), &one);
-        ASSERT_EQ(::sched_setaffinity(0, sizeof one, &one), 0);
-        leaveProcessor(processor);
-        leaveProcessor(-1);
-        const cpu_set_t after = allowedProcessors();
-        EXPECT_TRUE(CPU_EQUAL(&one, &after));
-        EXPECT_EQ(currentProcessor(), processor);
-    }).join();
+    const cpu_set_t all = allowedProcessors();
+    BusyThread busy;
+    const int processor = ::sched_getcpu();
+    const cpu_set_t here = only(processor);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof here, &here), 0);
+    busy.allow(here);
+    sendAway(busy.thread());
+    const cpu_set_t after = busy.allowed();
+    EXPECT_TRUE(CPU_EQUAL(&here, &after));
+    EXPECT_EQ(busy.processor(), processor);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof all, &all), 0);
 }
 
 TEST(BackgroundThread, WorksOnAThreadOfItsOwnWithTheProcessorsOfTheCaller) {
