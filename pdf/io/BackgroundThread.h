@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -13,14 +15,21 @@ void giveWay(int steps) noexcept;
 /// Moves `thread`, which has just been started or woken, to another processor if it is about to run on the caller's.
 /// Threads that take turns look like one to the system, which often leaves them on one processor for milliseconds while
 /// another is idle. A hint: the system may bring it back, and where no other processor is allowed nothing happens.
+/// The thread must not end meanwhile, and one that it starts meanwhile might never run on the caller's processor.
 void sendAway(std::thread& thread) noexcept;
 
-/// `work` on a thread of its own, on another processor than the caller's where there is one. Throws std::system_error
-/// where no thread can be had.
+/// `work` on a thread of its own, which is sent away from the caller's processor before. Throws std::system_error where
+/// no thread can be had.
 template <class Work>
 [[nodiscard]] std::thread backgroundThread(Work work) {
-    std::thread thread(std::move(work));
+    const auto isSent = std::make_shared<std::atomic<bool>>(false);
+    std::thread thread([isSent, work = std::move(work)] {
+        isSent->wait(false);
+        work();
+    });
     sendAway(thread);
+    *isSent = true;
+    isSent->notify_one();
     return thread;
 }
 

@@ -6,9 +6,11 @@
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <random>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 #include <utility>
 
@@ -36,6 +38,11 @@ std::string followLinks(const std::string& path) {
 /// For writing only, which the interface does not say.
 iovec asVector(std::string_view part) {
     return {const_cast<char*>(part.data()), part.size()};
+}
+
+bool isOnExt4(int descriptor) {
+    struct statfs status {};
+    return ::fstatfs(descriptor, &status) == 0 && status.f_type == EXT4_SUPER_MAGIC;
 }
 
 std::string temporaryName(const std::string& folder) {
@@ -69,7 +76,10 @@ std::unique_ptr<OutputFile> OutputFile::create(const std::string& target) {
 }
 
 OutputFile::OutputFile(std::string target, int descriptor, std::string temporary)
-    : target_(std::move(target)), temporary_(std::move(temporary)), descriptor_(descriptor) {}
+    : target_(std::move(target)),
+      temporary_(std::move(temporary)),
+      descriptor_(descriptor),
+      reserves_(isOnExt4(descriptor)) {}
 
 OutputFile::~OutputFile() {
     ::close(descriptor_);
@@ -84,7 +94,7 @@ bool OutputFile::write(std::string_view data) {
         gathered_ += data;
         return true;
     }
-    reserve(size_);
+    if (reserves_) reserve(size_);
     const std::size_t whole = data.size() - surplus;
     if (!writeOut(data.substr(0, whole))) return false;
     gathered_ = data.substr(whole);
@@ -113,20 +123,20 @@ bool OutputFile::writeOut(std::string_view data) {
     return !failed_;
 }
 
-/// Takes disk space for the first `end` bytes and some more. Where the file system cannot do that, or is so full that
-/// only the bytes themselves may fit, they are written without.
+/// Takes disk space for the first `end` bytes and some more. Where that fails, as on a disk so full that only the bytes
+/// themselves may fit, they are written without.
 void OutputFile::reserve(std::uint64_t end) {
-    while (reserved_ < end) {
-        const int done = ::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(reserved_),
-                                     static_cast<off_t>(reservedAtATime));
-        reserved_ = done == 0 ? reserved_ + reservedAtATime : UINT64_MAX;
+    while (reserves_ && reserved_ < end) {
+        const auto from = static_cast<off_t>(reserved_);
+        reserves_ = ::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, from, static_cast<off_t>(reservedAtATime)) == 0;
+        reserved_ += reservedAtATime;
     }
 }
 
 bool OutputFile::commit(bool sync) {
     if (!flush()) return false;
-    // Gives back the space that was taken and is not needed.
-    if (::ftruncate(descriptor_, static_cast<off_t>(size_)) != 0) return false;
+    // Gives back the space that was taken and is not needed; a file that has it all the same is not wrong.
+    if (reserved_ > 0) static_cast<void>(::ftruncate(descriptor_, static_cast<off_t>(size_)));
     takeModeOfTarget();
     if (sync && ::fsync(descriptor_) != 0) return false;
     if (temporary_.empty() && !giveName()) return false;

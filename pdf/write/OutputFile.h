@@ -43,11 +43,11 @@ private:
 
     // Bytes from which on a call of the system pays: from there on the page cache takes them in large pieces.
     static constexpr std::size_t worthWriting = 64U << 10U;
-    // What is written before the end ends at a multiple of this: a piece that begins anywhere else is taken in small
-    // ones first.
+    // What is written ends at a multiple of this, unless it is flushed: a piece that begins anywhere else is taken in
+    // small ones first.
     static constexpr std::size_t alignment = 64U << 10U;
-    // Disk space is taken ahead of what is written, this many bytes at a time: ext4 then has nothing to find out for
-    // each block, and takes the bytes in half the time.
+    // On ext4 disk space is taken ahead of what is written, this many bytes at a time: it has nothing to find out for
+    // each block then, and takes the bytes in half the time. Other file systems are slower with it.
     static constexpr std::uint64_t reservedAtATime = 8U << 20U;
 
     std::string target_;
@@ -55,7 +55,8 @@ private:
     int descriptor_;
     std::string gathered_;  // appended, and not written yet
     std::uint64_t size_ = 0;
-    std::uint64_t reserved_ = 0;  // bytes from the beginning that have disk space; all, where none can be taken ahead
+    bool reserves_;               // whether disk space is taken ahead
+    std::uint64_t reserved_ = 0;  // bytes from the beginning for which it was taken
     bool failed_ = false;
 };
 

@@ -87,8 +87,10 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
     }
 }
 
+/// With the mutex held, so that the writer cannot end before it is sent away.
 void OutputPipeline::wakeWriter() {
     if (!writerWaits_) return;
+    writerWaits_ = false;  // which also keeps it from being woken twice before it runs
     changed_.notify_all();
     sendAway(thread_);
 }
@@ -128,7 +130,7 @@ std::string OutputPipeline::takeSpare(std::size_t bytes) {
 
 void OutputPipeline::recycleLocked(std::string buffer) {
     constexpr std::size_t worthKeeping = 4096;
-    constexpr std::size_t mostKept = 4U << 20U;
+    constexpr std::size_t mostKept = 1U << 20U;
     if (buffer.capacity() >= worthKeeping && buffer.capacity() <= mostKept && spare_.size() < mostSpare)
         spare_.push_back(std::move(buffer));
 }

@@ -101,40 +101,52 @@ cpu_set_t only(int processor) {
     return result;
 }
 
+/// Keeps the calling thread on the processor that it runs on.
+class Pinned {
+public:
+    Pinned() : before_(allowedProcessors()), processor_(::sched_getcpu()) {
+        const cpu_set_t here = only(processor_);
+        EXPECT_EQ(::sched_setaffinity(0, sizeof here, &here), 0);
+    }
+    Pinned(const Pinned&) = delete;
+    Pinned& operator=(const Pinned&) = delete;
+    ~Pinned() { EXPECT_EQ(::sched_setaffinity(0, sizeof before_, &before_), 0); }
+
+    [[nodiscard]] int processor() const { return processor_; }
+
+private:
+    cpu_set_t before_;
+    int processor_;
+};
+
 TEST(BackgroundThread, IsSentAwayFromTheProcessorOfTheCaller) {
     const cpu_set_t all = allowedProcessors();
     if (CPU_COUNT(&all) < 2) GTEST_SKIP() << "there is one processor";
     BusyThread busy;
     int sentAway = 0;
     for (int i = 0; i < 10; ++i) {
-        const int processor = ::sched_getcpu();
-        const cpu_set_t here = only(processor);
-        ASSERT_EQ(::sched_setaffinity(0, sizeof here, &here), 0);
-        busy.allow(here);
-        ASSERT_EQ(busy.processor(), processor);
+        const Pinned caller;
+        busy.allow(only(caller.processor()));
+        ASSERT_EQ(busy.processor(), caller.processor());
         busy.allow(all);
         sendAway(busy.thread());
-        if (busy.processor() != processor) ++sentAway;
+        if (busy.processor() != caller.processor()) ++sentAway;
         const cpu_set_t after = busy.allowed();
         EXPECT_TRUE(CPU_EQUAL(&all, &after));
-        ASSERT_EQ(::sched_setaffinity(0, sizeof all, &all), 0);
     }
     // Between sending and looking the system may bring it back.
     EXPECT_GE(sentAway, 8);
 }
 
 TEST(BackgroundThread, StaysWhereNoOtherProcessorIsAllowed) {
-    const cpu_set_t all = allowedProcessors();
     BusyThread busy;
-    const int processor = ::sched_getcpu();
-    const cpu_set_t here = only(processor);
-    ASSERT_EQ(::sched_setaffinity(0, sizeof here, &here), 0);
+    const Pinned caller;
+    const cpu_set_t here = only(caller.processor());
     busy.allow(here);
     sendAway(busy.thread());
     const cpu_set_t after = busy.allowed();
     EXPECT_TRUE(CPU_EQUAL(&here, &after));
-    EXPECT_EQ(busy.processor(), processor);
-    ASSERT_EQ(::sched_setaffinity(0, sizeof all, &all), 0);
+    EXPECT_EQ(busy.processor(), caller.processor());
 }
 
 TEST(BackgroundThread, WorksOnAThreadOfItsOwnWithTheProcessorsOfTheCaller) {

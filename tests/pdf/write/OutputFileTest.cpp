@@ -7,15 +7,18 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <linux/magic.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 #include <vector>
 
@@ -24,7 +27,40 @@ namespace {
 bool fallsShort = false;
 std::vector<off_t>* ends = nullptr;  // where what is written at one go ends, if a test asks
 
+/// What takes and gives back disk space, instead of the system, and the file system that it is on.
+struct DiskSpace {
+    decltype(statfs::f_type) fileSystem = EXT4_SUPER_MAGIC;
+    int error = 0;  // of taking it
+    bool keeps = false;
+    std::vector<off_t> taken{};      // where each piece that was asked for ends
+    std::vector<off_t> truncated{};  // lengths
+};
+
+DiskSpace* diskSpace = nullptr;  // if a test asks
+
 }  // namespace
+
+extern "C" int fallocate(int descriptor, int mode, off_t offset, off_t length) {
+    if (!diskSpace) return static_cast<int>(::syscall(SYS_fallocate, descriptor, mode, offset, length));
+    EXPECT_EQ(mode, FALLOC_FL_KEEP_SIZE);
+    EXPECT_EQ(offset, diskSpace->taken.empty() ? 0 : diskSpace->taken.back());
+    diskSpace->taken.push_back(offset + length);
+    errno = diskSpace->error;
+    return diskSpace->error == 0 ? 0 : -1;
+}
+
+extern "C" int ftruncate(int descriptor, off_t length) noexcept {
+    if (!diskSpace) return static_cast<int>(::syscall(SYS_ftruncate, descriptor, length));
+    diskSpace->truncated.push_back(length);
+    errno = EIO;
+    return diskSpace->keeps ? -1 : 0;
+}
+
+extern "C" int fstatfs(int descriptor, struct statfs* status) noexcept {
+    const auto result = static_cast<int>(::syscall(SYS_fstatfs, descriptor, status));
+    if (diskSpace) status->f_type = diskSpace->fileSystem;
+    return result;
+}
 
 /// Stands for the system's in this program, and on demand is interrupted and writes less than it might, in turn.
 extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
@@ -129,6 +165,51 @@ TEST(OutputFile, IsWrittenUpToMultiplesOfItsAlignment) {
     EXPECT_TRUE(file->commit(false));
     ends = nullptr;
     EXPECT_EQ(contentOf(dir.file("a")), expected);
+}
+
+/// Writes a file of that many bytes in pieces, and returns what it did to the disk.
+DiskSpace spaceFor(off_t length, DiskSpace space) {
+    const test::TempDir dir;
+    diskSpace = &space;
+    std::vector<off_t> seen;
+    ends = &seen;
+    const auto file = OutputFile::create(dir.file("a"));
+    constexpr off_t mostAtATime = 100'000;
+    for (off_t left = length; left > 0; left -= mostAtATime) {
+        EXPECT_TRUE(file->write(std::string(static_cast<std::size_t>(std::min(left, mostAtATime)), 'x')));
+        if (!seen.empty() && !space.taken.empty() && space.error == 0) {
+            EXPECT_LE(seen.back(), space.taken.back());
+        }
+    }
+    EXPECT_TRUE(file->commit(false));
+    ends = nullptr;
+    diskSpace = nullptr;
+    EXPECT_EQ(contentOf(dir.file("a")), std::string(static_cast<std::size_t>(length), 'x'));
+    return space;
+}
+
+TEST(OutputFile, TakesDiskSpaceAheadOnExt4) {
+    const DiskSpace space = spaceFor(20'000'000, {});
+    constexpr off_t step = 8 << 20;
+    EXPECT_EQ(space.taken, (std::vector<off_t>{step, 2 * step, 3 * step}));
+    EXPECT_EQ(space.truncated, std::vector<off_t>{20'000'000});
+}
+
+TEST(OutputFile, IsWrittenAllTheSameWhereNoDiskSpaceCanBeTakenAhead) {
+    const DiskSpace space = spaceFor(20'000'000, {.error = ENOSPC});
+    EXPECT_EQ(space.taken.size(), 1U);
+    EXPECT_EQ(space.truncated, std::vector<off_t>{20'000'000});
+}
+
+TEST(OutputFile, DiskSpaceThatCannotBeGivenBackIsNoFailure) {
+    EXPECT_EQ(spaceFor(1'000'000, {.keeps = true}).truncated, std::vector<off_t>{1'000'000});
+}
+
+TEST(OutputFile, TakesNoDiskSpaceAheadForASmallFileOrElsewhere) {
+    const DiskSpace small = spaceFor(60'000, {});
+    EXPECT_TRUE(small.taken.empty() && small.truncated.empty());
+    const DiskSpace elsewhere = spaceFor(20'000'000, {.fileSystem = TMPFS_MAGIC});
+    EXPECT_TRUE(elsewhere.taken.empty() && elsewhere.truncated.empty());
 }
 
 TEST(OutputFile, KeepsNoDiskSpaceThatItDoesNotFill) {
