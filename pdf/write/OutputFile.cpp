@@ -40,6 +40,7 @@ iovec asVector(std::string_view part) {
     return {const_cast<char*>(part.data()), part.size()};
 }
 
+/// Or on ext2 or ext3, which take no space ahead.
 bool isOnExt4(int descriptor) {
     struct statfs status {};
     return ::fstatfs(descriptor, &status) == 0 && status.f_type == EXT4_SUPER_MAGIC;
@@ -94,7 +95,7 @@ bool OutputFile::write(std::string_view data) {
         gathered_ += data;
         return true;
     }
-    if (reserves_) reserve(size_);
+    reserve(size_);
     const std::size_t whole = data.size() - surplus;
     if (!writeOut(data.substr(0, whole))) return false;
     gathered_ = data.substr(whole);
@@ -123,8 +124,8 @@ bool OutputFile::writeOut(std::string_view data) {
     return !failed_;
 }
 
-/// Takes disk space for the first `end` bytes and some more. Where that fails, as on a disk so full that only the bytes
-/// themselves may fit, they are written without.
+/// On ext4 takes disk space for the first `end` bytes and some more. Where that fails, as on a disk so full that only
+/// the bytes themselves may fit, they are written without.
 void OutputFile::reserve(std::uint64_t end) {
     while (reserves_ && reserved_ < end) {
         const auto from = static_cast<off_t>(reserved_);
@@ -135,8 +136,10 @@ void OutputFile::reserve(std::uint64_t end) {
 
 bool OutputFile::commit(bool sync) {
     if (!flush()) return false;
-    // Gives back the space that was taken and is not needed; a file that has it all the same is not wrong.
-    if (reserved_ > 0) static_cast<void>(::ftruncate(descriptor_, static_cast<off_t>(size_)));
+    if (reserved_ > 0) {
+        // Gives back the space that was taken and is not needed; a file that keeps it is not wrong.
+        [[maybe_unused]] const int result = ::ftruncate(descriptor_, static_cast<off_t>(size_));
+    }
     takeModeOfTarget();
     if (sync && ::fsync(descriptor_) != 0) return false;
     if (temporary_.empty() && !giveName()) return false;

@@ -30,7 +30,8 @@ public:
     /// Bytes appended so far.
     [[nodiscard]] std::uint64_t size() const noexcept { return size_; }
 
-    /// Puts the file in the target's place. With `sync`, only after its bytes have reached the disk. False on failure.
+    /// Puts the file in the target's place. With `sync`, only after its bytes have reached the disk; without, a power
+    /// cut soon after may leave neither file. False on failure.
     [[nodiscard]] bool commit(bool sync);
 
 private:
@@ -47,7 +48,7 @@ private:
     // small ones first.
     static constexpr std::size_t alignment = 64U << 10U;
     // On ext4 disk space is taken ahead of what is written, this many bytes at a time: it has nothing to find out for
-    // each block then, and takes the bytes in half the time. Other file systems are slower with it.
+    // each block then, and takes the bytes in half the time. Xfs and tmpfs are slower with it.
     static constexpr std::uint64_t reservedAtATime = 8U << 20U;
 
     std::string target_;
@@ -55,8 +56,9 @@ private:
     int descriptor_;
     std::string gathered_;  // appended, and not written yet
     std::uint64_t size_ = 0;
-    bool reserves_;               // whether disk space is taken ahead
-    std::uint64_t reserved_ = 0;  // bytes from the beginning for which it was taken
+    bool reserves_;  // whether disk space is taken ahead
+    std::uint64_t reserved_ =
+        0;  // bytes from the beginning for which it was asked; what failed may have been taken in part
     bool failed_ = false;
 };
 

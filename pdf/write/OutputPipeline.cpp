@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <new>
 
 namespace quillon::pdf {
@@ -87,10 +88,10 @@ void OutputPipeline::push(std::unique_ptr<Item> item) {
     }
 }
 
-/// With the mutex held, so that the writer cannot end before it is sent away.
+/// Wakes the writer if it waits, once. The mutex must be held: so the writer cannot end before it is sent away.
 void OutputPipeline::wakeWriter() {
     if (!writerWaits_) return;
-    writerWaits_ = false;  // which also keeps it from being woken twice before it runs
+    writerWaits_ = false;  // although it has not run yet: once is enough
     changed_.notify_all();
     sendAway(thread_);
 }
@@ -144,15 +145,24 @@ void OutputPipeline::prepareUnlocked(Item& item, FastDeflater& deflater, std::un
     const std::size_t before = sizeOf(item);
     item.state = State::Preparing;
     lock.unlock();
+    try {
+        prepare(item, deflater);
+    } catch (const std::exception&) {
+        // There is not enough memory. Left in preparation the item would be waited for without end.
+        item.isLost = true;
+    }
+    lock.lock();
+    ahead_ = ahead_ - before + sizeOf(item);
+    item.state = State::Ready;
+}
+
+void OutputPipeline::prepare(Item& item, FastDeflater& deflater) {
     if (item.file) read(item);
     if (!item.dictionary.empty()) deflate(item, deflater);
     for (const Sealed& data : item.sealed) {
         const auto room = static_cast<std::size_t>(Encryptor::lengthOf(data.length));
         encryptor_->seal(std::span(item.bytes).subspan(data.begin, room), data.length);
     }
-    lock.lock();
-    ahead_ = ahead_ - before + item.bytes.size();
-    item.state = State::Ready;
 }
 
 /// On the caller's thread.
@@ -216,6 +226,7 @@ void OutputPipeline::run() {
 }
 
 void OutputPipeline::writeItem(Item& item) {
+    failed_ = failed_ || item.isLost;
     if (!item.dictionary.empty()) {
         places_.push_back({item.objects.front().number, file_.size()});
         put(std::to_string(item.objects.front().number) + " 0 obj\n<<" + item.dictionary +

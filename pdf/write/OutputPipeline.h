@@ -62,7 +62,7 @@ public:
     /// The same for the data that `reader` gives from its beginning.
     void copy(std::unique_ptr<DecryptingReader> reader);
 
-    /// Helps with what is left and waits until all is written. False if anything failed.
+    /// Helps with what is left and waits until all is written. False if anything failed, be it for want of memory.
     [[nodiscard]] bool finish();
 
     /// After finish(): where each object is in the file, a digest of everything written, and the files that had become
@@ -89,6 +89,7 @@ private:
         std::uint32_t sum = 0;  // checksum of what was read
         bool isLastPiece = false;
         bool wasShort = false;
+        bool isLost = false;                       // could not be prepared
         std::unique_ptr<DecryptingReader> reader;  // where all of a stream's data comes from
     };
     struct FreeHash {
@@ -101,6 +102,7 @@ private:
     [[nodiscard]] static std::size_t sizeOf(const Item& item) noexcept;
     [[nodiscard]] Item* nextToPrepare();
     void prepareUnlocked(Item& item, FastDeflater& deflater, std::unique_lock<std::mutex>& lock);
+    void prepare(Item& item, FastDeflater& deflater);
     void prepareForWriter(Item& item, std::unique_lock<std::mutex>& lock);
     void deflate(Item& item, FastDeflater& deflater);
     void read(Item& item);

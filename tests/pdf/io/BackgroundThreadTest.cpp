@@ -162,5 +162,21 @@ TEST(BackgroundThread, WorksOnAThreadOfItsOwnWithTheProcessorsOfTheCaller) {
     EXPECT_TRUE(CPU_EQUAL(&before, &inThread));
 }
 
+TEST(BackgroundThread, WhatItStartsMayRunOnTheSameProcessors) {
+    const cpu_set_t all = allowedProcessors();
+    int narrowed = 0;
+    for (int i = 0; i < 1000; ++i) {
+        backgroundThread([&] {
+            backgroundThread([&] {
+                const cpu_set_t inner = allowedProcessors();
+                if (!CPU_EQUAL(&all, &inner)) ++narrowed;
+            }).join();
+        }).join();
+    }
+    EXPECT_EQ(narrowed, 0);
+    const cpu_set_t after = allowedProcessors();
+    EXPECT_TRUE(CPU_EQUAL(&all, &after));
+}
+
 }  // namespace
 }  // namespace quillon::pdf

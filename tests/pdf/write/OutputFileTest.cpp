@@ -30,8 +30,8 @@ std::vector<off_t>* ends = nullptr;  // where what is written at one go ends, if
 /// What takes and gives back disk space, instead of the system, and the file system that it is on.
 struct DiskSpace {
     decltype(statfs::f_type) fileSystem = EXT4_SUPER_MAGIC;
-    int error = 0;  // of taking it
-    bool keeps = false;
+    int error = 0;                   // of taking it
+    bool keeps = false;              // fails to give it back
     std::vector<off_t> taken{};      // where each piece that was asked for ends
     std::vector<off_t> truncated{};  // lengths
 };
@@ -45,15 +45,17 @@ extern "C" int fallocate(int descriptor, int mode, off_t offset, off_t length) {
     EXPECT_EQ(mode, FALLOC_FL_KEEP_SIZE);
     EXPECT_EQ(offset, diskSpace->taken.empty() ? 0 : diskSpace->taken.back());
     diskSpace->taken.push_back(offset + length);
+    if (diskSpace->error == 0) return 0;
     errno = diskSpace->error;
-    return diskSpace->error == 0 ? 0 : -1;
+    return -1;
 }
 
 extern "C" int ftruncate(int descriptor, off_t length) noexcept {
     if (!diskSpace) return static_cast<int>(::syscall(SYS_ftruncate, descriptor, length));
     diskSpace->truncated.push_back(length);
+    if (!diskSpace->keeps) return 0;
     errno = EIO;
-    return diskSpace->keeps ? -1 : 0;
+    return -1;
 }
 
 extern "C" int fstatfs(int descriptor, struct statfs* status) noexcept {

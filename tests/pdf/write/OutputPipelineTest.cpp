@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -17,7 +18,14 @@
 #include <string>
 #include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 #include <utility>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool hasLimits = false;
+#else
+constexpr bool hasLimits = true;
+#endif
 
 namespace quillon::pdf {
 namespace {
@@ -182,6 +190,31 @@ TEST_F(OutputPipelineTest, SaysThatWritingFailed) {
         });
         EXPECT_EQ(result, 0) << length;
     }
+}
+
+/// Leaves this process no more than `bytes` of memory to take.
+bool limitMemory(std::uint64_t bytes) {
+    std::uint64_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const rlim_t most = pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)) + bytes;
+    const rlimit limit{most, most};
+    return ::setrlimit(RLIMIT_AS, &limit) == 0;
+}
+
+TEST_F(OutputPipelineTest, SaysThatMemoryWasNotEnough) {
+    if (!hasLimits) GTEST_SKIP() << "the sanitizer takes all addresses for itself";
+    const auto input = InputFile::open(dir.write("input", std::string(10'000'000, 'x')));
+    const int result = test::inChildProcess([&] {
+        const auto file = OutputFile::create(dir.file("out"));
+        std::string body(100 << 20, 'x');
+        const auto codes = std::make_shared<const DeflateCodes>("an object");
+        OutputPipeline pipeline(*file);
+        if (!limitMemory(20 << 20)) return 9;
+        pipeline.writeObjectStream(1, "/Number 1", std::move(body), {{1, 0}}, codes);
+        pipeline.copy(input, {{0, 10'000'000}});
+        return pipeline.finish() ? 8 : 0;
+    });
+    EXPECT_EQ(result, 0);
 }
 
 }  // namespace
