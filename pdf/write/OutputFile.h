@@ -56,9 +56,8 @@ private:
     int descriptor_;
     std::string gathered_;  // appended, and not written yet
     std::uint64_t size_ = 0;
-    bool reserves_;  // whether disk space is taken ahead
-    std::uint64_t reserved_ =
-        0;  // bytes from the beginning for which it was asked; what failed may have been taken in part
+    bool reserves_;               // whether disk space is taken ahead
+    std::uint64_t reserved_ = 0;  // bytes from the beginning for which it was asked; may have failed for the last
     bool failed_ = false;
 };
 
