@@ -1,6 +1,7 @@
 #include "tests/pdf/EngineTest.h"
 
 #include "tests/support/ExternalReader.h"
+#include "tests/support/Sanitizer.h"
 
 #include <chrono>
 #include <filesystem>
@@ -43,11 +44,7 @@ DocumentPlan EngineTest::planOf(const std::vector<std::shared_ptr<Source>>& sour
 }
 
 std::string EngineTest::writeSoon(const DocumentPlan& plan) const {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    constexpr double patience = 60;  // with them everything takes many times as long
-#else
-    constexpr double patience = 10;
-#endif
+    constexpr double patience = test::isSanitized ? 60 : 10;
     const auto start = std::chrono::steady_clock::now();
     static_cast<void>(writeDocument(plan, dir.file("soon.pdf")));
     EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), patience);

@@ -1,4 +1,5 @@
 #include "pdf/io/HeapRoom.h"
+#include "tests/support/Sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -13,12 +14,6 @@
 #include <thread>
 #include <vector>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool hasHeaps = false;
-#else
-constexpr bool hasHeaps = true;
-#endif
-
 namespace quillon::pdf {
 namespace {
 
@@ -29,7 +24,7 @@ constexpr long few = 32;
 class HeapRoomTest : public testing::Test {
 protected:
     void SetUp() override {
-        if (!hasHeaps) GTEST_SKIP() << "the sanitizer has an allocator of its own";
+        if (test::isSanitized) GTEST_SKIP() << "the sanitizer has an allocator of its own";
     }
 };
 

@@ -3,6 +3,7 @@
 #include "pdf/security/FileKey.h"
 #include "pdf/write/OutputPipeline.h"
 #include "tests/support/Process.h"
+#include "tests/support/Sanitizer.h"
 #include "tests/support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +21,6 @@
 #include <thread>
 #include <unistd.h>
 #include <utility>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool hasLimits = false;
-#else
-constexpr bool hasLimits = true;
-#endif
 
 namespace quillon::pdf {
 namespace {
@@ -202,7 +197,7 @@ bool limitMemory(std::uint64_t bytes) {
 }
 
 TEST_F(OutputPipelineTest, SaysThatMemoryWasNotEnough) {
-    if (!hasLimits) GTEST_SKIP() << "the sanitizer takes all addresses for itself";
+    if (test::isSanitized) GTEST_SKIP() << "the sanitizer takes all addresses for itself";
     const auto input = InputFile::open(dir.write("input", std::string(10'000'000, 'x')));
     const int result = test::inChildProcess([&] {
         const auto file = OutputFile::create(dir.file("out"));
